@@ -1,0 +1,108 @@
+// What the host keeps about one call while it runs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "zephra/host/call_result.h"
+#include "zephra/host/host.h"
+
+#include "array.h"
+#include "array_list.h"
+#include "call_result_state.h"
+
+namespace zephra {
+
+/// The ledger of a call: every array and block that the module made, and what it said. All of it
+/// is reclaimed with the call, but for the output that `finish` takes.
+///
+/// `operation` is the host function on whose behalf something is asked; misuse is reported in its
+/// name.
+class Call {
+public:
+    /// A call that may read `arguments`, which outlive it.
+    Call(const Settings& settings, std::span<qvArray* const> arguments);
+
+    /// The call that runs on this thread; null outside of any.
+    [[nodiscard]] static Call* current();
+
+    /// Makes a call the current one of this thread until the end of the scope.
+    class Scope {
+    public:
+        explicit Scope(Call& call);
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope();
+
+    private:
+        Call* const outer_;
+    };
+
+    /// Counts a request for an array; false when it is the one to be refused.
+    [[nodiscard]] bool grantsArray();
+    /// Makes an array of this call; null when the host cannot. May throw std::bad_alloc.
+    [[nodiscard]] qvArray* createArray(qvClass classCode, qvComplexity complexity,
+                                       const std::optional<Shape>& shape,
+                                       std::unique_ptr<FieldTable> fields = nullptr);
+
+    /// `array` if the module may read it, else null.
+    [[nodiscard]] const qvArray* readable(const char* operation, const qvArray* array);
+    /// `array` if it is one of this call and of class `classCode` and has an element `index`, else
+    /// null.
+    [[nodiscard]] qvArray* writable(const char* operation, qvArray* array, qvClass classCode,
+                                    std::size_t index);
+    /// Stores `value` in a place of `array`, or empties the place when `value` is null. What was
+    /// there before is gone for the module.
+    void store(const char* operation, qvArray& array, qvArray*& place, qvArray* value);
+
+    /// A block of `size` bytes, or null. Counts as a request.
+    [[nodiscard]] void* allocate(std::size_t size) noexcept;
+    void release(const char* operation, void* block);
+
+    void warn(Message message);
+    /// Remembers that the module was left by an error, to find out if that error got lost.
+    void noteRaised() { raised_ = true; }
+
+    /// Records a misuse in strict mode: "operation: sentence".
+    void noteMisuse(const char* operation, const std::string& sentence);
+
+    /// Ends the call: keeps what `output` reaches unless there is an error, and counts the rest.
+    [[nodiscard]] CallResult finish(qvArray* output, std::optional<Message> error);
+
+private:
+    struct FreeBlock {
+        void operator()(void* block) const noexcept;
+    };
+    struct Block {
+        std::unique_ptr<void, FreeBlock> memory;
+        std::size_t size;
+    };
+
+    /// True for an array of this call or an argument; for those only it looks behind the pointer.
+    [[nodiscard]] bool isKnown(const qvArray* array) const;
+    [[nodiscard]] bool isStorable(const char* operation, const qvArray& array,
+                                  const qvArray* value);
+    [[nodiscard]] bool isReturnable(const qvArray* output);
+    [[nodiscard]] Leftovers leftovers() const;
+
+    const Settings settings_;
+    std::unique_ptr<CallResult::State> result_;
+    ArrayList arrays_;
+    // Arrays that another value has replaced, and what is stored below them. They stay until the
+    // end, so that a module which still points at them does no harm.
+    ArrayList replaced_;
+    std::unordered_set<const qvArray*> known_;  // in strict mode: arguments, and arrays ever made
+    // Blocks carry no header, so that memory checkers see both ends of each one.
+    std::unordered_map<void*, Block> blocks_;
+    std::uint64_t arrayRequests_ = 0;
+    std::uint64_t blockRequests_ = 0;
+    bool raised_ = false;
+};
+
+}  // namespace zephra

@@ -1,0 +1,24 @@
+// What a `CallResult` holds.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zephra/host/call_result.h"
+
+#include "array_list.h"
+
+namespace zephra {
+
+class CallResult::State {
+public:
+    ArrayList arrays;  // what the output reaches
+    const qvArray* output = nullptr;
+    std::vector<Message> warnings;
+    std::optional<Message> error;
+    Leftovers leftovers;
+    std::vector<std::string> misuses;
+};
+
+}  // namespace zephra

@@ -1,0 +1,107 @@
+// Creation functions of the host interface. Outside of any call they make nothing.
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "zephra/qv.h"
+
+#include "call.h"
+#include "field_table.h"
+#include "shape.h"
+
+namespace {
+
+using zephra::Call;
+using zephra::Shape;
+
+// Runs `make` for the current call and turns every failure to NULL: the functions are C.
+template <class Make>
+qvArray* create(Make make) noexcept {
+    Call* const call = Call::current();
+    if (call == nullptr || !call->grantsArray()) {
+        return nullptr;
+    }
+    try {
+        return make(*call);
+    } catch (const std::exception&) {
+        return nullptr;  // memory for the host's own bookkeeping ran out
+    }
+}
+
+bool isNumeric(qvClass cls) {
+    return cls == qvClassDouble || cls == qvClassLogical || cls == qvClassChar;
+}
+
+}  // namespace
+
+qvArray* qvCreateNumericArray(size_t ndim, const size_t* dims, qvClass cls,
+                              qvComplexity complexity) {
+    return create([=](Call& call) -> qvArray* {
+        if (!isNumeric(cls) || (complexity == qvComplex && cls != qvClassDouble)) {
+            call.noteMisuse("qvCreateNumericArray", "no numeric array has this class");
+            return nullptr;
+        }
+        return call.createArray(cls, complexity, Shape::of(ndim, dims));
+    });
+}
+
+qvArray* qvCreateDoubleScalar(double value) {
+    return create([=](Call& call) {
+        qvArray* const array = call.createArray(qvClassDouble, qvReal, Shape(1, 1));
+        if (array != nullptr) {
+            array->elements<double>().front() = value;
+        }
+        return array;
+    });
+}
+
+qvArray* qvCreateString(const char* text) {
+    return create([=](Call& call) -> qvArray* {
+        if (text == nullptr) {
+            call.noteMisuse("qvCreateString", "no text is given");
+            return nullptr;
+        }
+        const std::span<const char> bytes(text, std::strlen(text));
+        qvArray* const array = call.createArray(qvClassChar, qvReal, Shape(1, bytes.size()));
+        if (array != nullptr) {
+            std::ranges::transform(bytes, array->elements<qvChar>().begin(),
+                                   [](char byte) { return static_cast<unsigned char>(byte); });
+        }
+        return array;
+    });
+}
+
+qvArray* qvCreateCharArray(size_t ndim, const size_t* dims) {
+    return create(
+        [=](Call& call) { return call.createArray(qvClassChar, qvReal, Shape::of(ndim, dims)); });
+}
+
+qvArray* qvCreateCellArray(size_t ndim, const size_t* dims) {
+    return create(
+        [=](Call& call) { return call.createArray(qvClassCell, qvReal, Shape::of(ndim, dims)); });
+}
+
+qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
+                             const char* const* fieldNames) {
+    return create([=](Call& call) -> qvArray* {
+        if (fieldCount < 0 || (fieldCount > 0 && fieldNames == nullptr)) {
+            call.noteMisuse("qvCreateStructArray", "no field names are given");
+            return nullptr;
+        }
+        const std::span names(fieldNames, static_cast<std::size_t>(fieldCount));
+        if (std::ranges::find(names, nullptr) != names.end()) {
+            call.noteMisuse("qvCreateStructArray", "a field name is missing");
+            return nullptr;
+        }
+        return call.createArray(qvClassStruct, qvReal, Shape::of(ndim, dims),
+                                std::make_unique<zephra::FieldTable>(names));
+    });
+}
+
+double qvGetNaN() {
+    return std::numeric_limits<double>::quiet_NaN();
+}

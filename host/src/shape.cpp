@@ -1,0 +1,40 @@
+#include "shape.h"
+
+#include <algorithm>
+
+namespace zephra {
+
+namespace {
+
+std::optional<std::size_t> productOf(std::span<const std::size_t> dimensions) {
+    // A zero anywhere makes the array empty, however large the other dimensions are.
+    if (std::ranges::find(dimensions, std::size_t{0}) != dimensions.end()) {
+        return 0;
+    }
+    std::size_t product = 1;
+    for (const std::size_t dimension : dimensions) {
+        if (__builtin_mul_overflow(product, dimension, &product)) {
+            return std::nullopt;
+        }
+    }
+    return product;
+}
+
+}  // namespace
+
+std::optional<Shape> Shape::of(std::size_t ndim, const std::size_t* dims) {
+    if (ndim == 0) {
+        return Shape(0, 0);
+    }
+    if (dims == nullptr || ndim > kMostDimensions) {
+        return std::nullopt;
+    }
+    if (ndim == 1) {
+        return Shape(dims[0], 1);
+    }
+    const std::span<const std::size_t> many(dims, ndim);
+    const std::optional<std::size_t> count = productOf(many);
+    return count ? std::optional(Shape(many, *count)) : std::nullopt;
+}
+
+}  // namespace zephra

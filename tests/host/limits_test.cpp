@@ -1,0 +1,152 @@
+// Blocks, and what a host refuses.
+#include <cstring>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "run.h"
+
+// So that a request beyond all memory is refused, not reported, by a checking allocator.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
+}
+
+namespace zephra {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max();
+
+TEST(Blocks, AreWritableAndFreed) {
+    const CallResult result = run([](qvArray*& /*output*/) {
+        void* const block = qvMalloc(1000);
+        ASSERT_NE(block, nullptr);
+        std::memset(block, 0xAB, 1000);
+        qvFree(block);
+        qvFree(nullptr);
+    });
+    EXPECT_EQ(result.leftovers(), Leftovers{});
+    EXPECT_THAT(result.misuses(), IsEmpty());
+}
+
+TEST(Blocks, ThatAreLeftAreCountedWithTheirBytes) {
+    const CallResult result = run([](qvArray*& /*output*/) {
+        qvMalloc(100);
+        qvFree(qvMalloc(7));
+        qvMalloc(0);
+        qvArrayToString(qvCreateString("four"));  // five bytes with its end
+    });
+    EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 3, .blockBytes = 105, .arrays = 1}));
+    EXPECT_THAT(result.misuses(), IsEmpty());
+}
+
+TEST(Blocks, OfNoBytesAreBlocks) {
+    const CallResult result = run([](qvArray*& /*output*/) {
+        void* const block = qvMalloc(0);
+        EXPECT_NE(block, nullptr);
+        qvFree(block);
+    });
+    EXPECT_EQ(result.leftovers(), Leftovers{});
+    EXPECT_THAT(result.misuses(), IsEmpty());
+}
+
+TEST(LargestBlock, LimitsBlocks) {
+    runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+        EXPECT_NE(qvMalloc(16), nullptr);
+        EXPECT_EQ(qvMalloc(17), nullptr);
+        EXPECT_EQ(qvMalloc(kMost), nullptr);
+    });
+}
+
+TEST(LargestBlock, LimitsTheElementsOfEachKindOfArray) {
+    runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+        EXPECT_NE(makeNumeric({2}), nullptr);
+        EXPECT_EQ(makeNumeric({3}), nullptr);
+        EXPECT_NE(makeNumeric({1}, qvClassDouble, qvComplex), nullptr);
+        EXPECT_EQ(makeNumeric({2}, qvClassDouble, qvComplex), nullptr);
+        EXPECT_NE(makeNumeric({16}, qvClassLogical), nullptr);
+        EXPECT_EQ(makeNumeric({17}, qvClassLogical), nullptr);
+        EXPECT_NE(makeChar({8}), nullptr);
+        EXPECT_EQ(makeChar({9}), nullptr);
+        EXPECT_NE(qvCreateString("12345678"), nullptr);
+        EXPECT_EQ(qvCreateString("123456789"), nullptr);
+        EXPECT_NE(makeCell({2}), nullptr);
+        EXPECT_EQ(makeCell({3}), nullptr);
+        EXPECT_NE(makeStruct({1}, {"a", "b"}), nullptr);
+        EXPECT_EQ(makeStruct({2}, {"a", "b"}), nullptr);
+    });
+}
+
+TEST(LargestBlock, DoesNotLimitArguments) {
+    const CallResult result =
+        runWith({.largestBlock = 4}, {std::string("longer than that")}, [](qvArray*&, auto inputs) {
+            EXPECT_EQ(static_cast<qvChar*>(qvGetData(inputs[0]))[15], 't');
+            qvArrayToString(inputs[0]);
+        });
+    EXPECT_EQ(result.error(), (Message{"ZEPHRA:host:outOfMemory", "Out of memory."}));
+}
+
+TEST(ExhaustedMemory, GivesNull) {
+    runWith({.largestBlock = kMost}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+        EXPECT_EQ(qvMalloc(kMost / 2), nullptr);
+        EXPECT_EQ(makeNumeric({kMost / 32}), nullptr);
+        EXPECT_EQ(makeCell({kMost / 32}), nullptr);
+        EXPECT_EQ(makeStruct({kMost / 32}, {"a"}), nullptr);
+    });
+}
+
+TEST(FailBlock, RefusesOneRequest) {
+    for (std::uint64_t failing = 1; failing <= 3; ++failing) {
+        runWith({.failBlock = failing}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
+            for (std::uint64_t request = 1; request <= 3; ++request) {
+                EXPECT_EQ(qvMalloc(8) == nullptr, request == failing) << failing;
+            }
+        });
+    }
+}
+
+TEST(FailBlock, MakesTextAHostError) {
+    bool cameBack = false;
+    const CallResult result =
+        runWith({.failBlock = 2}, {std::string("text")}, [&](qvArray*& /*output*/, auto inputs) {
+            EXPECT_STREQ(qvArrayToString(inputs[0]), "text");
+            qvArrayToString(inputs[0]);
+            cameBack = true;
+        });
+    EXPECT_FALSE(cameBack);
+    EXPECT_EQ(result.error(), (Message{"ZEPHRA:host:outOfMemory", "Out of memory."}));
+    EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 1, .blockBytes = 5}));
+}
+
+TEST(FailArray, RefusesOneRequestOfAnyKind) {
+    for (std::uint64_t failing = 1; failing <= 6; ++failing) {
+        const CallResult result =
+            runWith({.failArray = failing, .strict = true}, {}, [&](qvArray*&, auto /*inputs*/) {
+                const std::vector<qvArray*> made = {
+                    qvCreateDoubleScalar(1), makeNumeric({1}),       makeChar({1}),
+                    makeCell({1}),           makeStruct({1}, {"a"}), qvCreateString("text")};
+                for (std::size_t i = 0; i < made.size(); ++i) {
+                    EXPECT_EQ(made[i] == nullptr, i + 1 == failing) << i;
+                }
+            });
+        EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 5}));
+        EXPECT_THAT(result.misuses(), IsEmpty());
+    }
+}
+
+TEST(Settings, HoldForEachCallAnew) {
+    const Host host({.failBlock = 1});
+    for (int call = 0; call < 2; ++call) {
+        static_cast<void>(host.call(
+            [](int, qvArray**, int, const qvArray**) {
+                EXPECT_EQ(qvMalloc(1), nullptr);
+                EXPECT_NE(qvMalloc(1), nullptr);
+            },
+            {}));
+    }
+}
+
+}  // namespace
+}  // namespace zephra

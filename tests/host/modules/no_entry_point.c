@@ -1,0 +1,6 @@
+/* A library that is no module. */
+int unrelated(void);
+
+int unrelated(void) {
+    return 7;
+}
