@@ -1,0 +1,22 @@
+// The two error classes of the module.
+#pragma once
+
+#include <string>
+
+namespace veltrace {
+
+/// Ends the whole read: headers, byte order, opening and closing the file, the JPEG container.
+/// The entry point turns it into a host error.
+struct VeltraceFatalError {
+    std::string identifier;  ///< colon-separated, begins with "ZEPHRA:veltrace:"
+    std::string message;
+};
+
+/// Ends the read of one directory or one entry. It costs a warning where something was read
+/// without it, and is a host error otherwise.
+struct VeltraceRecoverableError {
+    std::string identifier;
+    std::string message;
+};
+
+}  // namespace veltrace

@@ -1,0 +1,246 @@
+// From the raw entry to the tag's values.
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+#include "entry/errors.h"
+#include "entry/host_messages.h"
+#include "entry/message.h"
+#include "tag/data_type.h"
+#include "tag/tag_id.h"
+#include "tag/tiff_tag.h"
+#include "tagfile/swap_bytes.h"
+#include "tagfile/tag_file.h"
+
+namespace veltrace {
+
+namespace {
+
+struct Pointer {
+    std::uint16_t tagId;
+    IfdId opens;
+    const char* seekMessage;
+};
+
+constexpr Pointer kPointers[] = {
+    {tag_id::kSubIfds, IfdId::image, "Could not seek to start of generic sub IFD\n"},
+    {tag_id::kExifIfd, IfdId::exif, "Could not seek to start of Exif sub IFD\n"},
+    {tag_id::kGpsIfd, IfdId::gps, "Could not seek to start of GPS sub IFD\n"},
+    {tag_id::kInteroperabilityIfd, IfdId::interoperability,
+     "Could not seek to start of IOP sub IFD\n"},
+};
+
+/// Null when the tag does not point to a sub-directory.
+const Pointer* pointerFor(std::uint16_t tagId) {
+    const auto* pointer = std::ranges::find(kPointers, tagId, &Pointer::tagId);
+    return pointer != std::end(kPointers) ? pointer : nullptr;
+}
+
+std::string illegalNesting(std::uint16_t tagId, const char* directory) {
+    return message("Tag id # ", tagId, " is illegal within the ", directory,
+                   " subIFD.  There may have been some loss of metadata.\n");
+}
+
+}  // namespace
+
+TiffTag::TiffTag(TagFile& reader, const std::byte* entry, IfdId ifdId) : ifdId_(ifdId) {
+    decodeHeader(reader, entry);
+    const HostBuffer value = allocateValue();
+    readValue(reader, entry, value.get());
+    finishDecoding(reader, value.get());
+}
+
+void TiffTag::decodeHeader(const TagFile& reader, const std::byte* entry) {
+    tagId_ = reader.entryField<std::uint16_t>(entry);
+    getTagName();
+    dataType_ = reader.entryField<std::uint16_t>(entry + 2);
+    requireValidType();
+    count_ = reader.entryCountField(entry);
+    byteSize_ = count_ * kElementSizes[dataType_];
+}
+
+void TiffTag::requireValidType() const {
+    if (DataType{dataType_} == DataType::noType) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+            message("Tag ID ", tagId_,
+                    " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
+    }
+    if (dataType_ >= kElementSizes.size()) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:badTagFormat",
+            message("Tag ID ", tagId_, " with datatype format value ", dataType_,
+                    " is invalid.  Only values 0-13 are allowed.\n")};
+    }
+}
+
+// Kept: the request passes 32 bits of the size. A value that does not fit in them is refused
+// whatever the host answers; a pointer tag has no value, so its size decides nothing.
+HostBuffer TiffTag::allocateValue() const {
+    HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(byteSize_));
+    const bool refused = value == nullptr && byteSize_ != 0;
+    const bool tooLarge = byteSize_ > std::numeric_limits<std::uint32_t>::max();
+    if (refused || (tooLarge && pointerFor(tagId_) == nullptr)) {
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
+                                       message("Unable to allocate ", byteSize_,
+                                               " to hold tag data for tag ID ", tagId_, '\n')};
+    }
+    return value;
+}
+
+void TiffTag::readValue(TagFile& reader, const std::byte* entry, std::byte* value) {
+    const bool pairs = isRational(DataType{dataType_});
+    const std::uint32_t width = pairs ? 4 : kElementSizes[dataType_];
+    const std::uint64_t elements = pairs ? 2 * count_ : count_;
+    byteSize_ = static_cast<std::uint32_t>(elements * width);  // wraps by design
+    if (pointerFor(tagId_) != nullptr) {
+        valueOffset_ = reader.entryOffsetField(entry);
+        return;
+    }
+    if (byteSize_ > static_cast<std::uint32_t>(reader.offsetSize())) {
+        valueOffset_ = reader.entryOffsetField(entry);
+        readValueAtOffset(reader, value, width, static_cast<std::uint32_t>(elements));
+    } else {
+        std::copy_n(entry + reader.valueFieldStart(), byteSize_, value);
+    }
+    swapBytes(value, static_cast<int>(width), static_cast<unsigned>(elements), reader.swapFlag());
+}
+
+void TiffTag::readValueAtOffset(TagFile& reader, std::byte* value, std::uint32_t width,
+                                std::uint32_t elements) {
+    const std::int64_t position = reader.offsetBase() + static_cast<std::int64_t>(valueOffset_);
+    if (!reader.seek(position)) {
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badTagDataOffsetSeek",
+                                       message("Could not seek to data for tag with ID ", tagId_,
+                                               ", the image may be corrupt.")};
+    }
+    if (std::fread(value, width, elements, reader.stream()) < elements) {
+        const std::string what = name_.empty()
+                                     ? message("Unable to read value for TIFF tag #", tagId_)
+                                     : message("Unable to read TIFF tag ", quoted(name_), " value");
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                       message(what, " from byte location ", position, '.')};
+    }
+}
+
+void TiffTag::finishDecoding(TagFile& reader, const std::byte* value) {
+    if (pointerFor(tagId_) != nullptr) {
+        readSubDirectory(reader);
+        return;
+    }
+    decodeValues(value);
+    processSpecificTags();
+}
+
+void TiffTag::decodeValues(const std::byte* value) {
+    switch (DataType{dataType_}) {
+        case DataType::noType:
+            throw VeltraceRecoverableError{
+                "ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
+                "Encountered tag with datatype format TIFF_NOTYPE.  Skipping... \n"};
+        case DataType::byte:
+        case DataType::undefined:
+            return appendNumbers<std::uint8_t>(value);
+        case DataType::ascii:
+            rawText_.assign(reinterpret_cast<const char*>(value), count_);
+            return;
+        case DataType::unsignedShort:
+            return appendNumbers<std::uint16_t>(value);
+        case DataType::unsignedLong:
+            return appendNumbers<std::uint32_t>(value);
+        case DataType::rational:
+            return convertRationals<std::uint32_t>(
+                value, "ZEPHRA:veltrace:rational:badTagValueDivisionByZero");
+        case DataType::signedByte:
+            return appendNumbers<std::int8_t>(value);
+        case DataType::signedShort:
+            return appendNumbers<std::int16_t>(value);
+        case DataType::signedLong:
+            return appendNumbers<std::int32_t>(value);
+        case DataType::signedRational:
+            return convertRationals<std::int32_t>(
+                value, "ZEPHRA:veltrace:signedRational:badTagValueDivisionByZero");
+        case DataType::singleFloat:
+            return appendNumbers<float>(value);
+        case DataType::doubleFloat:
+            return appendNumbers<double>(value);
+        case DataType::ifd:
+            throw VeltraceRecoverableError{
+                "ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
+                message("Tag ", tagId_, " has an unrecognized TIFF_IFD data format.\n")};
+    }
+    throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
+                                   message("Did not recognize tag format ", dataType_, '\n')};
+}
+
+template <class Element>
+void TiffTag::appendNumbers(const std::byte* value) {
+    rawValues_.reserve(count_);
+    for (std::uint64_t i = 0; i < count_; ++i) {
+        Element element{};
+        std::memcpy(&element, value + i * sizeof element, sizeof element);
+        rawValues_.push_back(static_cast<double>(element));
+    }
+    outputValues_ = rawValues_;
+}
+
+template <class Word>
+void TiffTag::convertRationals(const std::byte* value, const char* warningIdentifier) {
+    rawValues_.reserve(2 * count_);
+    outputValues_.reserve(count_);
+    bool dividedByZero = false;
+    for (std::uint64_t i = 0; i < count_; ++i) {
+        std::array<Word, 2> pair{};
+        std::memcpy(pair.data(), value + i * sizeof pair, sizeof pair);
+        const auto numerator = static_cast<double>(pair[0]);
+        const auto denominator = static_cast<double>(pair[1]);
+        rawValues_.push_back(numerator);
+        rawValues_.push_back(denominator);
+        dividedByZero = dividedByZero || pair[1] == 0;
+        outputValues_.push_back(pair[1] != 0 ? numerator / denominator : qvGetNaN());
+    }
+    if (dividedByZero) {
+        warnOfDivisionByZero(warningIdentifier);
+    }
+}
+
+void TiffTag::warnOfDivisionByZero(const char* warningIdentifier) const {
+    issueHostWarning(warningIdentifier,
+                     message("The computation of the tag value for ", quoted(name_),
+                             " involves division by zero.  The value has been set to NaN."));
+}
+
+void TiffTag::readSubDirectory(TagFile& reader) {
+    const Pointer& pointer = *pointerFor(tagId_);
+    const std::int64_t returnTo = reader.position();
+    if (!reader.seek(reader.offsetBase() + static_cast<std::int64_t>(valueOffset_))) {
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badSubIfdSeek",
+                                       pointer.seekMessage};
+    }
+    checkNesting();
+    subDirectory_ = SubDirectory::read(reader, pointer.opens);
+    // Every later read seeks for itself, so a refusal here would cost nothing.
+    static_cast<void>(reader.seek(returnTo));
+}
+
+void TiffTag::checkNesting() const {
+    switch (ifdId_) {
+        case IfdId::image:
+        case IfdId::exif:
+            return;
+        case IfdId::gps:
+            throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:illegallyNestedIfdWithinGpsIfd",
+                                           illegalNesting(tagId_, "GPS")};
+        case IfdId::interoperability:
+            throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:illegallyNestedIfdWithinIopIfd",
+                                           illegalNesting(tagId_, "Interoperability")};
+    }
+    // Kept: "ID" in capitals, two texts run together, and no directory named in the second.
+    throw VeltraceRecoverableError{
+        "ZEPHRA:veltrace:TiffTag:unrecognizedIfdID",
+        message("Did not recognize IFD ID ", number(ifdId_), '\n', illegalNesting(tagId_, ""))};
+}
+
+}  // namespace veltrace

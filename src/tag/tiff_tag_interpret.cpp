@@ -1,0 +1,99 @@
+// From decoded values to what a few tags mean.
+#include <algorithm>
+
+#include "entry/errors.h"
+#include "entry/message.h"
+#include "tag/integer_code.h"
+#include "tag/tag_id.h"
+#include "tag/tiff_tag.h"
+#include "tag/word_tables.h"
+
+namespace veltrace {
+
+namespace {
+
+struct EnumeratedTag {
+    std::uint16_t tagId;
+    const WordTable* words;
+};
+
+constexpr EnumeratedTag kEnumeratedTags[] = {
+    {tag_id::kCompression, &kCompression},
+    {tag_id::kPhotometricInterpretation, &kPhotometricInterpretation},
+    {tag_id::kPlanarConfiguration, &kPlanarConfiguration},
+    {tag_id::kResolutionUnit, &kResolutionUnit},
+    {tag_id::kPredictor, &kPredictor},
+    {tag_id::kInkSet, &kInkSet},
+    {tag_id::kJpegProc, &kJpegProc},
+    {tag_id::kYCbCrPositioning, &kYCbCrPositioning},
+};
+
+// Codes 1 to 5 of GrayResponseUnit (TIFF 6.0, section 8).
+constexpr double kGrayResponseMultipliers[] = {0.1, 0.01, 0.001, 0.0001, 0.00001};
+
+}  // namespace
+
+void TiffTag::processSpecificTags() {
+    switch (ifdId_) {
+        case IfdId::image:
+        case IfdId::exif:
+            applySpecificTreatment();
+            return;
+        case IfdId::gps:
+        case IfdId::interoperability:
+            return;
+    }
+    throw VeltraceFatalError{"ZEPHRA:veltrace:processSpecificTags:unrecognizedIfdId",
+                             message("Did not recognize IFD ID ", number(ifdId_), '\n')};
+}
+
+void TiffTag::applySpecificTreatment() {
+    const auto* enumerated = std::ranges::find(kEnumeratedTags, tagId_, &EnumeratedTag::tagId);
+    if (enumerated != std::end(kEnumeratedTags)) {
+        if (const auto value = firstValue()) {
+            outputText_ = wordFor(*enumerated->words, integerCode(*value));
+        }
+        return;
+    }
+    switch (tagId_) {
+        case tag_id::kImageDescription:
+            // Kept: the only text that loses its terminating NUL.
+            if (!rawText_.empty()) {
+                rawText_.pop_back();
+            }
+            return;
+        case tag_id::kGrayResponseUnit:
+            applyGrayResponseUnit();
+            return;
+        case tag_id::kXmp:
+            appendXmpText();
+            return;
+        case tag_id::kIccProfile:
+            outputValues_.assign(1, static_cast<double>(static_cast<std::int64_t>(valueOffset_)));
+            return;
+        default:
+            return;
+    }
+}
+
+void TiffTag::applyGrayResponseUnit() {
+    const auto value = firstValue();
+    if (!value) {
+        return;
+    }
+    const std::int32_t code = integerCode(*value);
+    if (code >= 1 && code <= 5) {
+        outputValues_.front() = kGrayResponseMultipliers[code - 1];
+    } else {
+        outputText_ = "Unknown";
+    }
+}
+
+void TiffTag::appendXmpText() {
+    outputText_.reserve(outputValues_.size());
+    for (const double value : outputValues_) {
+        outputText_.push_back(static_cast<char>(integerCode(value) & 0xFF));
+    }
+}
+
+}  // namespace veltrace

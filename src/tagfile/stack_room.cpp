@@ -1,0 +1,44 @@
+#include "tagfile/stack_room.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <pthread.h>
+
+namespace veltrace {
+
+namespace {
+
+constexpr std::size_t kMostKeptBack = std::size_t{256} * 1024;
+// Assumed below the caller when the system does not tell the limits.
+constexpr std::size_t kRoomWhenUnknown = std::size_t{128} * 1024;
+
+std::uintptr_t currentAddress() {
+    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+}
+
+}  // namespace
+
+void StackRoom::require() {
+    if (lowest_ == 0) {
+        measure();
+    }
+    if (currentAddress() < lowest_) {
+        throw StackExhausted{};
+    }
+}
+
+void StackRoom::measure() {
+    lowest_ = currentAddress() - kRoomWhenUnknown;
+    pthread_attr_t attributes;
+    if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
+        return;
+    }
+    void* begin = nullptr;
+    std::size_t size = 0;
+    if (pthread_attr_getstack(&attributes, &begin, &size) == 0) {
+        lowest_ = reinterpret_cast<std::uintptr_t>(begin) + std::min(size / 4, kMostKeptBack);
+    }
+    pthread_attr_destroy(&attributes);
+}
+
+}  // namespace veltrace

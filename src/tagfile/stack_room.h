@@ -1,0 +1,28 @@
+// Keeps deep nesting inside the thread's stack.
+#pragma once
+
+#include <cstdint>
+
+namespace veltrace {
+
+/// Thrown when a sub-directory would need stack that is kept back. Neither of the two error
+/// classes, so the entry point reports it as it reports exhausted memory.
+struct StackExhausted {};
+
+/// The stack of the thread that first asks. Used by one thread only.
+class StackRoom {
+public:
+    /// Returns while there is stack left for one more level of nesting; throws `StackExhausted`
+    /// otherwise. What is kept back, a quarter of the stack up to 256 KiB, serves unwinding and
+    /// the host's functions; output, copies and destruction of what was read go as deep as the
+    /// read did, with smaller frames, and start from the same place.
+    void require();
+
+private:
+    // Finding the limits costs a system call or more, so only files that nest pay, and once.
+    void measure();
+
+    std::uintptr_t lowest_ = 0;  // address that no frame of a read may go below; 0: not measured
+};
+
+}  // namespace veltrace

@@ -1,0 +1,80 @@
+// Deep nesting is normal input, up to the end of the stack.
+#include "support/leak_tolerance.h"
+#include "support/module_run.h"
+#include "support/nested_file.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using testing::IsEmpty;
+
+constexpr std::size_t kKilobyte = 1024;
+constexpr std::size_t kUsualStack = 8192 * kKilobyte;
+
+const zephra::Message kUnknownException =
+    message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
+
+/// The number of directories inside each other, without recursion.
+std::size_t depthOf(const ModuleRun& run) {
+    std::size_t depth = 0;
+    zephra::Value level = run.value({"DigitalCamera"});
+    while (level) {
+        ++depth;
+        level = level.field(0, "DigitalCamera");
+    }
+    return depth;
+}
+
+bool readsWhole(std::size_t depth) {
+    const LeakTolerance tolerance;
+    const ModuleRun run(nestedExif(depth));
+    if (run.error()) {
+        EXPECT_EQ(*run.error(), kUnknownException);
+        return false;
+    }
+    EXPECT_EQ(depthOf(run), depth);
+    return true;
+}
+
+TEST(Nesting, TwoThousandLevelsFitTheUsualStack) {
+    runOnStack(kUsualStack, [] {
+        const ModuleRun run(nestedExif(2000));
+        EXPECT_THAT(run.messages(), IsEmpty());
+        EXPECT_EQ(depthOf(run), 2000U);
+    });
+}
+
+class NestingOnStack : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(NestingOnStack, WithoutEndIsAnUnknownException) {
+    runOnStack(GetParam() * kKilobyte, [] {
+        const LeakTolerance tolerance;
+        const ModuleRun run(endlessExif());
+        EXPECT_THAT(run.messages(), testing::ElementsAre(kUnknownException));
+    });
+}
+
+// Output, destruction and unwinding go as deep as the read did, so the deepest file that is read
+// at all is the one that would find out if they needed more stack.
+TEST_P(NestingOnStack, DeepestReadableFileIsDeliveredAndTheNextLevelIsRefused) {
+    runOnStack(GetParam() * kKilobyte, [] {
+        std::size_t readable = 0;
+        std::size_t refused = 1;
+        while (readsWhole(refused)) {
+            readable = refused;
+            refused *= 2;
+        }
+        while (refused - readable > 1) {
+            const std::size_t middle = readable + (refused - readable) / 2;
+            (readsWhole(middle) ? readable : refused) = middle;
+        }
+        EXPECT_GE(readable, 1U);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Kilobytes, NestingOnStack, testing::Values(256, 1024, 8192));
+
+}  // namespace
+
+}  // namespace veltrace::test
