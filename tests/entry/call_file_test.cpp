@@ -1,0 +1,114 @@
+// What a call gives back and what it leaves behind.
+#include <filesystem>
+
+#include "support/leak_tolerance.h"
+#include "support/module_run.h"
+#include "support/nested_file.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+Bytes rotatedImage() {
+    TiffBuilder file;
+    file.image().shorts(274, {6});
+    return file.bytes();
+}
+
+Bytes withoutEntries() {
+    TiffBuilder file;
+    file.image();
+    return file.bytes();
+}
+
+std::ptrdiff_t openDescriptors() {
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return std::distance(begin(all), end(all));
+}
+
+TEST(Call, StoresItsOutputWhateverTheOutputCountSays) {
+    const MemoryFile file(rotatedImage());
+    const zephra::EntryPoint module = moduleUnderTest();
+    const zephra::EntryPoint withoutOutputs = [&module](int, qvArray* outputs[], int inputCount,
+                                                        const qvArray* inputs[]) {
+        module(0, outputs, inputCount, inputs);
+    };
+    const auto result =
+        zephra::Host(strictHost()).call(withoutOutputs, std::vector<zephra::Argument>{file.name()});
+    EXPECT_FALSE(result.error());
+    EXPECT_EQ(result.output().field(0, "Orientation").numbers().front(), 6);
+}
+
+TEST(Call, OutputIsAColumnWithOneElementForEachDirectory) {
+    TiffBuilder file;
+    file.image().shorts(274, {6});
+    file.addImage().shorts(274, {8});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.output().className(), "struct");
+    EXPECT_THAT(run.dimensions({}), ElementsAre(2, 1));
+}
+
+struct Ending {
+    const char* name;
+    Bytes file;
+    std::vector<std::string> identifiers;
+};
+
+class CallThatEnds : public testing::TestWithParam<Ending> {};
+
+TEST_P(CallThatEnds, LeavesNothingBehind) {
+    const MemoryFile file(GetParam().file);
+    const std::ptrdiff_t descriptors = openDescriptors();
+    const ModuleRun run(file);
+    std::vector<std::string> identifiers;
+    for (const zephra::Message& message : run.messages()) {
+        identifiers.push_back(message.identifier);
+    }
+    EXPECT_EQ(identifiers, GetParam().identifiers);
+    EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
+    EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ways, CallThatEnds,
+    testing::Values(
+        Ending{"WithAnImage", rotatedImage(), {}},
+        Ending{"WithAPhotograph", jpegWithExif(rotatedImage()), {}},
+        Ending{"WithoutADirectory", {0xFF, 0xD8, 0xFF, 0xDB, 0, 0x43}, {}},
+        Ending{"InAFatalError",
+               {'I', 'I', 0x2A, 0x00, 8, 0},
+               {"ZEPHRA:veltrace:badTiffHeaderOffsetRead"}},
+        Ending{"InARecoverableError", withoutEntries(), {"ZEPHRA:veltrace:zeroLengthIfdTable"}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Call, UnknownExceptionLeavesTheReaderAndTheNameBehind) {
+    const LeakTolerance tolerance;
+    const MemoryFile file(endlessExif());
+    const std::ptrdiff_t descriptors = openDescriptors();
+    const ModuleRun run(file);
+    EXPECT_THAT(run.messages(), ElementsAre(message("ZEPHRA:veltrace:unknownException",
+                                                    "Caught an unknown exception in veltrace.")));
+    EXPECT_FALSE(run.output());
+    EXPECT_GE(run.leftovers().blocks, 1U);
+    EXPECT_EQ(openDescriptors(), descriptors + 1);
+}
+
+TEST(Call, KnowsNothingOfTheCallBefore) {
+    const MemoryFile file(rotatedImage());
+    const ModuleRun before(file);
+    const ModuleRun failing(withoutEntries());
+    const ModuleRun after(file);
+    EXPECT_TRUE(failing.error());
+    EXPECT_THAT(after.messages(), IsEmpty());
+    EXPECT_EQ(after.fieldNames(), before.fieldNames());
+    EXPECT_EQ(after.number({"Orientation"}), 6);
+}
+
+}  // namespace
+
+}  // namespace veltrace::test
