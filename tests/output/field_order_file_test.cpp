@@ -1,0 +1,231 @@
+// Which fields an output has, in which order, and whose values they hold.
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <initializer_list>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "support/encodings.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+using Names = std::vector<std::string>;
+
+const Names kGeneralNames{"Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
+                          "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature"};
+const Names kBaselineNames{"ByteOrder",
+                           "NewSubFileType",
+                           "BitsPerSample",
+                           "Compression",
+                           "PhotometricInterpretation",
+                           "StripOffsets",
+                           "SamplesPerPixel",
+                           "RowsPerStrip",
+                           "StripByteCounts",
+                           "XResolution",
+                           "YResolution",
+                           "ResolutionUnit",
+                           "Colormap",
+                           "PlanarConfiguration",
+                           "TileWidth",
+                           "TileLength",
+                           "TileOffsets",
+                           "TileByteCounts",
+                           "Orientation",
+                           "FillOrder",
+                           "GrayResponseUnit",
+                           "MaxSampleValue",
+                           "MinSampleValue",
+                           "Thresholding"};
+
+Names joined(std::initializer_list<Names> parts) {
+    Names all;
+    for (const Names& part : parts) {
+        std::ranges::copy(part, std::back_inserter(all));
+    }
+    return all;
+}
+
+class FieldOrder : public ::testing::TestWithParam<Encoding> {
+protected:
+    TiffBuilder file{GetParam().order, GetParam().flavour};
+};
+
+TEST_P(FieldOrder, BeginsWithTheThirtyFourDefaultNames) {
+    file.image().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({}), ElementsAre(1, 1));
+    EXPECT_EQ(run.fieldNames().size(), 34U);
+    EXPECT_THAT(run.fieldNames(), ElementsAreArray(joined({kGeneralNames, kBaselineNames})));
+}
+
+TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
+    file.image()
+        .bytes(65000, {1})
+        .ascii(33432, "(c)")
+        .shorts(37383, {5})
+        .ascii(305, "kiln")
+        .shorts(259, {1})
+        .ascii(270, "a pot")
+        .shorts(255, {1});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames(),
+                ElementsAreArray(joined({kGeneralNames,
+                                         kBaselineNames,
+                                         {"SubFileType", "ImageDescription", "Software",
+                                          "Copyright", "MeteringMode", "UnknownTags"}})));
+}
+
+TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
+    file.image().sub(330, file.child().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"SubIFDs"}),
+                ElementsAreArray(joined(
+                    {kGeneralNames, kBaselineNames, {"Software", "MeteringMode", "UnknownTags"}})));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEveryEncoding, FieldOrder, ::testing::ValuesIn(kEveryEncoding),
+                         encodingName);
+
+TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
+    TiffBuilder file;
+    file.image()
+        .bytes(65000, {1})
+        .ascii(305, "kiln")
+        .shorts(274, {6})
+        .sub(330, file.child().shorts(274, {6}).shorts(259, {1}))
+        .shorts(259, {6});
+    const ModuleRun run(jpegWithExif(file.bytes()));
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames(),
+                ElementsAreArray(joined(
+                    {kGeneralNames,
+                     {"Compression", "Orientation", "Software", "SubIFDs", "UnknownTags"}})));
+    EXPECT_THAT(run.fieldNames({"SubIFDs"}),
+                ElementsAreArray(joined({kGeneralNames, {"Compression", "Orientation"}})));
+}
+
+TEST(Fields, BelongToTheWholeChain) {
+    TiffBuilder file;
+    file.image().shorts(271, {1});
+    file.addImage().ascii(305, "kiln").shorts(271, {2});
+    file.addImage().shorts(272, {3});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({}), ElementsAre(3, 1));
+    EXPECT_THAT(
+        run.fieldNames(),
+        ElementsAreArray(joined({kGeneralNames, kBaselineNames, {"Make", "Model", "Software"}})));
+    EXPECT_EQ(run.number({"Make"}, 0), 1);
+    EXPECT_EQ(run.number({"Make"}, 1), 2);
+    EXPECT_FALSE(run.value({"Make"}, 2));
+    EXPECT_FALSE(run.value({"Software"}, 0));
+    EXPECT_TRUE(run.value({"Software"}, 1));
+    EXPECT_FALSE(run.value({"Software"}, 2));
+    EXPECT_FALSE(run.value({"Model"}, 0));
+    EXPECT_EQ(run.number({"Model"}, 2), 3);
+}
+
+TEST(Fields, OfExifDirectoriesAreTheirTagsAlone) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2}));
+    for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
+        const ModuleRun run(bytes);
+        EXPECT_THAT(run.messages(), IsEmpty());
+        EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
+        EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
+        EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("ExposureTime", "MeteringMode"));
+    }
+}
+
+// The check for default names looks at the format of the file, not at the kind of directory.
+TEST(Fields, OfExifDirectoriesInTiffFilesLackTheDefaultNames) {
+    TiffBuilder file;
+    file.image().sub(34665,
+                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
+    const ModuleRun tiff(file.bytes());
+    EXPECT_THAT(tiff.messages(), IsEmpty());
+    EXPECT_THAT(tiff.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
+    EXPECT_EQ(tiff.number({"DigitalCamera", "MeteringMode"}), 5);
+    const ModuleRun jpeg(jpegWithExif(file.bytes()));
+    EXPECT_THAT(jpeg.fieldNames({"DigitalCamera"}),
+                ElementsAre("Orientation", "XResolution", "MeteringMode"));
+    EXPECT_EQ(jpeg.number({"DigitalCamera", "Orientation"}), 6);
+}
+
+TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().shorts(274, {6}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
+    EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
+    EXPECT_THAT(run.fieldNames({"DigitalCamera"}), IsEmpty());
+}
+
+TEST(Fields, HoldTheLastOfSeveralTagsOfOneName) {
+    TiffBuilder file;
+    file.image().shorts(271, {1}).shorts(271, {2}).shorts(272, {3}).shorts(272, {});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"Make"}), 2);
+    EXPECT_EQ(run.number({"Model"}), 3);
+}
+
+TEST(Fields, HoldNumbersInAColumnExceptForTwoTags) {
+    TiffBuilder file;
+    file.image()
+        .shorts(258, {8, 8, 8})
+        .longs(273, {10, 20, 30})
+        .shorts(280, {0, 1, 2})
+        .shorts(281, {255, 254, 253})
+        .bytes(65000, {1, 2, 3});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.dimensions({"BitsPerSample"}), ElementsAre(1, 3));
+    EXPECT_THAT(run.numbers({"BitsPerSample"}), ElementsAre(8, 8, 8));
+    EXPECT_THAT(run.dimensions({"StripOffsets"}), ElementsAre(3, 1));
+    EXPECT_THAT(run.numbers({"StripOffsets"}), ElementsAre(10, 20, 30));
+    EXPECT_THAT(run.dimensions({"MinSampleValue"}), ElementsAre(3, 1));
+    EXPECT_THAT(run.dimensions({"MaxSampleValue"}), ElementsAre(1, 3));
+    EXPECT_THAT(run.numbers({"MaxSampleValue"}), ElementsAre(255, 254, 253));
+    EXPECT_THAT(run.dimensions({"UnknownTags", "Value"}), ElementsAre(3, 1));
+}
+
+TEST(Output, WithoutAnyFieldIsAnEmptyMatrix) {
+    TiffBuilder file;
+    file.image().entry(271, 0, 1, {});
+    const ModuleRun run(jpegWithExif(file.bytes()));
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                                    "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                                    "processed.\n")));
+    EXPECT_EQ(run.output().className(), "double");
+    EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
+}
+
+TEST(Output, LeavesNothingBehind) {
+    TiffBuilder file;
+    file.image()
+        .shorts(271, {1, 2, 3})
+        .bytes(65000, {1})
+        .sub(34665, file.child().shorts(37383, {5}));
+    const ModuleRun run(file.bytes());
+    EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,181 @@
+// Fields that tell about the file, the same in every element.
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/encodings.h"
+#include "support/leak_tolerance.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// The time zone of this process while it lives.
+class TimeZone {
+public:
+    explicit TimeZone(const char* zone) {
+        if (const char* before = std::getenv("TZ"); before != nullptr) {
+            before_ = before;
+        }
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+    ~TimeZone() {
+        if (before_) {
+            setenv("TZ", before_->c_str(), 1);
+        } else {
+            unsetenv("TZ");
+        }
+        tzset();
+    }
+
+private:
+    std::optional<std::string> before_;
+};
+
+class GeneralFields : public ::testing::TestWithParam<Encoding> {
+protected:
+    TiffBuilder file{GetParam().order, GetParam().flavour};
+};
+
+TEST_P(GeneralFields, AreInEveryElement) {
+    file.image().shorts(271, {1});
+    file.addImage().shorts(271, {2});
+    const Bytes bytes = file.bytes();
+    const MemoryFile memory(bytes);
+    memory.setModificationTime(1000000000);
+    const TimeZone zone("UTC0");
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    const bool big = GetParam().order == Order::big;
+    for (const std::size_t element : {0U, 1U}) {
+        EXPECT_EQ(run.text({"Filename"}, element), memory.name());
+        EXPECT_EQ(run.text({"FileModDate"}, element), "09-Sep-2001 01:46:40");
+        EXPECT_EQ(run.number({"FileSize"}, element), static_cast<double>(bytes.size()));
+        EXPECT_EQ(run.text({"Format"}, element), "tif");
+        EXPECT_FALSE(run.value({"FormatVersion"}, element));
+        EXPECT_EQ(run.text({"ByteOrder"}, element), big ? "big-endian" : "little-endian");
+        EXPECT_THAT(run.dimensions({"FormatSignature"}, element), ElementsAre(1, 4));
+    }
+}
+
+TEST_P(GeneralFields, AreInGenericSubDirectoriesToo) {
+    file.image().sub(330, file.child().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}));
+    const MemoryFile memory(file.bytes());
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.text({"SubIFDs", "Filename"}), memory.name());
+    EXPECT_EQ(run.text({"SubIFDs", "Format"}), "tif");
+    EXPECT_EQ(run.number({"SubIFDs", "Width"}), 7);
+    EXPECT_EQ(run.number({"SubIFDs", "Height"}), 5);
+    EXPECT_EQ(run.text({"SubIFDs", "ColorType"}), "truecolor");
+    EXPECT_EQ(run.number({"SubIFDs", "BitDepth"}), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(InEveryEncoding, GeneralFields, ::testing::ValuesIn(kEveryEncoding),
+                         encodingName);
+
+std::vector<double> signature(Order order, Flavour flavour, std::optional<std::uint16_t> version) {
+    TiffBuilder file(order, flavour);
+    file.image().shorts(271, {1});
+    if (version) {
+        file.version(*version);
+    }
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    return run.numbers({"FormatSignature"});
+}
+
+TEST(FormatSignature, IsTheByteOrderMarkAndTheVersionInTheOrderOfThisComputer) {
+    EXPECT_THAT(signature(Order::little, Flavour::classic, 42), ElementsAre(73, 73, 42, 0));
+    EXPECT_THAT(signature(Order::big, Flavour::classic, 42), ElementsAre(77, 77, 42, 0));
+    EXPECT_THAT(signature(Order::little, Flavour::big, 43), ElementsAre(73, 73, 43, 0));
+}
+
+// Such a file is told apart by its bytes 2B 00, which are 0x2B00 in its own order.
+TEST(FormatSignature, OfABigEndianBigTiffFileHasItsVersionSwapped) {
+    EXPECT_THAT(signature(Order::big, Flavour::big, {}), ElementsAre(77, 77, 0, 43));
+}
+
+TEST(JpegFile, HasNoSignatureAndNoByteOrder) {
+    TiffBuilder file(Order::big);
+    file.image().shorts(271, {1});
+    const MemoryFile memory(jpegWithExif(file.bytes()));
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.text({"Filename"}), memory.name());
+    EXPECT_EQ(run.text({"Format"}), "jpg");
+    ASSERT_TRUE(run.value({"FormatSignature"}));
+    EXPECT_EQ(run.value({"FormatSignature"}).className(), "double");
+    EXPECT_THAT(run.dimensions({"FormatSignature"}), ElementsAre(0, 0));
+    EXPECT_FALSE(run.value({"ByteOrder"}));
+    EXPECT_FALSE(run.value({"FormatVersion"}));
+}
+
+Bytes smallFile() {
+    TiffBuilder file;
+    file.image().shorts(271, {1});
+    return file.bytes();
+}
+
+std::string dateOf(std::time_t time) {
+    const MemoryFile memory(smallFile());
+    memory.setModificationTime(time);
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    return run.text({"FileModDate"});
+}
+
+TEST(FileModDate, IsADayAMonthNameAYearAndATime) {
+    const TimeZone zone("UTC0");
+    EXPECT_EQ(dateOf(0), "01-Jan-1970 00:00:00");
+    EXPECT_EQ(dateOf(1000000000), "09-Sep-2001 01:46:40");
+    EXPECT_EQ(dateOf(-1), "31-Dec-1969 23:59:59");
+}
+
+TEST(FileModDate, IsLocalTime) {
+    const TimeZone zone("XYZ-3");
+    EXPECT_EQ(dateOf(1000000000), "09-Sep-2001 04:46:40");
+}
+
+TEST(FileModDate, IsOneRowOfCharacters) {
+    EXPECT_THAT(ModuleRun(smallFile()).dimensions({"FileModDate"}), ElementsAre(1, 20));
+}
+
+// Seconds from 1970-01-01 to 100000000-01-01.
+constexpr std::time_t kYear100000000 = 3155633032780800;
+constexpr std::time_t kYearTooLargeForAnInteger = 100000000000000000;
+
+TEST(FileModDate, MayHaveAYearOfEightDigits) {
+    const TimeZone zone("UTC0");
+    EXPECT_EQ(dateOf(kYear100000000 - 1), "31-Dec-99999999 23:59:59");
+}
+
+TEST(FileModDate, EndsTheCallWhenItCannotBeFormatted) {
+    const TimeZone zone("UTC0");
+    for (const std::time_t time : {kYear100000000, kYearTooLargeForAnInteger}) {
+        const MemoryFile memory(smallFile());
+        memory.setModificationTime(time);
+        const LeakTolerance tolerance;
+        const ModuleRun run(memory);
+        EXPECT_THAT(run.warnings(), IsEmpty());
+        EXPECT_EQ(run.error(), message("ZEPHRA:veltrace:IFDSet:strftimeFailure",
+                                       "Failed to create file modification time string."));
+    }
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,101 @@
+// Tags that the dictionary does not know.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/encodings.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class UnknownTags : public ::testing::TestWithParam<Encoding> {
+protected:
+    TiffBuilder file{GetParam().order, GetParam().flavour};
+};
+
+TEST_P(UnknownTags, AreListedInEntryOrderWithTheirIdsPlacesAndValues) {
+    file.image().longs(65001, {7, 8, 9}).bytes(65000, {1}).ascii(2, "pot");
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(3, 1));
+    EXPECT_THAT(run.fieldNames({"UnknownTags"}), ElementsAre("ID", "Offset", "Value"));
+    const bool big = GetParam().flavour == Flavour::big;
+    const zephra::Value unknown = run.value({"UnknownTags"});
+    EXPECT_THAT(unknown.field(0, "ID").numbers(), ElementsAre(65001));
+    EXPECT_THAT(unknown.field(0, "Offset").numbers(),
+                ElementsAre(big ? 16 + 8 + 3 * 20 + 8 : 8 + 2 + 3 * 12 + 4));
+    EXPECT_THAT(unknown.field(0, "Value").numbers(), ElementsAre(7, 8, 9));
+    EXPECT_THAT(unknown.field(0, "Value").dimensions(), ElementsAre(3, 1));
+    EXPECT_THAT(unknown.field(1, "ID").numbers(), ElementsAre(65000));
+    EXPECT_THAT(unknown.field(1, "Offset").numbers(), ElementsAre(0));
+    EXPECT_THAT(unknown.field(1, "Value").numbers(), ElementsAre(1));
+    EXPECT_THAT(unknown.field(2, "ID").numbers(), ElementsAre(2));
+    EXPECT_EQ(unknown.field(2, "Value").text(), "pot");
+}
+
+INSTANTIATE_TEST_SUITE_P(InEveryEncoding, UnknownTags, ::testing::ValuesIn(kEveryEncoding),
+                         encodingName);
+
+TEST(UnknownTag, OfOneDirectoryLeavesTheFieldOfOthersEmpty) {
+    TiffBuilder file;
+    file.image().shorts(271, {1});
+    file.addImage().shorts(65000, {2});
+    file.addImage().shorts(271, {3});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_FALSE(run.value({"UnknownTags"}, 0));
+    EXPECT_THAT(run.dimensions({"UnknownTags"}, 1), ElementsAre(1, 1));
+    EXPECT_FALSE(run.value({"UnknownTags"}, 2));
+}
+
+TEST(UnknownTag, AloneMakesAFieldOfASubDirectory) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().shorts(65000, {2}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("UnknownTags"));
+    EXPECT_EQ(run.number({"DigitalCamera", "UnknownTags", "Value"}), 2);
+}
+
+TEST(UnknownTag, MayHaveTheSameIdAsAnother) {
+    TiffBuilder file;
+    file.image().shorts(65000, {2}).shorts(65000, {3});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(2, 1));
+    EXPECT_THAT(run.value({"UnknownTags"}).field(1, "Value").numbers(), ElementsAre(3));
+}
+
+TEST(UnknownTag, WithoutAValueIsListedWithAWarning) {
+    for (const std::uint16_t type : {std::uint16_t{2}, std::uint16_t{3}, std::uint16_t{5}}) {
+        TiffBuilder file;
+        file.image().entryAt(65000, type, 0, 77);
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(),
+                    ElementsAre(message("ZEPHRA:veltrace:unknownTagPayloadState",
+                                        "Tag data for unknown tag ID 65000is in an unrecognized "
+                                        "state.\n")));
+        EXPECT_EQ(run.number({"UnknownTags", "ID"}), 65000);
+        EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 0);
+        EXPECT_TRUE(run.hasField({"UnknownTags", "Value"}));
+        EXPECT_FALSE(run.value({"UnknownTags", "Value"}));
+    }
+}
+
+TEST(UnknownTag, OfTheIdOfWidthOrHeightIsNotListed) {
+    TiffBuilder file;
+    file.image().sub(34853, file.child().shorts(256, {9}).shorts(257, {9}).shorts(258, {1, 2, 3}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("UnknownTags"));
+    EXPECT_EQ(run.number({"GPSInfo", "UnknownTags", "ID"}), 258);
+    EXPECT_THAT(run.dimensions({"GPSInfo", "UnknownTags", "Value"}), ElementsAre(3, 1));
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,240 @@
+// What an entry says that cannot be decoded. Each failure is a warning and costs that entry alone.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <locale>
+#include <string>
+
+#include "support/encodings.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::uint16_t kMake = 271;
+constexpr std::uint16_t kModel = 272;
+
+class EntryErrors : public ::testing::TestWithParam<Encoding> {
+protected:
+    TiffBuilder file{GetParam().order, GetParam().flavour};
+};
+
+TEST_P(EntryErrors, CostTheirEntryAlone) {
+    file.image().shorts(kMake, {1}).entry(kModel, 0, 1, {}).shorts(305, {3});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                                    "Tag ID 272 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                                    "processed.\n")));
+    EXPECT_EQ(run.number({"Make"}), 1);
+    EXPECT_FALSE(run.hasField({"Model"}));
+    EXPECT_EQ(run.number({"Software"}), 3);
+}
+
+TEST_P(EntryErrors, NameTheInvalidType) {
+    for (const int type : {14, 15, 16, 17, 18, 255, 256, 32768, 65535}) {
+        TiffBuilder one(GetParam().order, GetParam().flavour);
+        one.image().entry(kMake, static_cast<std::uint16_t>(type), 1, {});
+        EXPECT_THAT(
+            ModuleRun(one.bytes()).messages(),
+            ElementsAre(message("ZEPHRA:veltrace:badTagFormat",
+                                "Tag ID 271 with datatype format value " + std::to_string(type) +
+                                    " is invalid.  Only values 0-13 are allowed.\n")));
+    }
+}
+
+TEST_P(EntryErrors, RefuseTheIfdTypeForTagsThatPointNowhere) {
+    file.image().entry(kMake, 13, 1, {1, 0, 0, 0}).entry(65000, 13, 0, {});
+    const auto refusal = [](const char* text) {
+        return message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd", text);
+    };
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(refusal("Tag 271 has an unrecognized TIFF_IFD data format.\n"),
+                            refusal("Tag 65000 has an unrecognized TIFF_IFD data format.\n")));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEveryEncoding, EntryErrors, ::testing::ValuesIn(kEveryEncoding),
+                         encodingName);
+
+TEST(EntryError, OfAPointerTagIsTheSameAsOfAnyTag) {
+    TiffBuilder file;
+    file.image().entry(34665, 0, 1, {}).entry(34853, 14, 1, {});
+    EXPECT_THAT(
+        ModuleRun(file.bytes()).messages(),
+        ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                            "Tag ID 34665 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                            "processed.\n"),
+                    message("ZEPHRA:veltrace:badTagFormat",
+                            "Tag ID 34853 with datatype format value 14 is invalid.  Only values "
+                            "0-13 are allowed.\n")));
+}
+
+TEST(UnreadableValue, NamesAKnownTag) {
+    TiffBuilder file;
+    file.image().entryAt(kMake, 3, 3, 5000);
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location "
+                                    "5000.")));
+}
+
+TEST(UnreadableValue, NumbersAnUnknownTag) {
+    TiffBuilder file;
+    file.image().entryAt(65000, 3, 3, 5000);
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read value for TIFF tag #65000 from byte location "
+                                    "5000.")));
+}
+
+TEST(UnreadableValue, IsToldWithItsPlaceInTheWholeJpegFile) {
+    TiffBuilder file;
+    file.image().entryAt(kMake, 3, 3, 5000);
+    EXPECT_THAT(ModuleRun(jpegWithExif(file.bytes())).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location "
+                                    "5012.")));
+}
+
+TEST(UnreadableValue, MayLieBeyondTwoGigabytes) {
+    TiffBuilder file;
+    file.image().entryAt(kMake, 3, 3, 4294967295);
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location "
+                                    "4294967295.")));
+}
+
+TEST(UnreadableValue, IsOneThatMissesItsLastByte) {
+    TiffBuilder file;
+    file.image().rationals(kMake, {{1, 2}, {3, 4}});
+    Bytes bytes = file.bytes();
+    EXPECT_THAT(ModuleRun(bytes).numbers({"Make"}), ElementsAre(0.5, 0.75));
+    bytes.pop_back();
+    EXPECT_THAT(ModuleRun(bytes).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location "
+                                    "26.")));
+}
+
+TEST(UnreadableValue, IsToldBeforeItsTypeIsRefused) {
+    TiffBuilder file;
+    file.image().entryAt(kMake, 13, 2, 5000);
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location "
+                                    "5000.")));
+}
+
+TEST(UnreadableValue, UsesTheNamesOfItsOwnDirectory) {
+    TiffBuilder file;
+    file.image().sub(34853, file.child().shorts(0, {1}).entryAt(2, 5, 3, 9000));
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"GPSLatitude\" value from byte "
+                                    "location 9000.")));
+}
+
+struct GroupedThousands : std::numpunct<char> {
+    [[nodiscard]] char do_thousands_sep() const override { return '.'; }
+    [[nodiscard]] std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(UnreadableValue, IsToldWithoutDigitGroupingWhateverTheLocale) {
+    TiffBuilder file;
+    file.image().entryAt(65000, 3, 3, 123456789);
+    const std::locale before =
+        std::locale::global(std::locale(std::locale::classic(), new GroupedThousands));
+    const ModuleRun run(file.bytes());
+    std::locale::global(before);
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read value for TIFF tag #65000 from byte location "
+                                    "123456789.")));
+}
+
+zephra::Message refusedBlock(const std::string& size, const std::string& tag) {
+    return message("ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
+                   "Unable to allocate " + size + " to hold tag data for tag ID " + tag + "\n");
+}
+
+// The first two blocks of a call are the file name and the table of the directory.
+zephra::Settings refusingTheFirstValue() {
+    zephra::Settings settings = strictHost();
+    settings.failBlock = 3;
+    return settings;
+}
+
+TEST(RefusedBlock, CostsItsEntryAlone) {
+    TiffBuilder file;
+    file.image().shorts(kMake, {1, 2}).shorts(kModel, {3});
+    const ModuleRun run(file.bytes(), refusingTheFirstValue());
+    EXPECT_THAT(run.messages(), ElementsAre(refusedBlock("4", "271")));
+    EXPECT_FALSE(run.hasField({"Make"}));
+    EXPECT_EQ(run.number({"Model"}), 3);
+}
+
+TEST(RefusedBlock, OfNoBytesIsNoFailure) {
+    TiffBuilder file;
+    file.image().shorts(kMake, {}).shorts(kModel, {3});
+    const ModuleRun run(file.bytes(), refusingTheFirstValue());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_TRUE(run.hasField({"Make"}));
+    EXPECT_EQ(run.number({"Model"}), 3);
+}
+
+TEST(RefusedBlock, IsToldBeforeTheValueIsFoundUnreadable) {
+    zephra::Settings settings = strictHost();
+    settings.largestBlock = 1000;
+    TiffBuilder file;
+    file.image().entryAt(kMake, 4, 251, 5000).shorts(kModel, {3});
+    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(),
+                ElementsAre(refusedBlock("1004", "271")));
+}
+
+TEST(RefusedBlock, IsForPointerTagsToo) {
+    TiffBuilder file;
+    file.image().entryAt(34665, 4, 0x3FFFFFFF, 26).shorts(kModel, {3});
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(refusedBlock("4294967292", "34665")));
+}
+
+// Its size is not zero, although the block that is asked for is empty.
+TEST(RefusedBlock, OfAPointerTagIsToldByItsWholeSize) {
+    TiffBuilder file;
+    file.image().entryAt(34665, 4, 0x40000000, 26).shorts(kModel, {3});
+    EXPECT_THAT(ModuleRun(file.bytes(), refusingTheFirstValue()).messages(),
+                ElementsAre(refusedBlock("4294967296", "34665")));
+}
+
+struct HugeValue {
+    std::uint16_t type;
+    std::uint32_t count;
+    const char* bytes;
+};
+// All but the last ask the host for a few bytes, which it has.
+constexpr HugeValue kHugeValues[] = {
+    {3, 0x80000000, "4294967296"},  {4, 0x40000000, "4294967296"},  {4, 0x40000001, "4294967300"},
+    {5, 0x20000000, "4294967296"},  {8, 0x80000002, "4294967300"},  {9, 0xC0000001, "12884901892"},
+    {10, 0x20000001, "4294967304"}, {11, 0x40000001, "4294967300"}, {12, 0xE0000001, "30064771080"},
+    {13, 0x40000000, "4294967296"}, {12, 0xFFFFFFFF, "34359738360"}};
+
+TEST(HugeValue, IsRefusedWithItsWholeSizeWhateverTheHostGrants) {
+    for (const HugeValue& huge : kHugeValues) {
+        SCOPED_TRACE(huge.bytes);
+        TiffBuilder file;
+        file.image().entryAt(kMake, huge.type, huge.count, 8).shorts(kModel, {3});
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(), ElementsAre(refusedBlock(huge.bytes, "271")));
+        EXPECT_EQ(run.number({"Model"}), 3);
+        EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
+    }
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,252 @@
+// Tags that point to directories.
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "support/encodings.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::uint16_t kPointers[] = {330, 34665, 34853, 40965};
+
+class SubDirectories : public ::testing::TestWithParam<Encoding> {
+protected:
+    TiffBuilder file{GetParam().order, GetParam().flavour};
+};
+
+TEST_P(SubDirectories, NestUnderTheirPointers) {
+    file.image()
+        .sub(330, file.child().longs(271, {1, 2, 3}))
+        .sub(34665, file.child().shorts(37383, {5}))
+        .sub(34853, file.child().bytes(0, {2, 2, 0, 0}))
+        .sub(40965, file.child().longs(4097, {640}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.numbers({"SubIFDs", "Make"}), ElementsAre(1, 2, 3));
+    EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
+    EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 2, 0, 0));
+    EXPECT_EQ(run.number({"InteroperabilityIFD", "RelatedImageWidth"}), 640);
+}
+
+TEST_P(SubDirectories, LeaveTheRestOfTheirDirectoryReadable) {
+    file.image().sub(34665, file.child().shorts(37383, {5})).longs(271, {7, 8, 9});
+    file.addImage().shorts(271, {6});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
+    EXPECT_THAT(run.numbers({"Make"}), ElementsAre(7, 8, 9));
+    EXPECT_EQ(run.number({"Make"}, 1), 6);
+}
+
+TEST_P(SubDirectories, FollowNextPointersOnlyInGenericChains) {
+    TiffDirectory& generic = file.child().shorts(271, {1});
+    TiffDirectory& exif = file.child().shorts(37383, {5});
+    TiffDirectory& second = file.child().shorts(271, {2});
+    file.image().sub(330, generic).sub(34665, exif);
+    generic.next(file.positionOf(second));
+    exif.next(file.positionOf(second));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({"SubIFDs"}), ElementsAre(2, 1));
+    EXPECT_THAT(run.value({"SubIFDs"}).field(1, "Make").numbers(), ElementsAre(2));
+    EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEveryEncoding, SubDirectories, ::testing::ValuesIn(kEveryEncoding),
+                         encodingName);
+
+// One entry in a classic directory: 8 bytes of header and 18 of table lie before the child.
+constexpr std::uint32_t kFirstChild = 26;
+
+TEST(SubDirectory, HasAPointerOfAnyValidType) {
+    for (std::uint16_t type = 1; type <= 13; ++type) {
+        TiffBuilder file;
+        file.child().shorts(37383, {5});
+        file.image().entryAt(34665, type, 1, kFirstChild);
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(), IsEmpty()) << "type " << type;
+        EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
+    }
+}
+
+TEST(SubDirectory, HasAPointerOfTypeIfdForEveryKind) {
+    for (const std::uint16_t pointer : kPointers) {
+        TiffBuilder file;
+        file.child().shorts(1, {5});
+        file.image().entryAt(pointer, 13, 1, kFirstChild);
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(), IsEmpty()) << "tag " << pointer;
+    }
+}
+
+TEST(SubDirectory, IsReadOnceWhateverTheCountOfItsPointer) {
+    for (const std::uint32_t count : {0U, 2U, 1000U, 0x40000001U}) {
+        TiffBuilder file;
+        file.child().shorts(37383, {5});
+        file.image().entryAt(34665, 4, count, kFirstChild);
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(), IsEmpty()) << "count " << count;
+        EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
+        EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
+    }
+}
+
+// Two offsets are a list elsewhere in the file, and the list is taken for a directory.
+TEST(SubDirectory, OfTwoOffsetsBeginsAtTheirList) {
+    TiffBuilder file;
+    file.image().longs(330, {0x02BC0000, 34});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:zeroLengthIfdTable",
+                                    "The image file directory at byte position 26 has zero "
+                                    "entries and is being ignored.")));
+}
+
+TEST(SubDirectory, OfTwoOffsetsIsReadFromTheirListAsIfItWereADirectory) {
+    const Bytes listThatIsADirectory{1, 0, 0x0F, 1, 3, 0, 1, 0, 0, 0, 77, 0, 0, 0, 0, 0, 0, 0};
+    TiffBuilder file;
+    file.image().entryAt(330, 4, 2, kFirstChild);
+    const ModuleRun run(file.bytes() + listThatIsADirectory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"SubIFDs", "Make"}), 77);
+}
+
+// The offset of a published BigTIFF pointer is where entries of this layout have their value, so
+// the pointer leads to the header of the file, whose first bytes count more entries than there are.
+TEST(SubDirectory, OfAPublishedBigTiffPointerIsTheHeader) {
+    TiffBuilder file(Order::little, Flavour::big);
+    file.image().entry(34665, 4, 1, {52, 0, 0, 0}).shorts(271, {7});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badRawIfdRead",
+                                    "Could not read the Exif sub IFD table into memory, some of "
+                                    "the metadata in the image file may be corrupt.\n")));
+    EXPECT_EQ(run.number({"Make"}), 7);
+}
+
+TEST(SubDirectory, CountsItsPositionFromTheHeaderInsideAJpegFile) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().longs(271, {1, 2, 3}));
+    const ModuleRun run(jpegWithExif(file.bytes()));
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.numbers({"DigitalCamera", "Make"}), ElementsAre(1, 2, 3));
+}
+
+TEST(SubDirectory, CostsItsPointerAloneWhenItCannotBeRead) {
+    TiffBuilder file;
+    file.image().entryAt(34665, 4, 1, 5000).shorts(271, {7});
+    const MemoryFile memory(file.bytes());
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:numIfdEntriesReadError",
+                                    "Unable to read the number of entries in one of the image "
+                                    "file directories, the metadata in \"" +
+                                        memory.name() + "\" may be corrupt.")));
+    EXPECT_FALSE(run.hasField({"DigitalCamera"}));
+    EXPECT_EQ(run.number({"Make"}), 7);
+}
+
+TEST(SubDirectory, EndsTheWholeReadWhenItIsAnImageThatCannotBeRead) {
+    TiffBuilder file;
+    file.image().shorts(271, {7}).entryAt(330, 4, 1, 5000);
+    const MemoryFile memory(file.bytes());
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.warnings(), IsEmpty());
+    EXPECT_EQ(run.error(), message("ZEPHRA:veltrace:numIfdEntriesReadError",
+                                   "Unable to read the number of entries in one of the image file "
+                                   "directories, the metadata in \"" +
+                                       memory.name() + "\" may be corrupt."));
+}
+
+TEST(SubDirectory, WithoutAnyReadableEntryIsAnEmptyMatrix) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().entry(271, 0, 1, {}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                                    "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                                    "processed.\n")));
+    ASSERT_TRUE(run.value({"DigitalCamera"}));
+    EXPECT_EQ(run.value({"DigitalCamera"}).className(), "double");
+    EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(0, 0));
+}
+
+zephra::Message gpsNesting(const std::string& tag) {
+    return message("ZEPHRA:veltrace:TiffTag:illegallyNestedIfdWithinGpsIfd",
+                   "Tag id # " + tag +
+                       " is illegal within the GPS subIFD.  There may have been some loss of "
+                       "metadata.\n");
+}
+
+zephra::Message interoperabilityNesting(const std::string& tag) {
+    return message("ZEPHRA:veltrace:TiffTag:illegallyNestedIfdWithinIopIfd",
+                   "Tag id # " + tag +
+                       " is illegal within the Interoperability subIFD.  There may have been some "
+                       "loss of metadata.\n");
+}
+
+// A directory of one ordinary tag and all four pointers.
+TiffDirectory& withAllPointers(TiffBuilder& file) {
+    TiffDirectory& target = file.child().shorts(1, {4});
+    return file.child()
+        .sub(330, target)
+        .sub(34665, target)
+        .shorts(1, {3})
+        .sub(34853, target)
+        .sub(40965, target);
+}
+
+TEST(Nesting, IsForbiddenInsideGpsDirectories) {
+    TiffBuilder file;
+    file.image().sub(34853, withAllPointers(file));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), ElementsAre(gpsNesting("330"), gpsNesting("34665"),
+                                            gpsNesting("34853"), gpsNesting("40965")));
+    EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSLatitudeRef"));
+    EXPECT_EQ(run.number({"GPSInfo", "GPSLatitudeRef"}), 3);
+}
+
+TEST(Nesting, IsForbiddenInsideInteroperabilityDirectories) {
+    TiffBuilder file;
+    file.image().sub(40965, withAllPointers(file));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(interoperabilityNesting("330"), interoperabilityNesting("34665"),
+                            interoperabilityNesting("34853"), interoperabilityNesting("40965")));
+    EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}), ElementsAre("InteroperabilityIndex"));
+}
+
+TEST(Nesting, IsAllowedInsideExifAndGenericDirectories) {
+    for (const bool generic : {true, false}) {
+        TiffBuilder file;
+        file.image().sub(generic ? 330 : 34665, withAllPointers(file));
+        const ModuleRun run(file.bytes());
+        EXPECT_THAT(run.messages(), IsEmpty()) << "generic: " << generic;
+        const std::string_view field = generic ? "SubIFDs" : "DigitalCamera";
+        EXPECT_EQ(run.number({field, "SubIFDs", "UnknownTags", "Value"}), 4);
+        EXPECT_EQ(run.number({field, "DigitalCamera", "UnknownTags", "Value"}), 4);
+        EXPECT_EQ(run.number({field, "GPSInfo", "GPSLatitudeRef"}), 4);
+        EXPECT_EQ(run.number({field, "InteroperabilityIFD", "InteroperabilityIndex"}), 4);
+    }
+}
+
+TEST(Nesting, OfAGpsDirectoryThatHoldsNothingElseLeavesAnEmptyMatrix) {
+    TiffBuilder file;
+    file.image().sub(34853, file.child().sub(34665, file.child().shorts(37383, {5})));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), ElementsAre(gpsNesting("34665")));
+    EXPECT_EQ(run.value({"GPSInfo"}).className(), "double");
+    EXPECT_THAT(run.dimensions({"GPSInfo"}), ElementsAre(0, 0));
+}
+
+}  // namespace
+
+}  // namespace veltrace::test
