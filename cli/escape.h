@@ -1,0 +1,22 @@
+// Bytes from files, made safe to show.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace veltrace::cli {
+
+/// `bytes` as one line that a terminal takes as text: printable UTF-8 stays, a backslash is
+/// doubled, a newline, carriage return or tab becomes \n, \r or \t, and every byte of any other
+/// control character (C0, DEL, C1) or of invalid UTF-8 becomes \xHH.
+[[nodiscard]] std::string visible(std::string_view bytes);
+
+/// `bytes` as valid UTF-8: what is valid stays, every other byte becomes the character of its code
+/// (U+0080 to U+00FF).
+[[nodiscard]] std::string asUtf8(std::string_view bytes);
+
+/// The longest start of `bytes` that has at most `limit` bytes and cuts no UTF-8 character.
+[[nodiscard]] std::string_view firstBytes(std::string_view bytes, std::size_t limit);
+
+}  // namespace veltrace::cli

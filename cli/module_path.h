@@ -1,0 +1,12 @@
+// Where the command finds its module.
+#pragma once
+
+#include <filesystem>
+
+namespace veltrace::cli {
+
+/// `veltrace.so` in the directory of the running executable. Throws
+/// std::filesystem::filesystem_error when the system does not tell where that is.
+[[nodiscard]] std::filesystem::path defaultModulePath();
+
+}  // namespace veltrace::cli

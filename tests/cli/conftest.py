@@ -1,0 +1,32 @@
+"""Fixtures of the tests that run the command as a person does."""
+
+import os
+import subprocess
+
+import pytest
+
+VELTRACE = os.environ["VELTRACE"]
+
+
+@pytest.fixture
+def veltrace(tmp_path):
+    """Runs the command in an empty directory; gives its exit status and what it printed, as bytes."""
+
+    def run(*arguments, **settings):
+        settings = {"stdout": subprocess.PIPE, "cwd": tmp_path} | settings
+        return subprocess.run([VELTRACE, *arguments], stderr=subprocess.PIPE, timeout=60,
+                              check=False, **settings)
+
+    return run
+
+
+@pytest.fixture
+def write(tmp_path):
+    """Writes a file with this name, of any bytes, into the directory that the command runs in."""
+
+    def write_bytes(name, content):
+        with open(os.path.join(os.fsencode(tmp_path), os.fsencode(name)), "wb") as file:
+            file.write(content)
+        return name
+
+    return write_bytes

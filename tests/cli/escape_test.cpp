@@ -1,0 +1,70 @@
+#include "escape.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::string_literals;
+
+namespace veltrace::cli {
+namespace {
+
+TEST(Visible, KeepsPrintableTextOfAnyScript) {
+    EXPECT_EQ(visible("plain ~ text"), "plain ~ text");
+    EXPECT_EQ(visible("Stra\u00dfe \u65e5\u672c \U0001f5bc"),
+              "Stra\u00dfe \u65e5\u672c \U0001f5bc");
+    EXPECT_EQ(visible(""), "");
+}
+
+TEST(Visible, NamesTheCommonControlCharacters) {
+    EXPECT_EQ(visible("a\nb\rc\td"), R"(a\nb\rc\td)");
+}
+
+TEST(Visible, ShowsEveryOtherControlByteInHexadecimal) {
+    EXPECT_EQ(visible("\0\x01\x1b[2J\x1f\x7f"s), R"(\x00\x01\x1b[2J\x1f\x7f)");
+}
+
+TEST(Visible, ShowsC1ControlsOfValidUtf8ByteByByte) {
+    EXPECT_EQ(visible("\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0"), "\\xc2\\x80\\xc2\\x9b\\xc2\\x9f\u00a0");
+}
+
+TEST(Visible, DoublesTheBackslashSoThatEscapesCannotBeForged) {
+    EXPECT_EQ(visible(R"(C:\x1b)"), R"(C:\\x1b)");
+}
+
+TEST(Visible, ShowsBytesOfInvalidUtf8InHexadecimal) {
+    EXPECT_EQ(visible("\x9b\xff"), R"(\x9b\xff)");
+    EXPECT_EQ(visible("\xc3"), R"(\xc3)");                          // cut short
+    EXPECT_EQ(visible("\xe2\x82"), R"(\xe2\x82)");                  // cut short
+    EXPECT_EQ(visible("\xc0\xaf"), R"(\xc0\xaf)");                  // overlong '/'
+    EXPECT_EQ(visible("\xed\xa0\x80"), R"(\xed\xa0\x80)");          // a surrogate
+    EXPECT_EQ(visible("\xf4\x90\x80\x80"), R"(\xf4\x90\x80\x80)");  // above U+10FFFF
+    EXPECT_EQ(visible("\xc3z"), R"(\xc3z)");                        // the next character survives
+}
+
+TEST(AsUtf8, KeepsValidBytesControlCharactersIncluded) {
+    EXPECT_EQ(asUtf8("a\0\x1b\xc2\x85 \u00e9"s), "a\0\x1b\xc2\x85 \u00e9"s);
+}
+
+TEST(AsUtf8, TurnsEveryInvalidByteIntoTheCharacterOfItsCode) {
+    EXPECT_EQ(asUtf8("caf\xe9"), "caf\u00e9");
+    EXPECT_EQ(asUtf8("\x80\xbf\xc0\xff"), "\u0080\u00bf\u00c0\u00ff");
+    EXPECT_EQ(asUtf8("\xe9\u00e9"), "\u00e9\u00e9");
+}
+
+TEST(FirstBytes, KeepsWhatFits) {
+    EXPECT_EQ(firstBytes("abc", 3), "abc");
+    EXPECT_EQ(firstBytes("", 0), "");
+}
+
+TEST(FirstBytes, CutsBetweenCharacters) {
+    EXPECT_EQ(firstBytes("abcd", 3), "abc");
+    EXPECT_EQ(firstBytes("a\u00e9b", 2), "a");
+    EXPECT_EQ(firstBytes("a\u00e9b", 3), "a\u00e9");
+    EXPECT_EQ(firstBytes("\U0001f5bc", 3), "");
+}
+
+TEST(FirstBytes, TakesInvalidBytesOneByOne) {
+    EXPECT_EQ(firstBytes("\xff\xff\xff", 2), "\xff\xff");
+}
+
+}  // namespace
+}  // namespace veltrace::cli

@@ -1,0 +1,146 @@
+"""Exit statuses, messages and delivery of the output."""
+
+import os
+import re
+import subprocess
+
+import pytest
+from conftest import VELTRACE
+from tiff_bytes import MAKE, broken, image
+
+NOT_A_TIFF = b"just some text"
+
+
+def test_reading_every_file_succeeds_silently(veltrace, write):
+    run = veltrace(write("a.tif", image()), write("b.tif", image()))
+    assert run.returncode == 0
+    assert run.stderr == b""
+
+
+def test_warnings_go_to_standard_error_and_do_not_fail_the_run(veltrace, write):
+    run = veltrace(write("a.tif", image(broken(MAKE))))
+    assert run.returncode == 0
+    assert run.stderr == (
+        b"veltrace: a.tif: warning: Tag ID 271 with datatype format value 99 is invalid.  "
+        b"Only values 0-13 are allowed. [ZEPHRA:veltrace:badTagFormat]\n")
+    assert b"Width" in run.stdout
+
+
+def test_a_file_that_fails_costs_the_status_and_no_other_file(veltrace, write):
+    run = veltrace(write("a.tif", image()), write("no.txt", NOT_A_TIFF), "gone.tif",
+                   write("b.tif", image()))
+    assert run.returncode == 1
+    assert run.stderr == (
+        b"veltrace: no.txt: error: File format not recognized "
+        b"[ZEPHRA:veltrace:unhandledFileFormat]\n"
+        b'veltrace: gone.tif: error: Could not open file "gone.tif". '
+        b"[ZEPHRA:veltrace:badFilename]\n")
+    assert re.findall(rb"^\S.*", run.stdout, re.MULTILINE) == [b"a.tif", b"b.tif"]
+
+
+@pytest.mark.parametrize("arguments", [[], ["--json"], ["--no-such-option", "a.tif"], ["--module"]])
+def test_wrong_usage_prints_nothing_but_a_message(veltrace, arguments):
+    run = veltrace(*arguments)
+    assert run.returncode == 2
+    assert run.stdout == b""
+    assert run.stderr.startswith(b"veltrace: ")
+
+
+@pytest.mark.parametrize("module", ["missing.so", "text.so", "."])
+def test_a_module_that_cannot_be_loaded_is_wrong_usage(veltrace, write, module):
+    write("text.so", b"not a library")
+    run = veltrace("--module", module, write("a.tif", image()))
+    assert run.returncode == 2
+    assert run.stdout == b""
+    assert re.fullmatch(rb"veltrace: .*\n", run.stderr)
+    assert module.encode() in run.stderr
+
+
+def test_another_module_is_loaded_from_its_path(veltrace, write):
+    module = os.path.join(os.path.dirname(VELTRACE), "veltrace.so")
+    run = veltrace("--module", module, write("a.tif", image()))
+    assert (run.returncode, run.stderr) == (0, b"")
+
+
+def test_the_module_is_found_next_to_the_command_whatever_name_it_is_called_by(
+        veltrace, write, tmp_path):
+    os.symlink(VELTRACE, tmp_path / "elsewhere")
+    name = write("a.tif", image())
+    run = subprocess.run(["./elsewhere", name], cwd=tmp_path, capture_output=True, check=False)
+    assert run.returncode == 0
+    assert run.stdout == veltrace(name).stdout
+
+
+def test_help_describes_the_options(veltrace):
+    run = veltrace("--help")
+    assert (run.returncode, run.stderr) == (0, b"")
+    assert b"Usage: veltrace [OPTIONS] FILE..." in run.stdout
+    for option in (b"--json", b"--module", b"--version"):
+        assert option in run.stdout
+
+
+def test_version_is_the_version_of_the_project(veltrace):
+    run = veltrace("--version")
+    assert (run.returncode, run.stderr) == (0, b"")
+    assert run.stdout == f"veltrace {os.environ['VELTRACE_VERSION']}\n".encode()
+
+
+@pytest.mark.parametrize("arguments", [["a.tif"], ["--json", "a.tif"], ["--help"], ["--version"]])
+def test_a_full_disk_is_reported(veltrace, write, arguments):
+    write("a.tif", image())
+    with open("/dev/full", "wb") as full:
+        run = veltrace(*arguments, stdout=full)
+    assert run.returncode == 3
+    assert run.stderr == b"veltrace: cannot write the output: No space left on device\n"
+
+
+def test_output_larger_than_any_buffer_is_reported_too(veltrace, write):
+    write("a.tif", image(texts=[(MAKE, b"x" * 1_000_000)]))
+    with open("/dev/full", "wb") as full:
+        run = veltrace("--json", "a.tif", stdout=full)
+    assert run.returncode == 3
+    assert run.stderr == b"veltrace: cannot write the output: No space left on device\n"
+
+
+def test_a_closed_pipe_is_reported(veltrace, write):
+    reading, writing = os.pipe()
+    os.close(reading)
+    try:
+        run = veltrace(write("a.tif", image()), stdout=writing)
+    finally:
+        os.close(writing)
+    assert run.returncode == 3
+    assert run.stderr == b"veltrace: cannot write the output: Broken pipe\n"
+
+
+def test_a_closed_output_is_reported(write, tmp_path):
+    name = write("a.tif", image())
+    run = subprocess.run(["sh", "-c", '"$0" "$1" >&-', VELTRACE, name], cwd=tmp_path,
+                         stderr=subprocess.PIPE, check=False)
+    assert run.returncode == 3
+    assert run.stderr == b"veltrace: cannot write the output: Bad file descriptor\n"
+
+
+def test_output_that_cannot_be_written_ends_the_run(veltrace, write):
+    write("a.tif", image())
+    with open("/dev/full", "wb") as full:
+        run = veltrace("a.tif", "gone.tif", stdout=full)
+    assert run.returncode == 3
+    assert b"gone.tif" not in run.stderr
+
+
+@pytest.mark.parametrize("arguments", [[], ["--json"]])
+def test_a_file_is_delivered_before_the_next_one_is_read(write, tmp_path, arguments):
+    write("a.tif", image())
+    os.mkfifo(tmp_path / "never")
+    with subprocess.Popen([VELTRACE, *arguments, "a.tif", "never"], cwd=tmp_path,
+                          stdout=subprocess.PIPE) as run:
+        try:
+            seen = b""
+            while b"Thresholding" not in seen:
+                piece = os.read(run.stdout.fileno(), 65536)
+                assert piece
+                seen += piece
+            assert run.poll() is None
+        finally:
+            run.kill()
