@@ -1,0 +1,19 @@
+# What CI runs, as tests of the `ci` preset; each one is a whole check or another preset's workflow.
+enable_testing()
+
+# All take turns: every one of them uses the whole machine.
+function(add_check name)
+  add_test(NAME ${name} COMMAND ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  set_tests_properties(${name} PROPERTIES RUN_SERIAL ON TIMEOUT 3600)
+endfunction()
+
+add_check(format scripts/check-format)
+add_check(scripts shellcheck .ci/run scripts/check-format scripts/check-tidy
+  scripts/install-packages scripts/run scripts/test)
+foreach(preset IN ITEMS release dev asan)
+  add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
+endforeach()
+
+# The lint reads the compile commands and generated headers of the dev tree.
+add_check(tidy scripts/check-tidy)
+set_tests_properties(tidy PROPERTIES DEPENDS dev)
