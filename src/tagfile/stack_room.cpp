@@ -9,7 +9,7 @@ namespace veltrace {
 namespace {
 
 constexpr std::size_t kMostKeptBack = std::size_t{256} * 1024;
-// Assumed below the caller when the system does not tell the limits.
+// Assumed below the first caller when the system does not tell the limits.
 constexpr std::size_t kRoomWhenUnknown = std::size_t{128} * 1024;
 
 std::uintptr_t currentAddress() {
@@ -36,7 +36,11 @@ void StackRoom::measure() {
     void* begin = nullptr;
     std::size_t size = 0;
     if (pthread_attr_getstack(&attributes, &begin, &size) == 0) {
-        lowest_ = reinterpret_cast<std::uintptr_t>(begin) + std::min(size / 4, kMostKeptBack);
+        const auto lowestByte = reinterpret_cast<std::uintptr_t>(begin);
+        // A host may run on a stack of its own making, of which the system knows nothing.
+        if (currentAddress() >= lowestByte && currentAddress() - lowestByte < size) {
+            lowest_ = lowestByte + std::min(size / 4, kMostKeptBack);
+        }
     }
     pthread_attr_destroy(&attributes);
 }

@@ -45,6 +45,25 @@ TEST(Nesting, TwoThousandLevelsFitTheUsualStack) {
     });
 }
 
+// AddressSanitizer follows threads, not stacks that a program switches for itself.
+#ifndef VELTRACE_TEST_ADDRESS_SANITIZER
+TEST(Nesting, IsReadOnAStackThatTheSystemDoesNotKnow) {
+    runOnForeignStack(1024 * kKilobyte, [] {
+        const ModuleRun run(nestedExif(20));
+        EXPECT_THAT(run.messages(), IsEmpty());
+        EXPECT_EQ(depthOf(run), 20U);
+    });
+}
+
+TEST(Nesting, WithoutEndIsAnUnknownExceptionOnAStackThatTheSystemDoesNotKnow) {
+    runOnForeignStack(1024 * kKilobyte, [] {
+        const LeakTolerance tolerance;
+        const ModuleRun run(endlessExif());
+        EXPECT_THAT(run.messages(), testing::ElementsAre(kUnknownException));
+    });
+}
+#endif
+
 class NestingOnStack : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(NestingOnStack, WithoutEndIsAnUnknownException) {

@@ -3,11 +3,11 @@
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-#define VELTRACE_TEST_LEAK_SANITIZER 1
+#define VELTRACE_TEST_ADDRESS_SANITIZER 1
 #endif
 #endif
 
-#ifdef VELTRACE_TEST_LEAK_SANITIZER
+#ifdef VELTRACE_TEST_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -18,14 +18,14 @@ namespace veltrace::test {
 class LeakTolerance {
 public:
     LeakTolerance() {
-#ifdef VELTRACE_TEST_LEAK_SANITIZER
+#ifdef VELTRACE_TEST_ADDRESS_SANITIZER
         __lsan_disable();
 #endif
     }
     LeakTolerance(const LeakTolerance&) = delete;
     LeakTolerance& operator=(const LeakTolerance&) = delete;
     ~LeakTolerance() {
-#ifdef VELTRACE_TEST_LEAK_SANITIZER
+#ifdef VELTRACE_TEST_ADDRESS_SANITIZER
         __lsan_enable();
 #endif
     }

@@ -1,7 +1,11 @@
 #include "support/nested_file.h"
 
+#include <cerrno>
+#include <cstddef>
+#include <memory>
 #include <pthread.h>
 #include <system_error>
+#include <ucontext.h>
 
 #include "support/tiff_builder.h"
 
@@ -47,6 +51,25 @@ Bytes endlessExif() {
     Bytes file = header();
     appendPointer(file, kHeaderBytes);
     return file;
+}
+
+void runOnForeignStack(std::size_t stackBytes, const std::function<void()>& body) {
+    const auto stack = std::make_unique<std::byte[]>(stackBytes);
+    static thread_local const std::function<void()>* current = nullptr;
+    current = &body;
+    ucontext_t outside{};
+    ucontext_t inside{};
+    if (getcontext(&inside) != 0) {
+        throw std::system_error(errno, std::generic_category(), "getcontext");
+    }
+    inside.uc_stack.ss_sp = stack.get();
+    inside.uc_stack.ss_size = stackBytes;
+    inside.uc_link = &outside;
+    makecontext(
+        &inside, [] { (*current)(); }, 0);
+    if (swapcontext(&outside, &inside) != 0) {
+        throw std::system_error(errno, std::generic_category(), "swapcontext");
+    }
 }
 
 void runOnStack(std::size_t stackBytes, const std::function<void()>& body) {

@@ -15,6 +15,9 @@ namespace veltrace::test {
 /// A file whose one directory is its own Exif directory: it nests without end.
 [[nodiscard]] Bytes endlessExif();
 
+/// Runs `body` on a stack in the heap, as fibers do, of which the system knows nothing.
+void runOnForeignStack(std::size_t stackBytes, const std::function<void()>& body);
+
 /// Runs `body` on a thread with a stack of this size and waits for it.
 void runOnStack(std::size_t stackBytes, const std::function<void()>& body);
 
