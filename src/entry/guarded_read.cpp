@@ -1,5 +1,7 @@
 #include "entry/guarded_read.h"
 
+#include <cxxabi.h>
+
 #include "zephra/qv.h"
 
 #include "entry/errors.h"
@@ -30,11 +32,14 @@ void readAllGuarded(TagFile* reader, char* fileName) {
         }
         release(reader, fileName);
         raiseHostError(error.identifier.c_str(), error.message);
+    } catch (abi::__forced_unwind&) {
+        throw;  // the thread is being ended; to swallow this would end the process
     } catch (...) {
         // Kept: the reader stays as it is. Whatever broke the read (memory, stack) could break its
-        // destruction as well, and the host reclaims the name.
-        raiseHostError("ZEPHRA:veltrace:unknownException",
-                       "Caught an unknown exception in veltrace.");
+        // destruction as well, and the host reclaims the name. The texts are literals: there may
+        // be no memory to compose one.
+        raiseFormattedHostError("ZEPHRA:veltrace:unknownException",
+                                "Caught an unknown exception in veltrace.");
     }
 }
 

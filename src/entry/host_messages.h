@@ -12,7 +12,8 @@ namespace veltrace {
 /// be noexcept. The text itself is the format, so a host may read a '%' in it.
 [[noreturn]] void raiseHostError(const char* identifier, const std::string& text);
 
-/// Raises a host error whose format is a literal with arguments for the host to fill in.
+/// Raises a host error whose format is a literal, with the arguments that it names. Needs no memory
+/// of the module.
 template <class... Arguments>
 [[noreturn]] void raiseFormattedHostError(const char* identifier, const char* format,
                                           Arguments... arguments) {
