@@ -6,7 +6,7 @@
 namespace veltrace::cli {
 
 /// `veltrace.so` in the directory of the running executable. Throws
-/// std::filesystem::filesystem_error when the system does not tell where that is.
+/// `zephra::LoadError` when the system does not tell where that is.
 [[nodiscard]] std::filesystem::path defaultModulePath();
 
 }  // namespace veltrace::cli
