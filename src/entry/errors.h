@@ -5,8 +5,9 @@
 
 namespace veltrace {
 
-/// Ends the whole read: headers, byte order, opening and closing the file, the JPEG container.
-/// The entry point turns it into a host error.
+/// Ends the whole read: headers, byte order, opening and closing the file, the JPEG container, the
+/// entry count of an image directory, an impossible IFD ID. Thrown while reading, it becomes a host
+/// error; thrown by a reader's constructor or destructor, it reaches the host as it is.
 struct VeltraceFatalError {
     std::string identifier;  ///< colon-separated, begins with "ZEPHRA:veltrace:"
     std::string message;

@@ -1,6 +1,5 @@
 #include "entry/format_sniffers.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>

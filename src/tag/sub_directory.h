@@ -1,7 +1,6 @@
 // The chain of directories that a pointer tag owns.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "ifd/ifd_id.h"

@@ -6,13 +6,14 @@
 namespace veltrace {
 
 /// Finds the first APP1 segment of a JPEG file and reads the first directory of the TIFF block in
-/// it (Exif 2.3, section 4.5). Uses the classic layout.
+/// it (Exif 2.2, section 4.5). Uses the classic layout.
 class JpegTagFile : public TagFile {
 public:
     explicit JpegTagFile(const char* fileName);
 
-    /// Walks the marker segments. Every failure is a `VeltraceFatalError`; reaching SOS or DQT
-    /// before an APP1 segment ends the walk without a directory and without a message.
+    /// Walks the marker segments, then reads the directory and lets through what that throws. Every
+    /// failure of the walk is a `VeltraceFatalError`; reaching SOS or DQT before an APP1 segment
+    /// ends it without a directory and without a message.
     void readAll() override;
     std::size_t readNumEntries(std::uint64_t* count) override;
     std::size_t readOffset(std::uint64_t* offset) override;

@@ -106,7 +106,7 @@ public:
 
     /// The absolute position of the stream.
     [[nodiscard]] std::int64_t position() const;
-    /// Moves to an absolute position; false when the host refuses.
+    /// Moves to an absolute position; false when the system refuses.
     [[nodiscard]] bool seek(std::int64_t position);
     /// Reads one item of the size of `Number` and brings it into this computer's byte order. False,
     /// with `number` unspecified, when the item is not there in full.
@@ -131,7 +131,7 @@ protected:
     void beginHeader();
     void readVersion(const char* identifier);
     /// Moves to the first directory at `offset` from the header, or throws `VeltraceFatalError`:
-    /// `offsetIdentifier` past the end of the file, `seekIdentifier` when the host refuses.
+    /// `offsetIdentifier` past the end of the file, `seekIdentifier` when the system refuses.
     void seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
                         const char* seekIdentifier);
 
@@ -145,7 +145,7 @@ private:
     void determineComputerByteOrder();
     void readByteOrder();
     void openStream(const char* failureIdentifier);
-    /// False when the host could not close the stream properly. It is gone either way.
+    /// False when the system could not close the stream properly. It is gone either way.
     bool closeStream();
     void copyDescription(const TagFile& other);
 

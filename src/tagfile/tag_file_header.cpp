@@ -63,7 +63,8 @@ void TagFile::seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
             message("The indicated starting byte of the first image file directory (", target,
                     ") exceeds the image file size (", fileSize(), "), the image may be corrupt.")};
     }
-    // Kept: a position goes through 32 bits here, so from 2 GiB up the seek fails.
+    // Kept: a position goes through 32 bits here, so from 2 GiB up the seek fails, or goes where
+    // the low 32 bits lead.
     if (!seek(static_cast<std::int32_t>(target))) {
         throw VeltraceFatalError{seekIdentifier,
                                  "Could not seek to position specified by TIFF header offset "

@@ -23,7 +23,8 @@ struct Message {
 struct Leftovers {
     std::size_t blocks = 0;      ///< blocks from qvMalloc and qvArrayToString
     std::size_t blockBytes = 0;  ///< their sizes as requested, added up
-    std::size_t arrays = 0;      ///< arrays outside the output
+    std::size_t arrays =
+        0;  ///< arrays outside the output, without those that another value replaced
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
 };
 
