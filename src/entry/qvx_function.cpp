@@ -1,14 +1,10 @@
-// The entry point: checks the argument, chooses the reader, hands its output to the host.
-#include <cstdio>
-
+// The entry point: checks the argument, has the file read, hands the output to the host.
 #include "zephra/qvx.h"
 
-#include "entry/format_sniffers.h"
+#include "entry/create_reader.h"
 #include "entry/guarded_read.h"
 #include "entry/host_messages.h"
-#include "tagfile/big_tiff_tag_file.h"
-#include "tagfile/classic_tiff_tag_file.h"
-#include "tagfile/jpeg_tag_file.h"
+#include "tagfile/tag_file.h"
 
 namespace veltrace {
 
@@ -27,29 +23,6 @@ void requireOneCharArgument(int inputCount, const qvArray* inputs[]) {
     }
 }
 
-void requireOpenable(const char* fileName) {
-    std::FILE* file = fopen64(fileName, "r");
-    if (file == nullptr) {
-        raiseFormattedHostError("ZEPHRA:veltrace:badFilename", "Could not open file \"%s\".",
-                                fileName);
-    }
-    static_cast<void>(std::fclose(file));
-}
-
-/// The caller owns the reader.
-TagFile* createReader(const char* fileName) {
-    if (isJpegFile(fileName)) {
-        return new JpegTagFile(fileName);
-    }
-    if (isClassicTiffFile(fileName)) {
-        return new ClassicTiffTagFile(fileName);
-    }
-    if (isBigTiffFile(fileName)) {
-        return new BigTiffTagFile(fileName);
-    }
-    raiseHostError("ZEPHRA:veltrace:unhandledFileFormat", "File format not recognized");
-}
-
 }  // namespace
 
 }  // namespace veltrace
@@ -62,7 +35,6 @@ __attribute__((visibility("default"))) void qvxFunction(int /*outputCount*/, qvA
     using namespace veltrace;
     requireOneCharArgument(inputCount, inputs);
     char* fileName = qvArrayToString(inputs[0]);
-    requireOpenable(fileName);
     TagFile* reader = createReader(fileName);
     readAllGuarded(reader, fileName);
     outputs[0] = reader->outputValue();
