@@ -1,0 +1,97 @@
+// The command `veltrace-dump`: shows what the reader of one file holds after reading it.
+#include <CLI/CLI.hpp>
+#include <array>
+#include <iostream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <utility>
+
+#include "zephra/host/host.h"
+
+#include "diag/dump.h"
+#include "entry/create_reader.h"
+#include "entry/errors.h"
+#include "entry/host_messages.h"
+#include "escape.h"
+#include "exit_status.h"
+#include "messages.h"
+#include "tagfile/tag_file.h"
+
+namespace {
+
+using veltrace::TagFile;
+
+/// What ended the read, if one of the module's own errors did.
+std::optional<zephra::Message> readAll(TagFile& reader) {
+    try {
+        reader.readAll();
+        return std::nullopt;
+    } catch (const veltrace::VeltraceFatalError& error) {
+        return zephra::Message{error.identifier, error.message};
+    } catch (const veltrace::VeltraceRecoverableError& error) {
+        return zephra::Message{error.identifier, error.message};
+    }
+}
+
+/// An entry point in the place of `qvxFunction`: the same read, shown instead of converted. What a
+/// failed read left in the reader is shown as well.
+void dumpFile(std::ostream& stream, const qvArray* name) {
+    char* const fileName = qvArrayToString(name);
+    TagFile* const reader = veltrace::createReader(fileName);
+    const auto error = readAll(*reader);
+    stream << *reader;
+    delete reader;  // may throw, which no smart pointer survives
+    qvFree(fileName);
+    if (error) {
+        veltrace::raiseHostError(error->identifier.c_str(), error->text);
+    }
+}
+
+/// The lines of the dump, without the control characters that a file's texts hold.
+std::string visibleLines(std::istream& dump) {
+    std::string lines;
+    for (std::string line; std::getline(dump, line);) {
+        const bool isIndented = line.starts_with('\t');
+        lines += isIndented ? "\t" : "";
+        lines += veltrace::cli::visible(line.substr(isIndented ? 1 : 0)) + '\n';
+    }
+    return lines;
+}
+
+veltrace::cli::ExitStatus run(const std::string& file) {
+    std::stringstream dump;
+    const std::array<zephra::Argument, 1> arguments{file};
+    const auto dumpInto = [&dump](int, qvArray*[], int, const qvArray* inputs[]) {
+        dumpFile(dump, inputs[0]);
+    };
+    const zephra::CallResult result = zephra::Host().call(dumpInto, arguments);
+    const bool isWhole = dump.good();
+
+    std::cout << (isatty(STDOUT_FILENO) != 0 ? visibleLines(dump) : std::move(dump).str());
+    veltrace::cli::writeMessages(std::cerr, file, result);
+    if (!std::cout.flush() || !isWhole) {
+        veltrace::cli::writeMessage(std::cerr, "cannot write the output");
+        return veltrace::cli::kOutputFailed;
+    }
+    return result.error() ? veltrace::cli::kSomeFailed : veltrace::cli::kAllRead;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app(
+        "Prints what the reader of an image file holds after reading it: file, directories "
+        "and tags.\nControl characters of the file are shown as \\xHH on a terminal and go "
+        "out as they are elsewhere.",
+        "veltrace-dump");
+    std::string file;
+    app.add_option("FILE", file, "File to read")->required()->option_text(" ");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? veltrace::cli::kAllRead : veltrace::cli::kWrongUsage;
+    }
+    return run(file);
+}
