@@ -35,6 +35,27 @@ TEST_P(EntryErrors, CostTheirEntryAlone) {
     EXPECT_EQ(run.number({"Software"}), 3);
 }
 
+TEST_P(EntryErrors, AreNoTypeForCodeZeroBadFormatFor14And16AndUnrecognizedIfdFor13) {
+    file.image()
+        .entry(kMake, 0, 1, {})
+        .entry(kMake, 14, 1, {})
+        .entry(kMake, 16, 1, {})
+        .entry(kMake, 13, 1, {});
+    EXPECT_THAT(
+        ModuleRun(file.bytes()).messages(),
+        ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                            "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                            "processed.\n"),
+                    message("ZEPHRA:veltrace:badTagFormat",
+                            "Tag ID 271 with datatype format value 14 is invalid.  Only values "
+                            "0-13 are allowed.\n"),
+                    message("ZEPHRA:veltrace:badTagFormat",
+                            "Tag ID 271 with datatype format value 16 is invalid.  Only values "
+                            "0-13 are allowed.\n"),
+                    message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
+                            "Tag 271 has an unrecognized TIFF_IFD data format.\n")));
+}
+
 TEST_P(EntryErrors, NameTheInvalidType) {
     for (const int type : {14, 15, 16, 17, 18, 255, 256, 32768, 65535}) {
         TiffBuilder one(GetParam().order, GetParam().flavour);

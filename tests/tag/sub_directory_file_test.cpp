@@ -77,7 +77,7 @@ TEST(SubDirectory, HasAPointerOfAnyValidType) {
     }
 }
 
-TEST(SubDirectory, HasAPointerOfTypeIfdForEveryKind) {
+TEST(SubDirectory, OfEveryKindMayHaveAPointerOfTypeIfd) {
     for (const std::uint16_t pointer : kPointers) {
         TiffBuilder file;
         file.child().shorts(1, {5});
@@ -204,7 +204,7 @@ TiffDirectory& withAllPointers(TiffBuilder& file) {
         .sub(40965, target);
 }
 
-TEST(Nesting, IsForbiddenInsideGpsDirectories) {
+TEST(Nesting, OfAnExifOrAnyOtherPointerIsForbiddenInsideGpsDirectories) {
     TiffBuilder file;
     file.image().sub(34853, withAllPointers(file));
     const ModuleRun run(file.bytes());
@@ -214,7 +214,7 @@ TEST(Nesting, IsForbiddenInsideGpsDirectories) {
     EXPECT_EQ(run.number({"GPSInfo", "GPSLatitudeRef"}), 3);
 }
 
-TEST(Nesting, IsForbiddenInsideInteroperabilityDirectories) {
+TEST(Nesting, OfAnyPointerIsForbiddenInsideInteroperabilityDirectories) {
     TiffBuilder file;
     file.image().sub(40965, withAllPointers(file));
     const ModuleRun run(file.bytes());
@@ -224,7 +224,7 @@ TEST(Nesting, IsForbiddenInsideInteroperabilityDirectories) {
     EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}), ElementsAre("InteroperabilityIndex"));
 }
 
-TEST(Nesting, IsAllowedInsideExifAndGenericDirectories) {
+TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectories) {
     for (const bool generic : {true, false}) {
         TiffBuilder file;
         file.image().sub(generic ? 330 : 34665, withAllPointers(file));

@@ -92,7 +92,7 @@ TEST(TiffTag, KeepsTheFieldsOfItsEntry) {
     });
 }
 
-TEST(TiffTag, KeepsAsciiAsTextAlone) {
+TEST(TiffTag, KeepsThreeAsciiBytesAsATextOfThreeCharactersNulIncluded) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().ascii(271, "AB");
@@ -101,6 +101,39 @@ TEST(TiffTag, KeepsAsciiAsTextAlone) {
         EXPECT_THAT(one.tag().rawValues(), IsEmpty());
         EXPECT_THAT(one.tag().outputValues(), IsEmpty());
         EXPECT_EQ(one.tag().firstValue(), std::nullopt);
+    });
+}
+
+TEST(TiffTag, OfNoElementsKeepsNothingWhateverItsType) {
+    inQuietCall([] {
+        for (std::uint16_t type = 1; type <= 12; ++type) {
+            TiffBuilder file;
+            file.image().entryAt(271, type, 0, 26);
+            const OneTag one(file.bytes());
+            const TiffTag& tag = one.tag();
+            EXPECT_EQ(tag.dataType(), type);
+            EXPECT_EQ(tag.count(), 0U);
+            EXPECT_EQ(tag.byteSize(), 0U);
+            EXPECT_EQ(tag.valueOffset(), 0U);
+            EXPECT_THAT(tag.rawValues(), IsEmpty());
+            EXPECT_THAT(tag.outputValues(), IsEmpty());
+            EXPECT_THAT(tag.rawText(), IsEmpty());
+            EXPECT_THAT(tag.outputText(), IsEmpty());
+        }
+    });
+}
+
+TEST(TiffTag, CountsTheBytesOfItsValueIn32Bits) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().rationals(271, {{1, 2}, {3, 4}, {5, 6}});
+        EXPECT_EQ(OneTag(file.bytes()).tag().byteSize(), 24U);
+        TiffBuilder pointer;
+        pointer.child().shorts(37383, {5});
+        pointer.image().entryAt(34665, 4, 0x40000001, 26);
+        const OneTag one(pointer.bytes());
+        EXPECT_EQ(one.tag().count(), 0x40000001U);
+        EXPECT_EQ(one.tag().byteSize(), 4U);
     });
 }
 
@@ -133,6 +166,20 @@ TEST(TiffTag, CopiesItsValuesAndTexts) {
         EXPECT_THAT(copy.outputValues(), ElementsAre(0.5));
         EXPECT_THAT(copy.outputText(), IsEmpty());
         EXPECT_EQ(copy.subDirectory(), nullptr);
+    });
+}
+
+TEST(TiffTag, CopiesRawTextAndOutputText) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().ascii(271, "AB");
+        const OneTag one(file.bytes());
+        TiffTag copy(259, IfdId::image);
+        EXPECT_EQ(TiffTag(copy).outputText(), "Uncompressed");
+        copy = one.tag();
+        EXPECT_EQ(copy.rawText(), "AB\0"sv);
+        EXPECT_THAT(copy.outputText(), IsEmpty());
+        EXPECT_THAT(copy.outputValues(), IsEmpty());
     });
 }
 

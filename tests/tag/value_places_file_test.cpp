@@ -118,6 +118,19 @@ TEST(ValuePlace, CountsFromTheHeaderInsideAJpegFileAndIsReportedSo) {
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 26);
 }
 
+// The offset is unsigned, and the file has a hole up to the value.
+TEST(ValuePlace, BeyondTwoGigabytesIsReadAndReportedAsItIs) {
+    constexpr std::uint32_t kFarAway = 3'000'000'000;
+    TiffBuilder file;
+    file.image().entryAt(kUnknown, 3, 3, kFarAway);
+    const MemoryFile memory(file.bytes());
+    memory.put(kFarAway, {7, 0, 8, 0, 9, 0});
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 3'000'000'000.0);
+    EXPECT_THAT(run.numbers({"UnknownTags", "Value"}), ElementsAre(7, 8, 9));
+}
+
 TEST(ByteOrder, SwapsEachHalfOfARationalAlone) {
     const Bytes twoFifths{0, 0, 0, 2, 0, 0, 0, 5};
     for (const Flavour flavour : {Flavour::classic, Flavour::big}) {
