@@ -120,7 +120,7 @@ TEST(TagNames, LeaveTagZeroUnknownOutsideGpsDirectories) {
     EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 3, 0, 0));
 }
 
-TEST(TagNames, EndAtThirtyInGpsDirectories) {
+TEST(TagNames, EndAtThirtySoThatTag31IsUnknownInGpsDirectories) {
     TiffBuilder file;
     file.image().sub(34853, file.child().shorts(30, {1}).shorts(31, {2}));
     const ModuleRun run(file.bytes());
@@ -138,7 +138,7 @@ TEST(TagNames, TellOneIdApartInGpsAndInteroperabilityDirectories) {
 }
 
 // The width of a directory is not a field of its own there, so a failing entry has to tell.
-TEST(TagNames, CallTheWidthWidthInAnExifDirectoryToo) {
+TEST(TagNames, CallTag256WidthInAnExifDirectoryToo) {
     TiffBuilder file;
     file.image().sub(34665, file.child().shorts(37383, {5}).entryAt(256, 4, 2, 4096));
     const ModuleRun run(file.bytes());

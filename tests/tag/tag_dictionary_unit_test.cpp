@@ -55,19 +55,19 @@ TEST(TagDictionary, EndsEveryNameWithANul) {
     }
 }
 
-TEST(TagDictionary, GivesOneIdADifferentMeaningInEachKindOfDirectory) {
+TEST(TagDictionary, CallsTagOneInteroperabilityIndexOrGpsLatitudeRefByItsDirectory) {
     EXPECT_EQ(tagNameFor(IfdId::image, 1), "");
     EXPECT_EQ(tagNameFor(IfdId::gps, 1), "GPSLatitudeRef");
     EXPECT_EQ(tagNameFor(IfdId::interoperability, 1), "InteroperabilityIndex");
 }
 
-TEST(TagDictionary, KnowsGpsTagZero) {
+TEST(TagDictionary, CallsTagZeroGpsVersionIdInGpsDirectoriesAndNothingElsewhere) {
     EXPECT_EQ(tagNameFor(IfdId::gps, 0), "GPSVersionID");
     EXPECT_EQ(tagNameFor(IfdId::image, 0), "");
     EXPECT_EQ(tagNameFor(IfdId::exif, 0), "");
 }
 
-TEST(TagDictionary, NamesTheExifPointerOnlyWhereItMayOccur) {
+TEST(TagDictionary, CallsTheExifPointerDigitalCameraInImagesAndNothingInGpsDirectories) {
     EXPECT_EQ(tagNameFor(IfdId::image, 34665), "DigitalCamera");
     EXPECT_EQ(tagNameFor(IfdId::exif, 34665), "DigitalCamera");
     EXPECT_EQ(tagNameFor(IfdId::gps, 34665), "");
