@@ -96,6 +96,38 @@ TEST(Fallback, GivesWayToTheTagOfTheFile) {
     EXPECT_EQ(run.number({"TileByteCounts"}), 400);
 }
 
+// Each of these files has the other baseline tags that are reported as words or multipliers.
+
+TEST(Fallback, OfCompressionIsUncompressed) {
+    TiffBuilder file;
+    file.image().shorts(296, {2}).shorts(284, {2});
+    EXPECT_EQ(ModuleRun(file.bytes()).text({"Compression"}), "Uncompressed");
+}
+
+TEST(Fallback, OfResolutionUnitIsNone) {
+    TiffBuilder file;
+    file.image().shorts(259, {5}).shorts(284, {2});
+    EXPECT_EQ(ModuleRun(file.bytes()).text({"ResolutionUnit"}), "None");
+}
+
+TEST(Fallback, OfPlanarConfigurationIsChunky) {
+    TiffBuilder file;
+    file.image().shorts(259, {5}).shorts(296, {2});
+    EXPECT_EQ(ModuleRun(file.bytes()).text({"PlanarConfiguration"}), "Chunky");
+}
+
+TEST(Fallback, OfRowsPerStripIsTheLargest32BitNumber) {
+    TiffBuilder file;
+    file.image().shorts(259, {5}).shorts(290, {4});
+    EXPECT_EQ(ModuleRun(file.bytes()).number({"RowsPerStrip"}), 4294967295);
+}
+
+TEST(Fallback, OfGrayResponseUnitIsOneHundredth) {
+    TiffBuilder file;
+    file.image().shorts(259, {5}).shorts(278, {4});
+    EXPECT_EQ(ModuleRun(file.bytes()).number({"GrayResponseUnit"}), 0.01);
+}
+
 TEST(Fallback, OfTheBitDepthCountsTheValuesOfSamplesPerPixelWhateverTheyAre) {
     TiffBuilder file;
     file.image().shorts(277, {9, 9, 9});

@@ -110,7 +110,7 @@ TEST(FallbackTag, IsNamedAndTreatedByTheKindOfItsDirectory) {
     EXPECT_THAT(gps.outputValues(), ElementsAre(1));
 }
 
-TEST(FallbackBitDepth, IsOneForEachSample) {
+TEST(FallbackBitDepth, IsOneForEachSampleSoThreeOnesForThree) {
     const TiffTag tag(258, IfdId::image, std::uint32_t{3});
     EXPECT_EQ(tag.tagId(), 258);
     EXPECT_EQ(tag.name(), "BitsPerSample");
@@ -137,7 +137,7 @@ TEST(FallbackBitDepth, DoesNotExistForAnyOtherId) {
     }
 }
 
-TEST(FallbackLargestValue, FollowsFromEachBitDepth) {
+TEST(FallbackLargestValue, FollowsFromEachBitDepthSo255For8And1For1) {
     const TiffTag tag(281, IfdId::image, std::vector<double>{8, 8, 8});
     EXPECT_EQ(tag.tagId(), 281);
     EXPECT_EQ(tag.name(), "MaxSampleValue");
