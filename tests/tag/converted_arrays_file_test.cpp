@@ -14,8 +14,12 @@ namespace veltrace::test {
 
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Ge;
 using ::testing::IsEmpty;
+using ::testing::Le;
 
 std::vector<std::uint16_t> ramp(std::size_t size) {
     std::vector<std::uint16_t> values(size);
@@ -42,7 +46,7 @@ TEST_P(Colormaps, HaveAColumnForEachColourBetweenZeroAndOne) {
 INSTANTIATE_TEST_SUITE_P(InEveryEncoding, Colormaps, ::testing::ValuesIn(kEveryEncoding),
                          encodingName);
 
-TEST(Colormap, DropsWhatIsLeftBehindThreeEqualColumns) {
+TEST(Colormap, Of768ValuesIs256By3BetweenZeroAndOneAndDropsFurtherOnes) {
     for (const std::size_t size : {768U, 769U, 770U}) {
         TiffBuilder file;
         file.image().shorts(320, ramp(size));
@@ -53,6 +57,7 @@ TEST(Colormap, DropsWhatIsLeftBehindThreeEqualColumns) {
         EXPECT_EQ(numbers.front(), 0);
         EXPECT_EQ(numbers.at(256), 256 * 85 / 65535.0);
         EXPECT_EQ(numbers.back(), 767 * 85 / 65535.0);
+        EXPECT_THAT(numbers, Each(AllOf(Ge(0), Le(1)))) << size;
     }
 }
 
@@ -110,22 +115,29 @@ TEST(SampleFormat, OfOneValueIsItsWord) {
     }
 }
 
-TEST(SampleFormat, OfSeveralValuesIsAColumnOfWords) {
+TEST(SampleFormat, OfThreeOnesIsAColumnOfThreeWords) {
     TiffBuilder file;
     file.image().shorts(339, {1, 1, 1});
-    file.addImage().shorts(339, {1, 2, 3, 4, 5, 6});
     const ModuleRun run(file.bytes());
     EXPECT_THAT(run.messages(), IsEmpty());
     EXPECT_THAT(run.dimensions({"SampleFormat"}), ElementsAre(3, 1));
     EXPECT_THAT(cells(run.value({"SampleFormat"})),
                 ElementsAre("Unsigned integer", "Unsigned integer", "Unsigned integer"));
+}
+
+TEST(SampleFormat, OfSeveralValuesHasTheWordOfEach) {
+    TiffBuilder file;
+    file.image().shorts(339, {1, 2, 3, 4, 5, 6});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({"SampleFormat"}), ElementsAre(6, 1));
     EXPECT_THAT(
-        cells(run.value({"SampleFormat"}, 1)),
+        cells(run.value({"SampleFormat"})),
         ElementsAre("Unsigned integer", "Two's complement signed integer", "IEEE floating point",
                     "Undefined", "Complex integer", "Complex IEEE floating point"));
 }
 
-TEST(SampleFormat, IsOneUnknownWhereAnyValueIsOutOfRange) {
+TEST(SampleFormat, IsOneUnknownWhereAnyValueIsOutOfRangeAsInOneAndSeven) {
     const std::vector<std::vector<double>> formats{{0},     {7},     {1, 7},  {7, 1},    {1, 1, 0},
                                                    {0.999}, {6.001}, {-1, 2}, {6, 1e300}};
     for (const auto& format : formats) {

@@ -84,7 +84,7 @@ TEST(Rational, ReadsBothWordsUnsigned) {
                 ElementsAre(4294967295, 1.0 / 4294967295.0, 1));
 }
 
-TEST(SignedRational, KeepsItsSign) {
+TEST(SignedRational, KeepsItsSignSoMinusOneOverTwoIsMinusOneHalf) {
     TiffBuilder file;
     file.image().signedRationals(kMake, {{-1, 2}, {1, -2}, {-1, -2}});
     const ModuleRun run(file.bytes());
@@ -99,7 +99,7 @@ TEST(SignedRational, DividesTheLowestNumberByMinusOne) {
                 ElementsAre(2147483648, -2147483648.0, -0x1p-31));
 }
 
-TEST(SignedRational, IsNaNWithItsOwnWarningWhereTheDenominatorIsZero) {
+TEST(SignedRational, IsNaNWithItsOwnWarningWhereTheDenominatorIsZeroAsInZeroOverZero) {
     TiffBuilder file;
     file.image().signedRationals(kMake, {{0, 0}, {-1, 0}, {1, 4}});
     const ModuleRun run(file.bytes());

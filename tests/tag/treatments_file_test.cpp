@@ -54,6 +54,16 @@ TEST(ImageDescription, OfNumbersKeepsThemAll) {
     EXPECT_THAT(ModuleRun(file.bytes()).numbers({"ImageDescription"}), ElementsAre(65, 66, 0));
 }
 
+TEST(GrayResponseUnit, Of3IsOneThousandthAndOf0IsTheTextUnknown) {
+    TiffBuilder file;
+    file.image().shorts(290, {3});
+    file.addImage().shorts(290, {0});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"GrayResponseUnit"}, 0), 0.001);
+    EXPECT_EQ(run.text({"GrayResponseUnit"}, 1), "Unknown");
+}
+
 TEST(GrayResponseUnit, BecomesItsMultiplier) {
     const double multipliers[] = {0.1, 0.01, 0.001, 0.0001, 0.00001};
     TiffBuilder file;
@@ -170,6 +180,17 @@ TEST(IccProfile, HasOffsetZeroInsideItsEntry) {
     EXPECT_EQ(run.number({"ICCProfileOffset"}, 1), 0);
 }
 
+TEST(IccProfile, HasAPositiveOffsetBeyondTwoGigabytes) {
+    constexpr std::uint32_t kFarAway = 4'000'000'000;
+    TiffBuilder file;
+    file.image().entryAt(34675, 7, 6, kFarAway);
+    const MemoryFile memory(file.bytes());
+    memory.put(kFarAway, {1, 2, 3, 4, 5, 6});
+    const ModuleRun run(memory);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"ICCProfileOffset"}), 4'000'000'000.0);
+}
+
 TEST(IccProfile, OfTypeAsciiShowsItsText) {
     TiffBuilder file;
     file.image().rawAscii(34675, "profile");
@@ -217,7 +238,7 @@ TEST(Treatments, ApplyInExifDirectories) {
 
 class UntreatedDirectories : public ::testing::TestWithParam<std::uint16_t> {};
 
-TEST_P(UntreatedDirectories, ReportTheSameTagsAsTheyAre) {
+TEST_P(UntreatedDirectories, OfGpsAndInteroperabilityReportTheSameTagsAsTheyAre) {
     TiffBuilder file;
     file.image().sub(GetParam(), withEveryTreatedTag(file.child()));
     const ModuleRun run(file.bytes());

@@ -171,10 +171,38 @@ TEST(Words, AreTakenFromQuotients) {
     EXPECT_EQ(run.text({"PlanarConfiguration"}), "Chunky");
 }
 
-TEST(Words, AreTakenFromFloats) {
+TEST(Words, ForResolutionUnits2And2Point9AreInch) {
     TiffBuilder file;
-    file.image().floats(296, {2.9F});
-    EXPECT_EQ(ModuleRun(file.bytes()).text({"ResolutionUnit"}), "Inch");
+    file.image().shorts(296, {2});
+    file.addImage().floats(296, {2.9F});
+    const ModuleRun run(file.bytes());
+    EXPECT_EQ(run.text({"ResolutionUnit"}, 0), "Inch");
+    EXPECT_EQ(run.text({"ResolutionUnit"}, 1), "Inch");
+}
+
+TEST(Words, ForPredictor3IsLowerCaseUnknownAndForPlanarConfiguration3UpperCase) {
+    TiffBuilder file;
+    file.image().shorts(317, {3}).shorts(284, {3});
+    const ModuleRun run(file.bytes());
+    EXPECT_EQ(run.text({"Predictor"}), "unknown");
+    EXPECT_EQ(run.text({"PlanarConfiguration"}), "Unknown");
+}
+
+TEST(Words, ForCompressions8And32946AreDeflateAndFor0Unknown) {
+    TiffBuilder file;
+    for (const std::uint16_t code : {std::uint16_t{8}, std::uint16_t{32946}, std::uint16_t{0}}) {
+        file.addImage().shorts(259, {code});
+    }
+    const ModuleRun run(file.bytes());
+    EXPECT_EQ(run.text({"Compression"}, 0), "Deflate");
+    EXPECT_EQ(run.text({"Compression"}, 1), "Deflate");
+    EXPECT_EQ(run.text({"Compression"}, 2), "unknown");
+}
+
+TEST(Words, ForPhotometricInterpretation7IsUnknown) {
+    TiffBuilder file;
+    file.image().shorts(262, {7});
+    EXPECT_EQ(ModuleRun(file.bytes()).text({"PhotometricInterpretation"}), "unknown");
 }
 
 TEST(Words, TruncateNegativeFractionsToZero) {
