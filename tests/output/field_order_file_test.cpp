@@ -97,6 +97,18 @@ TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
                     {kGeneralNames, kBaselineNames, {"Software", "MeteringMode", "UnknownTags"}})));
 }
 
+// The check for default names looks at the format of the file, not at the kind of directory.
+TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
+    file.image().sub(34665,
+                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
+    EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
+    // Both values are made and offered all the same, and have no place.
+    EXPECT_EQ(run.leftovers().arrays, 2U);
+}
+
 INSTANTIATE_TEST_SUITE_P(InEveryEncoding, FieldOrder, ::testing::ValuesIn(kEveryEncoding),
                          encodingName);
 
@@ -118,7 +130,7 @@ TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
                 ElementsAreArray(joined({kGeneralNames, {"Compression", "Orientation"}})));
 }
 
-TEST(Fields, BelongToTheWholeChain) {
+TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
     TiffBuilder file;
     file.image().shorts(271, {1});
     file.addImage().ascii(305, "kiln").shorts(271, {2});
@@ -139,7 +151,7 @@ TEST(Fields, BelongToTheWholeChain) {
     EXPECT_EQ(run.number({"Model"}, 2), 3);
 }
 
-TEST(Fields, OfExifDirectoriesAreTheirTagsAlone) {
+TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
     TiffBuilder file;
     file.image().sub(34665, file.child().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2}));
     for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
@@ -151,16 +163,12 @@ TEST(Fields, OfExifDirectoriesAreTheirTagsAlone) {
     }
 }
 
-// The check for default names looks at the format of the file, not at the kind of directory.
-TEST(Fields, OfExifDirectoriesInTiffFilesLackTheDefaultNames) {
+TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
     TiffBuilder file;
     file.image().sub(34665,
                      file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun tiff(file.bytes());
-    EXPECT_THAT(tiff.messages(), IsEmpty());
-    EXPECT_THAT(tiff.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
-    EXPECT_EQ(tiff.number({"DigitalCamera", "MeteringMode"}), 5);
     const ModuleRun jpeg(jpegWithExif(file.bytes()));
+    EXPECT_EQ(jpeg.leftovers().arrays, 0U);
     EXPECT_THAT(jpeg.fieldNames({"DigitalCamera"}),
                 ElementsAre("Orientation", "XResolution", "MeteringMode"));
     EXPECT_EQ(jpeg.number({"DigitalCamera", "Orientation"}), 6);
@@ -185,7 +193,7 @@ TEST(Fields, HoldTheLastOfSeveralTagsOfOneName) {
     EXPECT_EQ(run.number({"Model"}), 3);
 }
 
-TEST(Fields, HoldNumbersInAColumnExceptForTwoTags) {
+TEST(Fields, HoldBitsPerSampleAndMaxSampleValueInARowAndOtherNumbersInAColumn) {
     TiffBuilder file;
     file.image()
         .shorts(258, {8, 8, 8})

@@ -88,7 +88,7 @@ TEST(ColorType, IsTheNumberOfEveryOtherCode) {
     }
 }
 
-TEST(ColorType, IsMinusOneWithoutAPhotometricCode) {
+TEST(ColorType, IsMinusOneWithoutPhotometricCodeAndColormap) {
     TiffBuilder file;
     file.image().shorts(271, {1});
     file.addImage().shorts(262, {});
@@ -149,7 +149,7 @@ TEST(ColorType, IsTakenFromJpegFilesInTheSameWay) {
     EXPECT_EQ(ModuleRun(jpegWithExif(file.bytes())).text({"ColorType"}), "YCbCr");
 }
 
-TEST(BitDepth, IsTheSumOfTheBitsOfAllSamples) {
+TEST(BitDepth, IsTheSumOfTheBitsOfAllSamplesSo24ForThreeOfEight) {
     TiffBuilder file;
     file.image().shorts(258, {8, 8, 8});
     file.addImage().shorts(258, {16});

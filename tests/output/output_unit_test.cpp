@@ -48,6 +48,21 @@ TEST(FormatType, MustBeOneThatHasAName) {
     }
 }
 
+// The date is made first, so its failure is the one that is told.
+TEST(FormatType, IsLookedAtAfterTheDate) {
+    TiffBuilder file;
+    file.image().shorts(271, {1});
+    const MemoryFile memory(file.bytes());
+    memory.setModificationTime(100'000'000'000'000'000);
+    const zephra::CallResult result = inCall([&] {
+        FormatTagFile reader(memory, 3);
+        reader.readAll();
+        (void)reader.outputValue();
+    });
+    EXPECT_EQ(result.error(), message("ZEPHRA:veltrace:IFDSet:strftimeFailure",
+                                      "Failed to create file modification time string."));
+}
+
 TEST(IfdSet, WithoutDirectoriesIsAnEmptyMatrixEvenForAMainChain) {
     inQuietCall([] {
         IFDSet chain;

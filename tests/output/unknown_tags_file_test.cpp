@@ -1,6 +1,7 @@
 // Tags that the dictionary does not know.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
 
 #include "support/encodings.h"
 #include "support/module_run.h"
@@ -84,6 +85,29 @@ TEST(UnknownTag, WithoutAValueIsListedWithAWarning) {
         EXPECT_TRUE(run.hasField({"UnknownTags", "Value"}));
         EXPECT_FALSE(run.value({"UnknownTags", "Value"}));
     }
+}
+
+zephra::Message unrecognizedState(const char* tag) {
+    return message(
+        "ZEPHRA:veltrace:unknownTagPayloadState",
+        std::string("Tag data for unknown tag ID ") + tag + "is in an unrecognized state.\n");
+}
+
+// Known tags are reported before unknown ones, and a sub-directory is the value of a known tag.
+TEST(UnknownTag, WithoutAValueIsToldAfterTheReadAndAfterSubDirectories) {
+    TiffBuilder file;
+    file.image()
+        .entryAt(65000, 3, 0, 0)
+        .entryAt(65001, 3, 0, 0)
+        .sub(34665, file.child().entryAt(65002, 3, 0, 0))
+        .entry(271, 0, 1, {});
+    file.addImage().entryAt(65003, 3, 0, 0);
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                                    "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                                    "processed.\n"),
+                            unrecognizedState("65002"), unrecognizedState("65000"),
+                            unrecognizedState("65001"), unrecognizedState("65003")));
 }
 
 TEST(UnknownTag, OfTheIdOfWidthOrHeightIsNotListed) {
