@@ -1,5 +1,6 @@
 // What the module says to a call that it cannot even begin.
 #include "support/module_run.h"
+#include "support/unopenable_file.h"
 
 namespace veltrace::test {
 
@@ -55,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(EveryOtherClass, ArgumentClass,
 
 class UnopenableName : public testing::TestWithParam<const char*> {};
 
-TEST_P(UnopenableName, StandsInTheMessageAsItIs) {
+TEST_P(UnopenableName, StandsInTheQuotesOfTheMessageAsItIs) {
     const ModuleRun run(Arguments{GetParam()});
     EXPECT_THAT(run.messages(), ElementsAre(badFilename(GetParam())));
     EXPECT_FALSE(run.output());
@@ -64,6 +65,13 @@ TEST_P(UnopenableName, StandsInTheMessageAsItIs) {
 INSTANTIATE_TEST_SUITE_P(Names, UnopenableName,
                          testing::Values("", "/nonexistent/kiln.tif",
                                          "/nonexistent/100%d %s %% \"kiln\".tif"));
+
+TEST(Arguments, FileThatExistsAndCannotBeOpenedIsRefusedBeforeItsReaderIsMade) {
+    const UnopenableFile file;
+    const ModuleRun run(Arguments{file.name()});
+    EXPECT_THAT(run.messages(), ElementsAre(badFilename(file.name())));
+    EXPECT_FALSE(run.output());
+}
 
 TEST(Arguments, EmptyCharArrayIsAnEmptyName) {
     const ModuleRun run(Arguments{zephra::EmptyArgument{qvClassChar}});

@@ -21,8 +21,8 @@ public:
     UnseekableFile(const UnseekableFile&) = delete;
     UnseekableFile& operator=(const UnseekableFile&) = delete;
     ~UnseekableFile() {
-        close(ends_[0]);
-        close(ends_[1]);
+        closeReadEnd();
+        closeWriteEnd();
     }
 
     /// Makes these bytes the next to be read. A read beyond them waits without end.
@@ -35,7 +35,20 @@ public:
 
     [[nodiscard]] std::string name() const { return "/proc/self/fd/" + std::to_string(ends_[0]); }
 
+protected:
+    [[nodiscard]] int readEnd() const { return ends_[0]; }
+    [[nodiscard]] int writeEnd() const { return ends_[1]; }
+    void closeReadEnd() { closeOnce(ends_[0]); }
+    void closeWriteEnd() { closeOnce(ends_[1]); }
+
 private:
+    static void closeOnce(int& descriptor) {
+        if (descriptor != -1) {
+            close(descriptor);
+            descriptor = -1;
+        }
+    }
+
     int ends_[2]{};
 };
 

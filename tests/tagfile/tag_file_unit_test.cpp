@@ -2,11 +2,11 @@
 #include <bit>
 #include <gmock/gmock.h>
 #include <memory>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include "support/memory_file.h"
 #include "support/thrown.h"
+#include "support/unopenable_file.h"
 #include "tagfile/big_tiff_tag_file.h"
 #include "tagfile/classic_tiff_tag_file.h"
 #include "tagfile/jpeg_tag_file.h"
@@ -90,24 +90,8 @@ TEST_P(EveryReader, CannotBeMadeForAMissingFile) {
                       "The image file \"/nonexistent/kiln.tif\" may not exist.\n"));
 }
 
-/// A name that has a file status and cannot be opened.
-class SocketFile {
-public:
-    SocketFile() : descriptor_(socket(AF_UNIX, SOCK_STREAM, 0)) {}
-    SocketFile(const SocketFile&) = delete;
-    SocketFile& operator=(const SocketFile&) = delete;
-    ~SocketFile() { close(descriptor_); }
-
-    [[nodiscard]] std::string name() const {
-        return "/proc/self/fd/" + std::to_string(descriptor_);
-    }
-
-private:
-    int descriptor_;
-};
-
 TEST_P(EveryReader, CannotBeMadeForAFileThatDoesNotOpen) {
-    const SocketFile file;
+    const UnopenableFile file;
     EXPECT_EQ(fatalErrorOf([&] { GetParam().make(file.name().c_str()); }),
               message("ZEPHRA:veltrace:TagFile:fileOpenFailure",
                       "Could not open \"" + file.name() + "\"\n"));
