@@ -99,6 +99,30 @@ TEST(GuardedRead, RecoverableErrorAfterADirectoryIsAWarning) {
     EXPECT_EQ(outcome.blocksLeft, 1U);
 }
 
+TEST(GuardedRead, RecoverableErrorAfterADirectoryLeavesThatDirectoryToTheOutput) {
+    TiffBuilder file;
+    file.image().shorts(274, {6});
+    const MemoryFile memory(file.bytes());
+    bool destroyed = false;
+    ScriptedReader reader(
+        memory,
+        [](ScriptedReader& self) {
+            self.readChain();
+            throw VeltraceRecoverableError{"ZEPHRA:veltrace:kiln", "The rest is ash.\n"};
+        },
+        &destroyed);
+    const auto call = [&reader](int, qvArray* outputs[], int, const qvArray*[]) {
+        readAllGuarded(&reader, nullptr);
+        outputs[0] = reader.outputValue();
+    };
+    const auto result = zephra::Host(strictHost()).call(call, {});
+    EXPECT_THAT(result.warnings(),
+                ElementsAre(message("ZEPHRA:veltrace:kiln", "The rest is ash.\n")));
+    EXPECT_FALSE(result.error());
+    ASSERT_EQ(result.output().size(), 1U);
+    EXPECT_EQ(result.output().field(0, "Orientation").numbers().front(), 6);
+}
+
 struct FailureCase {
     const char* name;
     ScriptedReader::Script script;
