@@ -1,5 +1,8 @@
 // What a call gives back and what it leaves behind.
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sys/stat.h>
 
 #include "support/leak_tolerance.h"
 #include "support/module_run.h"
@@ -96,6 +99,18 @@ TEST(Call, UnknownExceptionLeavesTheReaderAndTheNameBehind) {
     EXPECT_FALSE(run.output());
     EXPECT_GE(run.leftovers().blocks, 1U);
     EXPECT_EQ(openDescriptors(), descriptors + 1);
+}
+
+TEST(Call, LeavesTheFileAsItWas) {
+    const Bytes bytes = rotatedImage();
+    const MemoryFile file(bytes);
+    file.setModificationTime(1'000'000'000);
+    EXPECT_THAT(ModuleRun(file).messages(), IsEmpty());
+    std::ifstream stream(file.name(), std::ios::binary);
+    EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(stream), {}), bytes);
+    struct stat status {};
+    ASSERT_EQ(stat(file.name().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mtime, 1'000'000'000);
 }
 
 TEST(Call, KnowsNothingOfTheCallBefore) {

@@ -7,6 +7,7 @@ namespace veltrace::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 const zephra::Message kUnhandled =
     message("ZEPHRA:veltrace:unhandledFileFormat", "File format not recognized");
@@ -70,6 +71,17 @@ INSTANTIATE_TEST_SUITE_P(
         UnhandledCase{"OtherHalfOfAJpegSignature", {0x00, 0xD8, 0xFF, 0xDB}},
         UnhandledCase{"Text", bytesOf("kiln log\n")}),
     [](const auto& test) { return test.param.name; });
+
+// Version 2B 00, one directory at 16 with one entry: Orientation (0112), SHORT, 6 inside the entry.
+TEST(Detection, FileThatBegins4D4D2B00IsReadAsBigEndianBigTiff) {
+    const ModuleRun run(Bytes{'M', 'M', 0x2B, 0x00, 0, 8, 0, 0,    0, 0, 0, 0, 0, 0, 0, 16, 0, 0,
+                              0,   0,   0,    0,    0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 0,  0, 0,
+                              0,   6,   0,    0,    0, 0, 0, 0,    0, 0, 0, 0, 0, 0, 0, 0});
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.text({"Format"}), "tif");
+    EXPECT_EQ(run.text({"ByteOrder"}), "big-endian");
+    EXPECT_EQ(run.number({"Orientation"}), 6);
+}
 
 TEST(Detection, DirectoryOpensButHasNoBytes) {
     const ModuleRun run(std::vector<zephra::Argument>{"/"});

@@ -56,9 +56,19 @@ INSTANTIATE_TEST_SUITE_P(
                     SignatureCase{"BigEndianBigTiff", isBigTiffFile, {'M', 'M', 0x2B, 0}}),
     [](const auto& test) { return test.param.name; });
 
+constexpr Sniffer kEverySniffer[] = {isJpegFile, isClassicTiffFile, isBigTiffFile};
+
 TEST(Sniffers, RefuseAFileThatCannotBeOpened) {
-    for (const Sniffer sniffer : {isJpegFile, isClassicTiffFile, isBigTiffFile}) {
+    for (const Sniffer sniffer : kEverySniffer) {
         EXPECT_FALSE(sniffer("/nonexistent/kiln.tif"));
+    }
+}
+
+TEST(Sniffers, AllRefuseAFileOfFewerThanTwoBytes) {
+    for (const Sniffer sniffer : kEverySniffer) {
+        for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{'M'}, Bytes{'I'}}) {
+            EXPECT_FALSE(accepts(sniffer, file));
+        }
     }
 }
 
