@@ -7,12 +7,14 @@
 #include "support/quiet_call.h"
 #include "support/thrown.h"
 #include "support/tiff_builder.h"
+#include "tagfile/big_tiff_tag_file.h"
 #include "tagfile/classic_tiff_tag_file.h"
 
 namespace veltrace::test {
 
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -81,6 +83,21 @@ TEST_F(CopiedReader, HasNoDirectories) {
     });
 }
 
+TEST_F(CopiedReader, HasTheDefaultsOfANewReaderInAllElse) {
+    const MemoryFile big(Bytes{'M', 'M', 0x2B, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 16});
+    BigTiffTagFile read(big.name().c_str());
+    read.readHeader();
+    ASSERT_TRUE(read.swapFlag());
+    const BigTiffTagFile copy(read);
+    EXPECT_FALSE(copy.swapFlag());
+    EXPECT_EQ(copy.formatType(), FormatType::jpeg);
+    EXPECT_EQ(copy.entrySize(), 12);
+    EXPECT_EQ(copy.countSize(), 2);
+    EXPECT_EQ(copy.offsetSize(), 4);
+    EXPECT_THAT(copy.byteOrderMark(), ElementsAre(0, 0));
+    EXPECT_EQ(copy.version(), 0);
+}
+
 TEST(ReaderCopy, FailsWhenTheFileIsGone) {
     std::optional<MemoryFile> file(std::in_place, bytesOf("kiln"));
     const std::string name = file->name();
@@ -104,6 +121,23 @@ protected:
 TEST_F(AssignedReader, DescribesTheOtherFile) {
     EXPECT_EQ(&(*assigned_ = *original_), assigned_.get());
     expectDescriptionOf(file_, *assigned_);
+}
+
+TEST_F(AssignedReader, KeepsAllElseOfItsOwn) {
+    TiffBuilder file;
+    file.image().shorts(274, {6});
+    const MemoryFile memory(file.bytes());
+    inQuietCall([&] {
+        ClassicTiffTagFile assigned(memory.name().c_str());
+        assigned.readAll();
+        assigned = *original_;
+        EXPECT_EQ(assigned.formatType(), FormatType::classicTiff);
+        EXPECT_FALSE(assigned.swapFlag());
+        EXPECT_THAT(assigned.byteOrderMark(), ElementsAre('I', 'I'));
+        EXPECT_EQ(assigned.version(), 42);
+        EXPECT_EQ(assigned.getNumIfds(), 1U);
+        EXPECT_THAT(assigned.defaultFieldNames(), SizeIs(34));
+    });
 }
 
 TEST_F(AssignedReader, ReadsTheOtherFileThroughAStreamOfItsOwn) {
