@@ -63,7 +63,7 @@ TEST_P(Header, FirstOffsetEqualToTheFileSizePassesAndTheCountFails) {
                                         run.fileName() + "\" may be corrupt.")));
 }
 
-TEST_P(Header, FirstOffsetOnePastTheFileSizeFails) {
+TEST_P(Header, FirstOffsetOnePastTheFileSizeFailsWithPositionAndSizeInTheMessage) {
     const ModuleRun run(headerAlone(GetParam(), size() + 1));
     EXPECT_THAT(
         run.messages(),
@@ -129,7 +129,7 @@ class BigHeaderWords : public testing::TestWithParam<Encoding> {};
 INSTANTIATE_TEST_SUITE_P(Orders, BigHeaderWords,
                          testing::Values(kEveryEncoding[2], kEveryEncoding[3]), encodingName);
 
-TEST_P(BigHeaderWords, OffsetSizeAndPaddingAreNotLookedAt) {
+TEST_P(BigHeaderWords, OffsetSizeAndPaddingAreNotLookedAtAndEntriesKeepTheirLayout) {
     Bytes file = headerAlone(GetParam(), 16) + rotatedDirectory(GetParam(), 6);
     for (const Bytes& words :
          {Bytes{4, 0, 0, 0}, Bytes{8, 0, 1, 0}, Bytes{0xFF, 0xFF, 0xFF, 0xFF}}) {
@@ -164,17 +164,27 @@ struct Truncation {
     zephra::Message message;
 };
 
-class TruncatedHeader : public testing::TestWithParam<Truncation> {};
+class TruncatedHeaderField : public testing::TestWithParam<Truncation> {};
 
 INSTANTIATE_TEST_SUITE_P(
-    Fields, TruncatedHeader,
+    Fields, TruncatedHeaderField,
     testing::Values(Truncation{"ClassicFirstOffset", Flavour::classic, 4, 7, kBadOffsetRead},
                     Truncation{"BigOffsetSize", Flavour::big, 4, 5, kBadOffsetSizeRead},
                     Truncation{"BigPadding", Flavour::big, 6, 7, kBadPaddingRead},
                     Truncation{"BigFirstOffset", Flavour::big, 8, 15, kBadBigOffsetRead}),
     [](const auto& test) { return test.param.name; });
 
-TEST_P(TruncatedHeader, EndsTheReadWithTheMessageOfItsField) {
+TEST(TruncatedHeader, ClassicFileOfSixBytesFailsInItsFirstOffset) {
+    const ModuleRun run(Bytes{'I', 'I', 42, 0, 8, 0});
+    EXPECT_THAT(run.messages(), ElementsAre(kBadOffsetRead));
+}
+
+TEST(TruncatedHeader, BigTiffFileOfSevenBytesFailsInItsPaddingUnderTheNameOfTheOffsetSize) {
+    const ModuleRun run(Bytes{'I', 'I', 43, 0, 8, 0, 0});
+    EXPECT_THAT(run.messages(), ElementsAre(kBadPaddingRead));
+}
+
+TEST_P(TruncatedHeaderField, EndsTheReadWithTheMessageOfItsField) {
     for (const Order order : {Order::little, Order::big}) {
         const Bytes whole = headerAlone({order, GetParam().flavour}, 0);
         for (std::size_t size = GetParam().shortest; size <= GetParam().longest; ++size) {

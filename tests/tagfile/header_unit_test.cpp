@@ -57,7 +57,7 @@ const ReaderCase kReaders[] = {
 INSTANTIATE_TEST_SUITE_P(Readers, HeaderOf, testing::ValuesIn(kReaders),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(HeaderOf, LittleEndianFileNeedsNoSwap) {
+TEST_P(HeaderOf, IIFileHasSwapFlagFalseOnALittleEndianComputer) {
     const MemoryFile file(header(Order::little));
     const auto reader = GetParam().make(file.name().c_str());
     reader->readHeader();
@@ -66,7 +66,7 @@ TEST_P(HeaderOf, LittleEndianFileNeedsNoSwap) {
     EXPECT_FALSE(reader->swapFlag());
 }
 
-TEST_P(HeaderOf, BigEndianFileIsSwapped) {
+TEST_P(HeaderOf, MMFileHasSwapFlagTrueOnALittleEndianComputer) {
     const MemoryFile file(header(Order::big));
     const auto reader = GetParam().make(file.name().c_str());
     reader->readHeader();
@@ -75,7 +75,7 @@ TEST_P(HeaderOf, BigEndianFileIsSwapped) {
     EXPECT_TRUE(reader->swapFlag());
 }
 
-TEST_P(HeaderOf, AnyVersionIsKeptAndNotCompared) {
+TEST_P(HeaderOf, Version43OrAnyOtherIsKeptAndNotCompared) {
     for (const Order order : {Order::little, Order::big}) {
         for (const std::uint16_t version : std::vector<std::uint16_t>{0, 42, 43, 0x2B00, 0xFFFE}) {
             const MemoryFile file(header(order, version));
@@ -113,6 +113,16 @@ TEST_P(HeaderOf, WithoutAWholeVersionIsFatal) {
     expectFatal({'M', 'M', 0}, GetParam().versionReadIdentifier, text);
 }
 
+TEST_P(HeaderOf, LettersIAndMAreBadEndiannessWith73And77InBrackets) {
+    const MemoryFile file(bytesOf("IM") + Bytes(16, 0));
+    const auto reader = GetParam().make(file.name().c_str());
+    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
+              message("ZEPHRA:veltrace:badEndianness",
+                      "The endian signature [73 77] of \"" + file.name() +
+                          "\"  is neither [77 77] (big-endian) nor [73 73] (little-endian),the "
+                          "image file may be corrupt."));
+}
+
 struct MarkCase {
     Bytes mark;
     const char* numbers;
@@ -120,9 +130,8 @@ struct MarkCase {
 
 TEST_P(HeaderOf, AnyOtherByteOrderMarkIsFatalAndShownInNumbers) {
     for (const auto& [mark, numbers] :
-         {MarkCase{{'I', 'M'}, "[73 77]"}, MarkCase{{'M', 'I'}, "[77 73]"},
-          MarkCase{{'i', 'i'}, "[105 105]"}, MarkCase{{0, 0xFF}, "[0 255]"},
-          MarkCase{{0x80, 'M'}, "[128 77]"}}) {
+         {MarkCase{{'M', 'I'}, "[77 73]"}, MarkCase{{'i', 'i'}, "[105 105]"},
+          MarkCase{{0, 0xFF}, "[0 255]"}, MarkCase{{0x80, 'M'}, "[128 77]"}}) {
         const MemoryFile file(mark + Bytes(16, 0));
         const auto reader = GetParam().make(file.name().c_str());
         EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
@@ -163,7 +172,43 @@ TEST_P(HeaderOf, FirstOffsetPastTheEndIsFatalAndCountsFromTheHeader) {
                           std::to_string(size + 4) + "), the image may be corrupt."));
 }
 
+TEST_P(HeaderOf, SeekThatIsRefusedIsFatal) {
+    const MemoryFile file(
+        TiffBuilder(Order::little, GetParam().flavour).firstOffset(std::uint64_t{1} << 31).bytes());
+    file.put(std::int64_t{1} << 31, {0});
+    const auto reader = GetParam().make(file.name().c_str());
+    const std::string flavour = GetParam().flavour == Flavour::big ? "bigTiff:" : "";
+    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
+              message("ZEPHRA:veltrace:" + flavour + "badTiffHeaderIfdOffset",
+                      "Could not seek to position specified by TIFF header offset pointer,  the "
+                      "image may be corrupt.\n"));
+}
+
+TEST(BigTiffHeader, TruncatedOffsetSizeOrPaddingIsFatal) {
+    for (const std::size_t size : {4U, 5U, 6U, 7U}) {
+        Bytes bytes = TiffBuilder(Order::little, Flavour::big).bytes();
+        bytes.resize(size);
+        const MemoryFile file(bytes);
+        BigTiffTagFile reader(file.name().c_str());
+        EXPECT_EQ(fatalErrorOf([&] { reader.readHeader(); }).identifier,
+                  "ZEPHRA:veltrace:bigTiff:badOffsetSizeRead");
+    }
+}
+
 // readAll
+
+TEST(ReadAll, OfAClassicFileTakesAnyVersionWithoutComplaint) {
+    for (const std::uint16_t version : std::vector<std::uint16_t>{43, 0, 0xFFFF}) {
+        TiffBuilder builder;
+        builder.version(version).image().shorts(274, {6});
+        const MemoryFile file(builder.bytes());
+        inQuietCall([&] {
+            ClassicTiffTagFile reader(file.name().c_str());
+            reader.readAll();
+            EXPECT_EQ(reader.getNumIfds(), 1U);
+        });
+    }
+}
 
 TEST(ReadAll, ThatFailsInTheHeaderLeavesNoDirectories) {
     const MemoryFile file(bytesOf("IM") + Bytes(16, 0));
