@@ -99,7 +99,7 @@ TEST_P(WrongIdentifier, IsAWarningAndTheReadGoesOn) {
     EXPECT_EQ(run.number({"Orientation"}), 6);
 }
 
-TEST(ExifIdentifier, OfAnotherSegmentIsFollowedByTheErrorOfTheHeader) {
+TEST(ExifIdentifier, OfXmpIsAWarningFollowedByTheErrorOfTheHeader) {
     const ModuleRun run(kStartOfImage + app1({'X', 'M', 'P', 0, 0, 0}, bytesOf("<x:kiln/>")));
     EXPECT_THAT(
         run.messages(),

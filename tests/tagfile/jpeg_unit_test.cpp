@@ -55,7 +55,7 @@ TEST(JpegSignature, NeedsOneOfItsTwoBytes) {
     }
 }
 
-TEST(JpegSignature, WithOneRightByteLeadsToTheDirectory) {
+TEST(JpegSignature, OfBytes255And0PassesAndTheDirectoryIsRead) {
     inQuietCall([] {
         const MemoryFile file(Bytes{0xFF, 0} + app1(kExif, rotatedTiff(6)));
         JpegTagFile reader(file.name().c_str());

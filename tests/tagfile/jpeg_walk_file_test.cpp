@@ -40,10 +40,10 @@ void expectOrientation(const ModuleRun& run, double orientation) {
     EXPECT_EQ(run.number({"Orientation"}), orientation);
 }
 
-TEST(JpegWalk, ReadsExifBehindOtherApplicationSegments) {
-    expectOrientation(ModuleRun(kStartOfImage + segment(0xE0, bytesOf("kiln log")) +
-                                segment(0xFE, bytesOf("ash")) + app1(kExif, rotatedTiff(6))),
-                      6);
+TEST(JpegWalk, ReadsTheFirstDirectoryOfExifBehindApp0) {
+    expectOrientation(
+        ModuleRun(kStartOfImage + segment(0xE0, bytesOf("kiln log")) + app1(kExif, rotatedTiff(6))),
+        6);
 }
 
 TEST(JpegWalk, SkipsEveryCodeButThreeByItsStatedLength) {
@@ -72,9 +72,11 @@ TEST(JpegWalk, SegmentMayHaveNoPayload) {
 
 class QuietEnd : public testing::TestWithParam<std::uint8_t> {};
 
-INSTANTIATE_TEST_SUITE_P(ScanAndTables, QuietEnd, testing::Values(0xDA, 0xDB));
+INSTANTIATE_TEST_SUITE_P(Markers, QuietEnd, testing::Values(0xDA, 0xDB), [](const auto& test) {
+    return test.param == 0xDA ? "AtStartOfScan" : "AtQuantizationTables";
+});
 
-TEST_P(QuietEnd, GivesAnEmptyOutputAndNoMessage) {
+TEST_P(QuietEnd, AsFirstSegmentGivesNoDirectoryAndNoMessage) {
     const ModuleRun run(kStartOfImage + segment(GetParam(), {1, 2}) + app1(kExif, rotatedTiff(6)));
     EXPECT_THAT(run.messages(), IsEmpty());
     EXPECT_EQ(run.output().className(), "double");
@@ -129,7 +131,7 @@ TEST(JpegWalk, LengthZeroMovesBackByTwo) {
     EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, 0)));
 }
 
-TEST(JpegWalk, LengthOneMovesBackByOne) {
+TEST(JpegWalk, LengthOneMovesBackByOneBeforeTheNextMarkerIsRead) {
     const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0, 1} + app1(kExif, rotatedTiff(6)));
     EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, 1)));
 }
