@@ -50,7 +50,7 @@ TEST(FieldNames, AreOneForEachKnownTagIdInAscendingOrder) {
     });
 }
 
-TEST(FieldNames, OfSeveralDirectoriesAreMerged) {
+TEST(FieldNames, OfTwoDirectoriesWithOneTagAreOneEntry) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().ascii(305, "kiln").ascii(315, "ash");

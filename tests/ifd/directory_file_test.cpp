@@ -51,7 +51,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Encodings, Directory, testing::ValuesIn(kEveryEncoding), encodingName);
 
-TEST_P(Directory, WithoutEntriesIsAnErrorWithItsPosition) {
+TEST_P(Directory, WithoutEntriesIsAnErrorWithItsAbsolutePosition) {
     TiffBuilder file = newFile();
     file.image();
     const ModuleRun run(file.bytes());
@@ -127,6 +127,26 @@ TEST_P(Directory, FailingEntryCostsOneWarningAndNothingElse) {
     EXPECT_FALSE(run.hasField({"Make"}));
     EXPECT_FALSE(run.hasField({"Software"}));
     EXPECT_FALSE(run.hasField({"Artist"}));
+}
+
+TEST_P(Directory, WarningsOfItsEntriesComeInTheirOrder) {
+    TiffBuilder file = newFile();
+    file.image()
+        .entryAt(271, 14, 1, 0)
+        .rationals(282, {{1, 0}})
+        .entryAt(272, 15, 1, 0)
+        .rationals(283, {{1, 0}})
+        .entryAt(274, 16, 1, 0);
+    const ModuleRun run(file.bytes());
+    std::vector<std::string> places;
+    for (const zephra::Message& warning : run.warnings()) {
+        for (const char* place : {"ID 271", "ID 272", "ID 274", "XResolution", "YResolution"}) {
+            if (warning.text.find(place) != std::string::npos) {
+                places.emplace_back(place);
+            }
+        }
+    }
+    EXPECT_THAT(places, ElementsAre("ID 271", "XResolution", "ID 272", "YResolution", "ID 274"));
 }
 
 // Sub-directories: all four kinds, and what the message of their table calls them.

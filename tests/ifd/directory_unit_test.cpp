@@ -104,6 +104,52 @@ TEST(ReadDirectory, KeepsKnownAndUnknownTagsInEntryOrder) {
     });
 }
 
+TEST(ReadDirectory, NeverHasWidthAndHeightAmongItsKnownTags) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(256, {640}).shorts(257, {480});
+        for (const IfdId id : {IfdId::image, IfdId::gps, IfdId::interoperability, IfdId::exif}) {
+            const IFD directory = OpenedTiff<>(file).readDirectory(id);
+            EXPECT_EQ(idsOf(directory.knownTags()),
+                      id == IfdId::image ? kBaseline : std::vector<std::uint16_t>{});
+            EXPECT_THAT(directory.unknownTags(), IsEmpty());
+            EXPECT_EQ(directory.width(), 640);
+            EXPECT_EQ(directory.height(), 480);
+        }
+    });
+}
+
+TEST(ReadDirectory, CopyHasEverything) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image()
+            .shorts(256, {640})
+            .shorts(257, {480})
+            .shorts(258, {8, 4})
+            .shorts(262, {2})
+            .shorts(277, {1, 1, 1})
+            .shorts(60'000, {1});
+        const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
+        IFD copy;
+        copy = directory;
+        EXPECT_THAT(idsOf(copy.knownTags()), ElementsAre(258, 262, 277));
+        EXPECT_NE(copy.knownTags().data(), directory.knownTags().data());
+        EXPECT_THAT(idsOf(copy.unknownTags()), ElementsAre(60'000));
+        EXPECT_EQ(copy.position(), 8);
+        EXPECT_EQ(copy.ifdId(), IfdId::exif);
+        EXPECT_EQ(copy.tableSize(), 72U);
+        EXPECT_EQ(copy.width(), 640);
+        EXPECT_EQ(copy.height(), 480);
+        EXPECT_EQ(copy.spare(), 0);
+        EXPECT_TRUE(copy.has(258));
+        EXPECT_TRUE(copy.has(277));
+        EXPECT_FALSE(copy.has(259));
+        EXPECT_EQ(copy.photometricCode(), 2);
+        EXPECT_THAT(copy.bitsPerSample(), ElementsAre(8, 4));
+        EXPECT_EQ(copy.sampleCount(), 3U);
+    });
+}
+
 TEST(ReadDirectory, GivesItsIfdIdToItsTags) {
     inQuietCall([] {
         const IFD directory = OpenedTiff<>(fileOf(1)).readDirectory(IfdId::gps);
@@ -174,6 +220,26 @@ TEST(Fallbacks, OfBitsPerSampleAreRememberedOncePerSample) {
         EXPECT_EQ(directory.sampleCount(), 3U);
         EXPECT_THAT(directory.bitsPerSample(), ElementsAre(1, 1, 1));
         EXPECT_FALSE(directory.has(258));
+    });
+}
+
+TEST(Fallbacks, WithoutBitsAndSamplesPerPixelMakeTheBitsPerSampleValuesOne) {
+    inQuietCall([] {
+        const IFD directory = OpenedTiff<>(fileOf(274)).readDirectory();
+        EXPECT_THAT(directory.bitsPerSample(), ElementsAre(1));
+        for (const TiffTag& tag : directory.knownTags()) {
+            if (tag.tagId() == 258 || tag.tagId() == 281) {
+                EXPECT_THAT(tag.outputValues(), ElementsAre(1)) << tag.tagId();
+            }
+        }
+    });
+}
+
+TEST(SampleCount, StaysOneWithASamplesPerPixelOfValueThreeAndCountOne) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(277, {3});
+        EXPECT_EQ(OpenedTiff<>(file).readDirectory().sampleCount(), 1U);
     });
 }
 

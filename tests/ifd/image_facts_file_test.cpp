@@ -40,7 +40,7 @@ TEST_P(ImageFacts, WidthAndHeightMayBeFractions) {
     EXPECT_EQ(run.number({"Height"}), 0.25);
 }
 
-TEST_P(ImageFacts, WidthAndHeightAreZeroWithoutTheirTags) {
+TEST_P(ImageFacts, WidthAndHeightStayZeroWithoutTheirTags) {
     image_.shorts(274, {6});
     const ModuleRun run = quietRun();
     EXPECT_EQ(run.number({"Width"}), 0);
@@ -88,7 +88,7 @@ TEST_P(ImageFacts, PhotometricCodeIsMinusOneWithoutItsTag) {
 
 // SamplesPerPixel gives the number of default BitsPerSample by the number of its values.
 
-TEST_P(ImageFacts, BitsPerSampleDefaultsToOneWithoutSamplesPerPixel) {
+TEST_P(ImageFacts, WithoutBitsAndSamplesPerPixelBitsPerSampleAndMaxSampleValueAreOneEach) {
     image_.shorts(274, {6});
     const ModuleRun run = quietRun();
     EXPECT_THAT(run.numbers({"BitsPerSample"}), ElementsAre(1));
@@ -96,7 +96,7 @@ TEST_P(ImageFacts, BitsPerSampleDefaultsToOneWithoutSamplesPerPixel) {
     EXPECT_EQ(run.number({"BitDepth"}), 1);
 }
 
-TEST_P(ImageFacts, OneSamplesPerPixelOfThreeIsOneSample) {
+TEST_P(ImageFacts, SamplesPerPixelOfValueThreeAndCountOneIsOneSample) {
     image_.shorts(277, {3});
     const ModuleRun run = quietRun();
     EXPECT_EQ(run.number({"SamplesPerPixel"}), 3);

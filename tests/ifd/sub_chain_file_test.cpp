@@ -47,7 +47,7 @@ TEST_P(SubChain, OfImagesKeepsWhatCameBeforeABrokenLink) {
     EXPECT_EQ(run.number({"SubIFDs", "Orientation"}), 6);
 }
 
-TEST_P(SubChain, OfAnyOtherKindIsOneDirectory) {
+TEST_P(SubChain, OfExifGpsOrInteroperabilityIsOneDirectoryWhateverItsNextPointer) {
     for (const auto& [pointer, field] :
          {std::pair{34665, "DigitalCamera"}, {34853, "GPSInfo"}, {40965, "InteroperabilityIFD"}}) {
         TiffBuilder file(GetParam().order, GetParam().flavour);
@@ -97,6 +97,20 @@ TEST(MainChain, DirectoryOf65536FieldsIsDroppedAndTheChainGoesOn) {
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"Orientation"}), 6);
     EXPECT_FALSE(run.hasField({"PageNumber"}));
+}
+
+// In a TIFF file such a directory holds its fallbacks.
+TEST(MainChain, DirectoryWhoseEntriesAllFailHasFallbacksAloneAndTheChainGoesOn) {
+    TiffBuilder file;
+    file.image().entryAt(271, 14, 1, 0).entryAt(274, 15, 1, 0);
+    file.addImage().shorts(274, {6});
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.warnings(), SizeIs(2));
+    EXPECT_FALSE(run.error());
+    ASSERT_EQ(run.directories(), 2U);
+    EXPECT_FALSE(run.hasField({"Make"}));
+    EXPECT_EQ(run.number({"Orientation"}, 0), 1);
+    EXPECT_EQ(run.number({"Orientation"}, 1), 6);
 }
 
 // JPEG files
