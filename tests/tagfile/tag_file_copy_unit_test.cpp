@@ -64,6 +64,14 @@ TEST_F(CopiedReader, HasAStreamOfItsOwn) {
     EXPECT_EQ(original_->position(), 12);
 }
 
+TEST_F(CopiedReader, ReadsInTheByteOrderOfTheComputer) {
+    ClassicTiffTagFile copy(*original_);
+    ASSERT_TRUE(copy.seek(4));
+    copy.readHeader();
+    EXPECT_TRUE(copy.swapFlag());
+    EXPECT_EQ(copy.version(), 42);
+}
+
 TEST_F(CopiedReader, HasNoFieldNames) {
     const ClassicTiffTagFile copy(*original_);
     EXPECT_THAT(copy.defaultFieldNames(), IsEmpty());
