@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <locale>
 #include <string>
+#include <vector>
 
 #include "support/encodings.h"
 #include "support/module_run.h"
@@ -215,6 +216,18 @@ TEST(RefusedBlock, IsToldBeforeTheValueIsFoundUnreadable) {
     file.image().entryAt(kMake, 4, 251, 5000).shorts(kModel, {3});
     EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(),
                 ElementsAre(refusedBlock("1004", "271")));
+}
+
+// A Compression of 1000 codes is reported as one word, so no array is larger than the block.
+TEST(RefusedBlock, HasExactlyTheBytesOfTheValue) {
+    TiffBuilder file;
+    file.image().bytes(259, std::vector<std::uint8_t>(1000, 5));
+    zephra::Settings settings = strictHost();
+    settings.largestBlock = 1000;
+    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(), IsEmpty());
+    settings.largestBlock = 999;
+    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(),
+                ElementsAre(refusedBlock("1000", "259")));
 }
 
 TEST(RefusedBlock, IsForPointerTagsToo) {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "zephra/host/value.h"
+
 #include "support/quiet_call.h"
 #include "support/thrown.h"
 #include "support/tiff_builder.h"
@@ -51,6 +53,18 @@ TEST(Interpretation, KeepsTheRawValuesOfWhatItReplaces) {
         EXPECT_THAT(one.tag().rawValues(), ElementsAre(3, 4));
         EXPECT_THAT(one.tag().outputValues(), ElementsAre(0.001, 4));
         EXPECT_THAT(one.tag().outputText(), IsEmpty());
+    });
+}
+
+// No file makes a tag with a word and a text: words come from numbers.
+TEST(Interpretation, GivesAWordThatPrecedesTextAndNumbers) {
+    inQuietCall([] {
+        TiffTag tag(259, IfdId::image);
+        TiffTagPeer::setRawText(tag, "text");
+        EXPECT_EQ(zephra::Value(tag.outputValue()).text(), "Uncompressed");
+        TiffTag withoutWord(274, IfdId::image);
+        TiffTagPeer::setRawText(withoutWord, "text");
+        EXPECT_EQ(zephra::Value(withoutWord.outputValue()).text(), "text");
     });
 }
 

@@ -224,6 +224,15 @@ TEST(Nesting, OfAnyPointerIsForbiddenInsideInteroperabilityDirectories) {
     EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}), ElementsAre("InteroperabilityIndex"));
 }
 
+// Its warnings and errors stay untold.
+TEST(Nesting, IsForbiddenBeforeTheSubDirectoryIsRead) {
+    TiffBuilder file;
+    file.image().sub(
+        34853, file.child().sub(34665, file.child().entry(271, 0, 1, {})).entryAt(330, 4, 1, 5000));
+    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+                ElementsAre(gpsNesting("34665"), gpsNesting("330")));
+}
+
 TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectories) {
     for (const bool generic : {true, false}) {
         TiffBuilder file;

@@ -143,6 +143,12 @@ TEST(Xmp, CutsOffFractionsAndHasANulForWhatIsNoInteger) {
     EXPECT_EQ(ModuleRun(file.bytes()).text({"XMP"}), "A\0\0B"sv);
 }
 
+TEST(Xmp, OfQuotientsHasAByteForEachQuotient) {
+    TiffBuilder file;
+    file.image().rationals(700, {{130, 2}, {133, 2}});
+    EXPECT_EQ(ModuleRun(file.bytes()).text({"XMP"}), "AB");
+}
+
 TEST(Xmp, OfTypeAsciiKeepsItsTerminatingNul) {
     TiffBuilder file;
     file.image().ascii(700, "<x/>");
