@@ -1,0 +1,88 @@
+#include "sweep/bounded_read.h"
+
+#include <ctime>
+
+#include "support/module_run.h"
+#include "sweep/stated_messages.h"
+#include "sweep/well_formed.h"
+
+namespace veltrace::test {
+
+namespace {
+
+constexpr std::size_t kBlocks = 512;
+constexpr std::size_t kLargestBlock = std::size_t{1} << 20;
+constexpr std::time_t kModified = 1'000'000'000;
+
+zephra::Settings boundedHost() {
+    zephra::Settings settings = strictHost();
+    settings.largestBlock = kLargestBlock;
+    return settings;
+}
+
+bool isJpeg(const Bytes& content) {
+    return content.size() >= 2 && content[0] == 0xFF && content[1] == 0xD8;
+}
+
+std::string shown(const zephra::Message& message) {
+    return message.identifier + ": " + testing::PrintToString(message.text);
+}
+
+}  // namespace
+
+BoundedRead::BoundedRead(const Bytes& content)
+    : file_(content), defaultFields_(isJpeg(content) ? 10 : 34), result_(call()) {}
+
+zephra::CallResult BoundedRead::call() {
+    file_.setModificationTime(kModified);
+    const BlockBudget budget(kBlocks);
+    const zephra::Argument name{file_.name()};
+    zephra::CallResult result = zephra::Host(boundedHost()).call(moduleUnderTest(), {&name, 1});
+    wasCutShort_ = budget.exceeded();
+    return result;
+}
+
+zephra::Leftovers BoundedRead::statedLeftovers() const {
+    if (result_.error() && result_.error()->identifier == "ZEPHRA:veltrace:unhandledFileFormat") {
+        return {.blocks = 1, .blockBytes = file_.name().size() + 1, .arrays = 0};
+    }
+    return {};
+}
+
+std::string BoundedRead::flawOfValue() const {
+    if (result_.error()) {
+        return result_.output() ? "an error and a value" : "";
+    }
+    return flawOf(result_.output(), defaultFields_);
+}
+
+std::string BoundedRead::unstated() const {
+    for (const zephra::Message& warning : result_.warnings()) {
+        if (!isStated(warning, Channel::warning)) {
+            return "warning " + shown(warning);
+        }
+    }
+    if (result_.error() && !isStated(*result_.error(), Channel::error)) {
+        return "error " + shown(*result_.error());
+    }
+    if (!result_.misuses().empty()) {
+        return "misuse of the host: " + result_.misuses().front();
+    }
+    if (const zephra::Leftovers& left = result_.leftovers(); left != statedLeftovers()) {
+        return "left behind: " + std::to_string(left.blocks) + " blocks, " +
+               std::to_string(left.arrays) + " arrays";
+    }
+    return flawOfValue();
+}
+
+std::string hexadecimal(const Bytes& content) {
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (const std::uint8_t byte : content) {
+        text += kDigits[byte / 16];
+        text += kDigits[byte % 16];
+    }
+    return text;
+}
+
+}  // namespace veltrace::test

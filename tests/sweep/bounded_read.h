@@ -1,0 +1,42 @@
+// Reads that end, whatever the file.
+#pragma once
+
+#include <string>
+
+#include "zephra/host/call_result.h"
+
+#include "support/bytes.h"
+#include "support/memory_file.h"
+#include "sweep/block_budget.h"
+
+namespace veltrace::test {
+
+/// One call of the module on a memory file, in a strict host that grants 512 blocks of at most
+/// 1 MiB. The sound seeds need less than a tenth of either.
+class BoundedRead {
+public:
+    explicit BoundedRead(const Bytes& content);
+
+    [[nodiscard]] const zephra::CallResult& result() const { return result_; }
+    /// Whether the host ran out of blocks.
+    [[nodiscard]] bool wasCutShort() const { return wasCutShort_; }
+    /// What the outcome has that is not stated, in words; empty when there is nothing. Stated are a
+    /// sound value or an error, messages of `isStated`, no misuse of the host, and nothing left
+    /// behind but the file's name when its format is not recognised.
+    [[nodiscard]] std::string unstated() const;
+
+private:
+    [[nodiscard]] zephra::CallResult call();
+    [[nodiscard]] zephra::Leftovers statedLeftovers() const;
+    [[nodiscard]] std::string flawOfValue() const;
+
+    MemoryFile file_;
+    std::size_t defaultFields_;
+    bool wasCutShort_ = false;
+    zephra::CallResult result_;
+};
+
+/// For failure messages: the bytes in hexadecimal.
+[[nodiscard]] std::string hexadecimal(const Bytes& content);
+
+}  // namespace veltrace::test
