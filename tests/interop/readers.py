@@ -15,8 +15,6 @@ import subprocess
 import numpy
 import tifffile
 
-VELTRACE = os.environ["VELTRACE"]
-
 POINTERS = {330: "SubIFD", 34665: "ExifIFD", 34853: "GPS", 40965: "InteropIFD"}
 POINTER_NAMES = {"SubIFDs": "SubIFD", "DigitalCamera": "ExifIFD", "GPSInfo": "GPS",
                  "InteroperabilityIFD": "InteropIFD"}
@@ -50,9 +48,11 @@ def places_of(directories, names):
     return places
 
 
-def read_with_veltrace(paths):
-    run = subprocess.run([VELTRACE, "--json", *paths], stdout=subprocess.PIPE,
-                         stderr=subprocess.DEVNULL, check=True)
+def read_with_veltrace(paths, command=None):
+    run = subprocess.run([command or os.environ["VELTRACE"], "--json", *paths],
+                         stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+    if run.returncode not in (0, 1):  # 1: some file failed, which its result says.
+        run.check_returncode()
     results = json.loads(run.stdout)
     return [
         Result(places_of(result["info"], [f"IFD{i}" for i in range(len(result["info"]))]),
@@ -62,19 +62,53 @@ def read_with_veltrace(paths):
 
 # ExifTool
 
+@dataclasses.dataclass
+class Shown:
+    """An entry as ExifTool shows it: the type that the file gives it, and the value as a text."""
+
+    place: str
+    tag: int
+    format: str
+    text: str
+
+
+@dataclasses.dataclass
+class Showing:
+    """What ExifTool says of a file: every entry, in no order, and its warnings."""
+
+    entries: list
+    warnings: list
+
+
+def showing(described):
+    result = Showing([], [])
+    del described["SourceFile"]
+    for key, tag in described.items():
+        parts = key.split(":")  # Place, perhaps Copy1 or so for a repeated name, type, name.
+        if parts[-1] == "Warning":
+            result.warnings.append(tag["val"])
+        # What ExifTool derives from several tags has a name for an id.
+        elif (is_image(parts[0]) or parts[0] in POINTERS.values()) and tag["id"].isdigit():
+            result.entries.append(Shown(parts[0], int(tag["id"]), parts[-2], str(tag["val"])))
+    return result
+
+
+def show_with_exiftool(paths):
+    """A Showing for each file. Numbers stay as they are written: a text may look like one."""
+    run = subprocess.run(
+        ["exiftool", "-j", "-n", "-a", "-u", "-b", "-G1:4:6", "-api", "SaveFormat", "-D", *paths],
+        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+    return [showing(file) for file in json.loads(run.stdout, parse_int=str, parse_float=str)]
+
+
 def read_with_exiftool(paths):
     """For each file, the values by tag id for each place."""
-    run = subprocess.run(["exiftool", "-j", "-n", "-a", "-u", "-b", "-G1", "-D", *paths],
-                         stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
     files = []
-    for described in json.loads(run.stdout):
+    for shown in show_with_exiftool(paths):
         places = {}
-        for key, tag in described.items():
-            place, _, _ = key.partition(":")
-            # What ExifTool derives from several tags has a name for an id.
-            if (is_image(place) or place in POINTERS.values()) and isinstance(tag["id"], int):
-                assert tag["id"] not in places.setdefault(place, {})
-                places[place][tag["id"]] = tag["val"]
+        for entry in shown.entries:
+            assert entry.tag not in places.setdefault(entry.place, {})
+            places[entry.place][entry.tag] = entry.text
         files.append(places)
     return files
 

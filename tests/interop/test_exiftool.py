@@ -3,18 +3,14 @@
 Where the two differ on purpose, a table below names the tag and says why.
 """
 
-import base64
-import math
-
 import numpy
 import pytest
+from differences import LOGARITHMS
 from encoders import ENCODERS
 from readers import is_image
-from vocabulary import (FALLBACKS, GENERAL, GRAY_RESPONSE_UNITS, WORDS, as_list, max_sample_value,
-                        names_of)
-
-# ExifTool prints ten significant digits of a quotient; whole numbers it prints in full.
-TOLERANCE = 1e-9
+from shown_values import are_close, binary, numbers_in
+from vocabulary import (FALLBACKS, GENERAL, OTHER_WORDS, as_list, max_sample_value, names_of,
+                        words_for)
 
 # Of these ExifTool shows what the block holds, in groups of its own, not the block.
 BLOCKS = {"XMP", "ITPC"}
@@ -24,13 +20,6 @@ UNDEFINED_TEXTS = {"ExifVersion", "FlashpixVersion", "InteroperabilityVersion"}
 
 # Texts after eight bytes that name their encoding; ExifTool shows the text alone.
 ENCODED_TEXTS = {"UserComment", "GPSProcessingMethod"}
-
-# Apex values, that ExifTool turns into seconds and apertures.
-APEX = {
-    "ShutterSpeedValue": lambda value: 2 ** -value,
-    "ApertureValue": lambda value: 2 ** (value / 2),
-    "MaxApertureValue": lambda value: 2 ** (value / 2),
-}
 
 # Degrees, minutes and seconds, that ExifTool adds up.
 ANGLES = {"GPSLatitude", "GPSLongitude"}
@@ -58,43 +47,13 @@ def agreeing(name, value):
         return bytes(value).decode("ascii")
     if name in ENCODED_TEXTS:
         return bytes(value[8:]).decode("ascii")
-    if name in APEX:
-        return APEX[name](value)
+    if name in LOGARITHMS:
+        return LOGARITHMS[name](value)
     if name in ANGLES:
         return value[0] + value[1] / 60 + value[2] / 3600
     if name in TIMES:
         return ":".join(f"{part:02g}" for part in value)
     return value
-
-
-def binary(shown):
-    """The bytes of a value that ExifTool takes for binary data."""
-    return base64.b64decode(shown.removeprefix("base64:"))
-
-
-def numbers_in(shown):
-    """The numbers of a value of ExifTool, None for a zero denominator; nothing for a text."""
-    if str(shown).startswith("base64:"):
-        return [float(byte) for byte in binary(shown)]
-    try:
-        return [None if word == "undef" else float(word) for word in str(shown).split()]
-    except ValueError:
-        return None
-
-
-def is_close(ours, theirs):
-    if None in (ours, theirs):
-        return ours is theirs
-    return ours == theirs if theirs.is_integer() else math.isclose(ours, theirs, rel_tol=TOLERANCE)
-
-
-def agrees_with_code(name, value, shown):
-    """An enumerated code that the module reports as a word, in a list when there are several."""
-    codes = numbers_in(shown)
-    if name == "GrayResponseUnit":
-        return value == GRAY_RESPONSE_UNITS[codes[0]]
-    words = [WORDS[name][code] for code in codes]
-    return as_list(value) == (words if name == "SampleFormat" else words[:1])
 
 
 def agrees_with_colormap(value, shown, byte_order):
@@ -107,17 +66,15 @@ def agrees(name, value, shown):
     value = agreeing(name, value)
     if isinstance(value, str):
         # ExifTool shows a text up to its first NUL; the module keeps all of it.
-        return str(shown) == value.partition("\0")[0]
-    numbers = numbers_in(shown)
-    return numbers is not None and len(numbers) == len(as_list(value)) and all(
-        map(is_close, as_list(value), numbers))
+        return shown == value.partition("\0")[0]
+    return are_close(as_list(value), numbers_in(shown))
 
 
 def same(place, name, value, shown, byte_order):
     if name == "Colormap":
         return agrees_with_colormap(value, shown, byte_order)
-    if is_image(place) and (name in WORDS or name == "GrayResponseUnit"):
-        return agrees_with_code(name, value, shown)
+    if is_image(place) and name in OTHER_WORDS:
+        return value == words_for(name, numbers_in(shown))
     return agrees(name, value, shown)
 
 
@@ -157,5 +114,5 @@ def test_shows_the_same_tags_with_the_same_values(file, results, exiftool_result
 def test_every_tag_that_the_tables_name_occurs(results):
     occurring = {name for result in results.values()
                  for fields in result.places.values() for name in fields}
-    for table in (BLOCKS, UNDEFINED_TEXTS, ENCODED_TEXTS, APEX.keys(), ANGLES, TIMES):
+    for table in (BLOCKS, UNDEFINED_TEXTS, ENCODED_TEXTS, LOGARITHMS.keys(), ANGLES, TIMES):
         assert set(table) <= occurring

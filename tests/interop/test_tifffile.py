@@ -7,8 +7,8 @@ import time
 import pytest
 from encoders import ENCODERS
 from readers import ASCII, LONG8, is_image, read_with_tifffile
-from vocabulary import (COLOR_TYPES, FALLBACKS, GRAY_RESPONSE_UNITS, UNKNOWN, WORDS, as_list,
-                        max_sample_value, names_of)
+from vocabulary import (COLOR_TYPES, FALLBACKS, OTHER_WORDS, UNKNOWN, as_list, max_sample_value,
+                        names_of, words_for)
 
 
 def text(value):
@@ -31,12 +31,8 @@ def reported(name, entry):
         return text(entry.value[:-1])  # The only text that loses its NUL.
     if entry.data_type == ASCII:
         return text(entry.value)
-    if name == "SampleFormat":
-        return flat([WORDS[name][code] for code in entry.value])
-    if name in WORDS:
-        return WORDS[name][entry.value[0]]
-    if name == "GrayResponseUnit":
-        return GRAY_RESPONSE_UNITS[entry.value[0]]
+    if name in OTHER_WORDS:
+        return words_for(name, entry.value)
     if name == "Colormap":
         return rows(entry.value)
     if name == "XMP":
