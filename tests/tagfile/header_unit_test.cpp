@@ -75,6 +75,17 @@ TEST_P(HeaderOf, MMFileHasSwapFlagTrueOnALittleEndianComputer) {
     EXPECT_TRUE(reader->swapFlag());
 }
 
+TEST_P(HeaderOf, DecidesTheSwapFlagAnew) {
+    const Bytes swapped = header(Order::big);
+    const MemoryFile file(swapped + header(Order::little));
+    const auto reader = GetParam().make(file.name().c_str());
+    reader->readHeader();
+    EXPECT_TRUE(reader->swapFlag());
+    ASSERT_TRUE(reader->seek(static_cast<std::int64_t>(swapped.size())));
+    reader->readHeader();
+    EXPECT_FALSE(reader->swapFlag());
+}
+
 TEST_P(HeaderOf, Version43OrAnyOtherIsKeptAndNotCompared) {
     for (const Order order : {Order::little, Order::big}) {
         for (const std::uint16_t version : std::vector<std::uint16_t>{0, 42, 43, 0x2B00, 0xFFFE}) {
