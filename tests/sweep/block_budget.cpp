@@ -29,9 +29,9 @@ bool BlockBudget::exceeded() const {
 }  // namespace veltrace::test
 
 // The linker makes calls of qvMalloc calls of the second function, which it calls the first.
-extern "C" void* __real_qvMalloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+extern "C" void* __real_qvMalloc(std::size_t size);
 
-extern "C" void* __wrap_qvMalloc(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
+extern "C" void* __wrap_qvMalloc(std::size_t size) {
     using namespace veltrace::test;
     if (blocksLeft == 0) {
         refused = true;

@@ -1,5 +1,7 @@
 #include "sweep/seeds.h"
 
+#include <ostream>
+
 #include "support/tiff_builder.h"
 #include "tagfile/jpeg_parts.h"
 
@@ -131,7 +133,7 @@ void damagedEntries(TiffBuilder& file) {
     file.image()
         .entry(271, 0, 1, {1, 0, 0, 0})
         .entry(272, 14, 1, {1, 0, 0, 0})
-        .entry(305, 13, 1, {1, 0, 0, 0})
+        .entryAt(305, 13, 1, 1)
         .entryAt(306, 12, 9, 60000)
         .entryAt(307, 12, 0x7FFFFFFF, 8)
         .sub(34853, nested)
@@ -144,7 +146,7 @@ Seed tiffSeed(const std::string& name, Flavour flavour, Recipe recipe) {
     TiffBuilder big(Order::big, flavour);
     recipe(little);
     recipe(big);
-    return {name, little.bytes(), big.bytes(), 0, 34};
+    return {name, little.bytes(), big.bytes(), 0};
 }
 
 Seed jpegSeed(const std::string& name, Recipe recipe) {
@@ -154,7 +156,7 @@ Seed jpegSeed(const std::string& name, Recipe recipe) {
         return before + app1(kExif, content) + segment(0xDB, {0});
     };
     const std::size_t header = before.size() + 4 + kExif.size();
-    return {name, wrapped(tiff.little), wrapped(tiff.big), header, 10};
+    return {name, wrapped(tiff.little), wrapped(tiff.big), header};
 }
 
 std::vector<Seed> allSeeds() {
@@ -183,6 +185,10 @@ std::vector<Seed> allSeeds() {
 }
 
 }  // namespace
+
+void PrintTo(const Seed& seed, std::ostream* out) {
+    *out << seed.name;
+}
 
 const std::vector<Seed>& seeds() {
     static const std::vector<Seed> all = allSeeds();

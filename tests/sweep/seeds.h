@@ -1,6 +1,8 @@
 // Small files of every kind, from which the sweeps start.
 #pragma once
 
+#include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -16,9 +18,10 @@ struct Seed {
     Bytes big;
     /// Where the TIFF header is; 0 except in JPEG files.
     std::size_t header;
-    /// Number of default fields: 34 of a TIFF file, 10 of a JPEG file.
-    std::size_t defaultFields;
 };
+
+/// For failure messages of tests.
+void PrintTo(const Seed& seed, std::ostream* out);
 
 [[nodiscard]] const std::vector<Seed>& seeds();
 
