@@ -107,27 +107,33 @@ TEST(TooLargeForApp1, IsRecoverable) {
     });
 }
 
-/// Entries of 16 bytes, of which 4096 are 65536 bytes; those of 12 bytes never are.
+/// A table of 12-byte entries can have 65532 or 65544 bytes, and nothing between.
+template <std::int32_t EntrySize>
 class WideEntryReader : public JpegTagFile {
 public:
-    explicit WideEntryReader(const char* fileName) : JpegTagFile(fileName) { setLayout(16, 2, 4); }
+    explicit WideEntryReader(const char* fileName) : JpegTagFile(fileName) {
+        setLayout(EntrySize, 2, 4);
+    }
 };
 
-TEST(TooLargeForApp1, IsATableOfMoreThan65536Bytes) {
-    // Unknown tag 60000, BYTE, count 1.
+TEST(TooLargeForApp1, IsNotATableOf65536Bytes) {
+    // 4096 entries of 16 bytes: unknown tag 60000, BYTE, count 1.
     const Bytes entry{0x60, 0xEA, 1, 0, 1, 0, 0, 0, 0, 0, 0, 0, 7, 0, 0, 0};
     Bytes bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x00, 0x10};
     for (int i = 0; i < 4096; ++i) {
         bytes.insert(bytes.end(), entry.begin(), entry.end());
     }
     inQuietCall([&] {
-        const IFD directory = OpenedTiff<WideEntryReader>(bytes).readDirectory();
+        const IFD directory = OpenedTiff<WideEntryReader<16>>(bytes).readDirectory();
         EXPECT_EQ(directory.tableSize(), 65'536U);
         EXPECT_EQ(directory.unknownTags().size(), 4096U);
     });
-    bytes[8] = 1;  // 4097 entries
-    inQuietCall([&] {
-        OpenedTiff<WideEntryReader> opened(bytes + entry);
+}
+
+TEST(TooLargeForApp1, IsATableOf65538Bytes) {
+    inQuietCall([] {
+        // 3641 entries of 18 bytes.
+        OpenedTiff<WideEntryReader<18>> opened(Bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x39, 0x0E});
         EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }).identifier,
                   "ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded");
     });
