@@ -14,3 +14,12 @@ if(VELTRACE_SANITIZE)
     -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/sanitizer_ignore.txt)
   target_link_options(veltrace-options INTERFACE -fsanitize=${sanitizers})
 endif()
+
+if(VELTRACE_COVERAGE)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "VELTRACE_COVERAGE needs clang, whose profiles llvm-cov reads.")
+  endif()
+  # The tests too: the linker keeps one copy of an inline function, and it may be a test's.
+  target_compile_options(veltrace-options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(veltrace-options INTERFACE -fprofile-instr-generate)
+endif()

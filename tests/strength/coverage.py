@@ -1,0 +1,103 @@
+"""Runs the tests once and shows which lines and branches of src/ they reach.
+
+Usage: coverage.py ROOT PROGRAM
+
+Fails when the tests fail, when they reach too little, when a line that they do not reach is not in
+not_reached.txt, and when a line of that list is reached or gone.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+from collections import Counter
+
+import argued
+
+LEAST_PERCENT = {"lines": 99.0, "branches": 95.0}
+LIST = pathlib.Path(__file__).with_name("not_reached.txt")
+
+
+def tool(name):
+    """The version that belongs to Debian 12's clang, whatever else is installed."""
+    return f"{name}-14"
+
+
+def profile_of_run(program):
+    raw, profile = (program.with_suffix(end) for end in (".profraw", ".profdata"))
+    raw.unlink(missing_ok=True)
+    tests = subprocess.run([program, "--gtest_brief=1"], cwd=program.parent,
+                           env={**os.environ, "LLVM_PROFILE_FILE": str(raw)})
+    if tests.returncode != 0:
+        raise SystemExit("coverage: the tests fail")
+    subprocess.run([tool("llvm-profdata"), "merge", "-o", profile, raw], check=True)
+    return profile
+
+
+def lines_not_reached(lcov, root):
+    """(file, line number, text) of each line with code that never ran; and all files with code."""
+    gaps, files, path = [], set(), None
+    for record in lcov.splitlines():
+        key, _, value = record.partition(":")
+        if key == "SF":
+            path = pathlib.Path(value)
+            text = path.read_text().splitlines()
+            files.add(path.relative_to(root).as_posix())
+        elif key == "DA":
+            line, count = map(int, value.split(",")[:2])
+            if count == 0:
+                gaps.append((path.relative_to(root).as_posix(), line, text[line - 1].strip()))
+    return gaps, files
+
+
+def list_complaints(gaps):
+    """Prints each gap with its reason; returns what the list and the gaps disagree about."""
+    listed, reasons = argued.read(LIST)
+    left = Counter(listed)
+    complaints = []
+    print("\nLines that no test reaches:" if gaps else "\nThe tests reach every line.")
+    why = [reasons.get((file, text), "NO REASON GIVEN") for file, _, text in gaps]
+    for (file, line, text), reason, following in zip(gaps, why, [*why[1:], None]):
+        print(f"  {file}:{line}: {text}")
+        if reason != following:
+            print(f"      {reason}")
+        if left[file, text] > 0:
+            left[file, text] -= 1
+        else:
+            complaints.append(f"{file}:{line} is not reached and not in {LIST.name}: {text}")
+    for (file, text), count in left.items():
+        if count > 0:
+            complaints.append(f"{LIST.name} says that this is not reached: {file}: {text}")
+    return complaints
+
+
+def main(root, program):
+    root, program = pathlib.Path(root).resolve(), pathlib.Path(program).resolve()
+    sources = [program, f"-instr-profile={profile_of_run(program)}", root / "src"]
+
+    def cov(command, *options):
+        return subprocess.run([tool("llvm-cov"), command, *options, *sources], check=True,
+                              stdout=subprocess.PIPE, text=True).stdout
+
+    print(cov("report", "--show-branch-summary", "--show-region-summary=false"))
+    gaps, files = lines_not_reached(cov("export", "-format=lcov"), root)
+    complaints = list_complaints(gaps)
+
+    totals = json.loads(cov("export", "-format=text", "-summary-only"))["data"][0]["totals"]
+    for kind, least in LEAST_PERCENT.items():
+        percent = totals[kind]["percent"]
+        print(f"{kind}: {percent:.2f} % reached, at least {least:g} % wanted")
+        if percent < least:
+            complaints.append(f"too few {kind} reached")
+    # A source that is not in the program has no lines to miss.
+    units = {unit.relative_to(root).as_posix() for unit in (root / "src").rglob("*.cpp")}
+    complaints += [f"{unit} is not in the program" for unit in sorted(units - files)]
+
+    for complaint in complaints:
+        print(f"coverage: {complaint}", file=sys.stderr)
+    return 1 if complaints else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
