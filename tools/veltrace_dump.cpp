@@ -1,6 +1,7 @@
 // The command `veltrace-dump`: shows what the reader of one file holds after reading it.
 #include <CLI/CLI.hpp>
 #include <array>
+#include <exception>
 #include <iostream>
 #include <optional>
 #include <sstream>
@@ -78,9 +79,7 @@ veltrace::cli::ExitStatus run(const std::string& file) {
     return result.error() ? veltrace::cli::kSomeFailed : veltrace::cli::kAllRead;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+veltrace::cli::ExitStatus runWith(int argc, const char* const* argv) {
     CLI::App app(
         "Prints what the reader of an image file holds after reading it: file, directories "
         "and tags.\nControl characters of the file are shown as \\xHH on a terminal and go "
@@ -94,4 +93,15 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? veltrace::cli::kAllRead : veltrace::cli::kWrongUsage;
     }
     return run(file);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return runWith(argc, argv);
+    } catch (const std::exception& error) {
+        veltrace::cli::writeMessage(std::cerr, error.what());
+        return veltrace::cli::kOutputFailed;
+    }
 }
