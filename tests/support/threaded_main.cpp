@@ -1,3 +1,4 @@
+// Runs the tests of a program that reads a great many files.
 #include <gtest/gtest.h>
 #include <thread>
 
