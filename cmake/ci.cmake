@@ -10,10 +10,10 @@ endfunction()
 add_check(format scripts/check-format)
 add_check(scripts shellcheck .ci/run scripts/check-format scripts/check-tidy
   scripts/install-packages scripts/run scripts/test)
-foreach(preset IN ITEMS release dev asan)
+foreach(preset IN ITEMS release asan coverage)
   add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
 endforeach()
 
-# The lint reads the compile commands and generated headers of the dev tree.
+# The lint reads the compile commands and generated headers of the asan tree.
 add_check(tidy scripts/check-tidy)
-set_tests_properties(tidy PROPERTIES DEPENDS dev)
+set_tests_properties(tidy PROPERTIES DEPENDS asan)
