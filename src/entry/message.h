@@ -39,7 +39,7 @@ template <class... Pieces>
 }
 
 /// A file name as messages show it: between double-quote characters.
-[[nodiscard]] inline std::string quoted(std::string_view fileName) {
+[[nodiscard]] inline std::string inQuotes(std::string_view fileName) {
     return message('"', fileName, '"');
 }
 

@@ -45,7 +45,7 @@ void IFD::readNumIfdEntries() {
         const std::string text = message(
             "Unable to read the number of entries in one of the image file directories, "
             "the metadata in ",
-            quoted(reader_->fileName()), " may be corrupt.");
+            inQuotes(reader_->fileName()), " may be corrupt.");
         if (ifdId_ == IfdId::image && getNumFields() == 0) {
             throw VeltraceFatalError{identifier, text};
         }

@@ -41,7 +41,7 @@ bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
         issueHostWarning("ZEPHRA:veltrace:IFDSet:badNextIfdPointer",
                          message("Could not seek to the next image file directory pointer, "
                                  "the image file ",
-                                 quoted(reader_->fileName()), " is probably corrupt."));
+                                 inQuotes(reader_->fileName()), " is probably corrupt."));
         return false;
     }
     const std::uint64_t next = readNextIfdOffset();
@@ -54,7 +54,7 @@ bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
         issueHostWarning("ZEPHRA:veltrace:badNextIfdPointer",
                          message("The pointer to a secondary IFD exceeds the size of "
                                  "the image file ",
-                                 quoted(reader_->fileName()),
+                                 inQuotes(reader_->fileName()),
                                  " and therefore cannot be valid.  Some "
                                  "metadata might not be returned. "));
         return false;
@@ -63,7 +63,7 @@ bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
         issueHostWarning("ZEPHRA:veltrace:badNextIfdPointer",
                          message("Could not seek to the next image file directory, some metadata "
                                  "in the image file ",
-                                 quoted(reader_->fileName()), " might not have been retrieved."));
+                                 inQuotes(reader_->fileName()), " might not have been retrieved."));
         return false;
     }
     return true;
@@ -76,7 +76,7 @@ std::uint64_t IFDSet::readNextIfdOffset() const {
         issueHostWarning("ZEPHRA:veltrace:TagFile:nextIfdOffsetReadError",
                          message("Unable to read the offset value at byte position ", position,
                                  " to a following image file directory, the metadata in ",
-                                 quoted(reader_->fileName()), " may be corrupt."));
+                                 inQuotes(reader_->fileName()), " may be corrupt."));
         return 0;
     }
     return offset;

@@ -117,9 +117,9 @@ void TiffTag::readValueAtOffset(TagFile& reader, std::byte* value, std::uint32_t
                                                ", the image may be corrupt.")};
     }
     if (std::fread(value, width, elements, reader.stream()) < elements) {
-        const std::string what = name_.empty()
-                                     ? message("Unable to read value for TIFF tag #", tagId_)
-                                     : message("Unable to read TIFF tag ", quoted(name_), " value");
+        const std::string what =
+            name_.empty() ? message("Unable to read value for TIFF tag #", tagId_)
+                          : message("Unable to read TIFF tag ", inQuotes(name_), " value");
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:badTiffTagOffsetDataRead",
                                        message(what, " from byte location ", position, '.')};
     }
@@ -208,7 +208,7 @@ void TiffTag::convertRationals(const std::byte* value, const char* warningIdenti
 
 void TiffTag::warnOfDivisionByZero(const char* warningIdentifier) const {
     issueHostWarning(warningIdentifier,
-                     message("The computation of the tag value for ", quoted(name_),
+                     message("The computation of the tag value for ", inQuotes(name_),
                              " involves division by zero.  The value has been set to NaN."));
 }
 

@@ -54,7 +54,7 @@ void JpegTagFile::checkSignature() {
     if (std::fread(bytes, 1, sizeof bytes, stream()) < sizeof bytes) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:JpegTagFile:fileSignatureReadFailure",
                                  message("Unable to read the first two bytes of the file. ",
-                                         quoted(fileName()), " is probably corrupt.\n")};
+                                         inQuotes(fileName()), " is probably corrupt.\n")};
     }
     // Kept: one right byte is enough.
     if (bytes[0] != kMarkerPrefix && bytes[1] != kStartOfImage) {
@@ -119,15 +119,15 @@ void JpegTagFile::readExifHeader() {
     if (!read.starts_with("Exif")) {
         const std::string_view shown = read.substr(0, read.find('\0'));
         issueHostWarning("ZEPHRA:veltrace:badJpegExifHeaderValue",
-                         message("The JPEG Exif header reads as ", quoted(shown), " instead of ",
-                                 quoted("Exif  "), ", ", mayBeCorrupt()));
+                         message("The JPEG Exif header reads as ", inQuotes(shown), " instead of ",
+                                 inQuotes("Exif  "), ", ", mayBeCorrupt()));
     }
     readHeader();
     setIfdSet(std::make_unique<IFDSet>(*this, IfdId::image));
 }
 
 std::string JpegTagFile::mayBeCorrupt() const {
-    return message("the image file ", quoted(fileName()), " may be corrupt.");
+    return message("the image file ", inQuotes(fileName()), " may be corrupt.");
 }
 
 }  // namespace veltrace

@@ -25,7 +25,7 @@ TagFile::TagFile(const char* fileName) : fileName_(fileName) {
     if (stat64(fileName, &status_) != 0) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:statFailure",
-            message("The image file ", quoted(fileName_), " may not exist.\n")};
+            message("The image file ", inQuotes(fileName_), " may not exist.\n")};
     }
     determineComputerByteOrder();
     openStream("ZEPHRA:veltrace:TagFile:fileOpenFailure");
@@ -49,7 +49,7 @@ TagFile::TagFile(const TagFile& other) {
 TagFile& TagFile::operator=(const TagFile& other) {  // NOLINT(cert-oop54-cpp)
     if (!closeStream()) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:operator_equals",
-                                 message("Could not properly close ", quoted(fileName_), '\n')};
+                                 message("Could not properly close ", inQuotes(fileName_), '\n')};
     }
     copyDescription(other);
     openStream("ZEPHRA:veltrace:TagFileAssignmentOperator:fileOpenFailure");
@@ -60,7 +60,7 @@ TagFile::~TagFile() noexcept(false) {  // NOLINT(bugprone-exception-escape)
     ifdSet_.reset();
     if (!closeStream()) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:fileCloseFailure",
-                                 message("Could not properly close ", quoted(fileName_), '\n')};
+                                 message("Could not properly close ", inQuotes(fileName_), '\n')};
     }
 }
 
@@ -113,7 +113,7 @@ void TagFile::openStream(const char* failureIdentifier) {
     stream_.reset(fopen64(fileName_.c_str(), "rb"));
     if (!stream_) {
         throw VeltraceFatalError{failureIdentifier,
-                                 message("Could not open ", quoted(fileName_), '\n')};
+                                 message("Could not open ", inQuotes(fileName_), '\n')};
     }
 }
 

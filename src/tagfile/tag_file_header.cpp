@@ -29,7 +29,7 @@ void TagFile::readByteOrder() {
     if (std::fread(byteOrderMark_.data(), byteOrderMark_.size(), 1, stream()) != 1) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:tiffHeaderEndianReadFailure",
                                  message("Could not read TIFF header byte order the image file ",
-                                         quoted(fileName_), " may be corrupt.")};
+                                         inQuotes(fileName_), " may be corrupt.")};
     }
     // Either mark repeats one letter, so it reads the same in any byte order.
     headerByteOrder_ = HeaderByteOrder{std::bit_cast<std::uint16_t>(byteOrderMark_)};
@@ -37,7 +37,7 @@ void TagFile::readByteOrder() {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:badEndianness",
             message("The endian signature [", unsigned{byteOrderMark_[0]}, ' ',
-                    unsigned{byteOrderMark_[1]}, "] of ", quoted(fileName_),
+                    unsigned{byteOrderMark_[1]}, "] of ", inQuotes(fileName_),
                     "  is neither [77 77] (big-endian) nor [73 73] (little-endian),"
                     "the image file may be corrupt.")};
     }

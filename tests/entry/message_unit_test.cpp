@@ -30,8 +30,8 @@ TEST(Message, PrintsNumbersOfEveryWidthToTheirLimits) {
 }
 
 TEST(Message, QuotesAFileName) {
-    EXPECT_EQ(quoted("kiln.tif"), "\"kiln.tif\"");
-    EXPECT_EQ(quoted(""), "\"\"");
+    EXPECT_EQ(inQuotes("kiln.tif"), "\"kiln.tif\"");
+    EXPECT_EQ(inQuotes(""), "\"\"");
 }
 
 }  // namespace

@@ -195,15 +195,25 @@ TEST_P(HeaderOf, SeekThatIsRefusedIsFatal) {
                       "image may be corrupt.\n"));
 }
 
-TEST(BigTiffHeader, TruncatedOffsetSizeOrPaddingIsFatal) {
-    for (const std::size_t size : {4U, 5U, 6U, 7U}) {
-        Bytes bytes = TiffBuilder(Order::little, Flavour::big).bytes();
-        bytes.resize(size);
-        const MemoryFile file(bytes);
-        BigTiffTagFile reader(file.name().c_str());
-        EXPECT_EQ(fatalErrorOf([&] { reader.readHeader(); }).identifier,
-                  "ZEPHRA:veltrace:bigTiff:badOffsetSizeRead");
-    }
+void expectTruncationIsFatal(const Bytes& bytes, const std::string& text) {
+    const MemoryFile file(bytes);
+    BigTiffTagFile reader(file.name().c_str());
+    EXPECT_EQ(fatalErrorOf([&] { reader.readHeader(); }),
+              message("ZEPHRA:veltrace:bigTiff:badOffsetSizeRead", text));
+}
+
+TEST(BigTiffHeader, TruncatedOffsetSizeIsFatal) {
+    const std::string text =
+        "Could not read offset size in the TIFF header, the image may be corrupt.";
+    expectTruncationIsFatal({'I', 'I', 43, 0}, text);
+    expectTruncationIsFatal({'M', 'M', 43, 0, 0}, text);
+}
+
+// Kept: shares the identifier of the offset size.
+TEST(BigTiffHeader, TruncatedPaddingIsFatal) {
+    const std::string text = "Could not read Big TIFF header padding, the image may be corrupt.";
+    expectTruncationIsFatal({'I', 'I', 43, 0, 8, 0}, text);
+    expectTruncationIsFatal({'M', 'M', 43, 0, 0, 8, 0}, text);
 }
 
 // readAll
