@@ -1,0 +1,59 @@
+// What a dump does to the stream besides writing to it.
+#include <functional>
+#include <gtest/gtest.h>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "diag/dump.h"
+#include "ifd/ifd_set.h"
+#include "support/memory_file.h"
+#include "support/quiet_call.h"
+#include "support/tiff_builder.h"
+#include "tagfile/jpeg_tag_file.h"
+
+namespace veltrace::test {
+
+namespace {
+
+/// A reader of an image directory, an Exif directory, known tags and an unknown one.
+void withReader(const std::function<void(const TagFile&)>& body) {
+    inQuietCall([&] {
+        TiffBuilder tiff;
+        tiff.image().sub(34665, tiff.child().shorts(305, {31}).shorts(65000, {32}));
+        const MemoryFile file(jpegWithExif(tiff.bytes()));
+        JpegTagFile reader(file.name().c_str());
+        reader.readAll();
+        body(reader);
+    });
+}
+
+/// Keeps the lengths that its text had at each flush.
+class FlushedText : public std::stringbuf {
+public:
+    [[nodiscard]] bool wasFlushedAt(std::size_t length) const { return lengths_.contains(length); }
+
+private:
+    int sync() override {
+        lengths_.insert(str().size());
+        return 0;
+    }
+    std::set<std::size_t> lengths_;
+};
+
+TEST(DumpStream, IsFlushedAfterEveryLine) {
+    withReader([](const TagFile& reader) {
+        FlushedText buffer;
+        std::ostream(&buffer) << reader;
+        const std::string text = buffer.str();
+        const std::size_t emptyLines = text.size() - 2;  // the two at the end count as one
+        for (std::size_t end = text.find('\n'); end < emptyLines; end = text.find('\n', end + 1)) {
+            EXPECT_TRUE(buffer.wasFlushedAt(end + 1)) << text.substr(0, end);
+        }
+        EXPECT_TRUE(buffer.wasFlushedAt(text.size()));
+    });
+}
+
+}  // namespace
+
+}  // namespace veltrace::test
