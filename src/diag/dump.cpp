@@ -18,6 +18,20 @@ constexpr std::string_view kHeavyRule =
 constexpr std::string_view kLightRule =
     "+------------------------------------------------------------";
 
+/// Numbers are decimal while one lives; then the stream has its own format flags again.
+class DecimalNumbers {
+public:
+    explicit DecimalNumbers(std::ostream& stream)
+        : stream_(stream), flags_(stream.flags(std::ios_base::dec)) {}
+    DecimalNumbers(const DecimalNumbers&) = delete;
+    DecimalNumbers& operator=(const DecimalNumbers&) = delete;
+    ~DecimalNumbers() { stream_.flags(flags_); }
+
+private:
+    std::ostream& stream_;
+    std::ios_base::fmtflags flags_;
+};
+
 /// The pieces as one line. Flushed, so that the dump shows how far it came when the process dies.
 template <class... Pieces>
 void writeLine(std::ostream& stream, const Pieces&... pieces) {
@@ -54,6 +68,7 @@ void writeNumbers(std::ostream& stream, std::string_view label,
 }  // namespace
 
 std::ostream& operator<<(std::ostream& stream, const TagFile& file) {
+    const DecimalNumbers decimalNumbers(stream);
     writeLine(stream, kHeavyRule);
     writeLine(stream, "TagFile:  filename ==> ", file.fileName());
     writeLine(stream, "\tFile pos ==> ", static_cast<std::uint32_t>(file.position()));
@@ -72,6 +87,7 @@ std::ostream& operator<<(std::ostream& stream, const TagFile& file) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const IFDSet& ifdSet) {
+    const DecimalNumbers decimalNumbers(stream);
     writeLine(stream, kHeavyRule);
     writeLine(stream, "There are ", ifdSet.getNumIfds(), " IFDs in the current set.");
     std::uint32_t index = 0;
@@ -92,6 +108,7 @@ std::ostream& operator<<(std::ostream& stream, const IFDSet& ifdSet) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const IFD& ifd) {
+    const DecimalNumbers decimalNumbers(stream);
     writeLine(stream, kLightRule);
     writeTags(stream, ifd.knownTags(), "known");
     writeTags(stream, ifd.unknownTags(), "unknown");
@@ -100,7 +117,7 @@ std::ostream& operator<<(std::ostream& stream, const IFD& ifd) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const TiffTag& tag) {
-    const std::ios_base::fmtflags flags = stream.flags(std::ios_base::dec);
+    const DecimalNumbers decimalNumbers(stream);
     writeLine(stream, kHeavyRule);
     writeLine(stream, "Tag ID ", tag.tagId(), ": ", tag.name());
     writeLine(stream, "Format:  ", tag.dataType());
@@ -114,7 +131,6 @@ std::ostream& operator<<(std::ostream& stream, const TiffTag& tag) {
         stream << *tag.subDirectory();
     }
     writeLine(stream, kHeavyRule);
-    stream.flags(flags);
     return stream;
 }
 

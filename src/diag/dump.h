@@ -11,7 +11,8 @@ class TagFile;
 class TiffTag;
 
 // Each writes its object and what that object owns, down to every tag, flushes and returns the
-// stream. Texts of the file go out byte for byte, control characters included.
+// stream. Texts of the file go out byte for byte, control characters included. Numbers are decimal
+// whatever the stream's format flags say, and the stream gets its flags back.
 
 /// The file, the reader's state and, once read, the main chain.
 std::ostream& operator<<(std::ostream& stream, const TagFile& file);
@@ -23,8 +24,7 @@ std::ostream& operator<<(std::ostream& stream, const IFDSet& ifdSet);
 std::ostream& operator<<(std::ostream& stream, const IFD& ifd);
 
 /// A tag as its entry states it, its numbers as decoded and as reported, and its sub-directory.
-/// Numbers are decimal with eight significant digits. The stream gets its format flags back, but
-/// keeps that precision.
+/// These numbers have eight significant digits, a precision that the stream keeps.
 std::ostream& operator<<(std::ostream& stream, const TiffTag& tag);
 
 }  // namespace veltrace

@@ -54,6 +54,27 @@ TEST(DumpStream, IsFlushedAfterEveryLine) {
     });
 }
 
+/// Other numbers than decimal ones must neither come out nor be forgotten.
+template <class Object>
+void expectDecimal(const Object& object) {
+    std::ostringstream plain;
+    plain << object;
+    std::ostringstream stream;
+    stream << std::hex << std::showbase << std::showpos << std::scientific;
+    const std::ios_base::fmtflags flags = stream.flags();
+    stream << object;
+    EXPECT_EQ(stream.str(), plain.str());
+    EXPECT_EQ(stream.flags(), flags);
+}
+
+TEST(DumpStream, GetsDecimalNumbersAndKeepsItsFlags) {
+    withReader([](const TagFile& reader) {
+        expectDecimal(reader);
+        expectDecimal(*reader.ifdSet());
+        expectDecimal(reader.ifdSet()->directories().at(0));
+    });
+}
+
 }  // namespace
 
 }  // namespace veltrace::test
