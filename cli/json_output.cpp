@@ -1,6 +1,6 @@
 #include "json_output.h"
 
-#include "json_value.h"
+#include "render/json_value.h"
 
 namespace veltrace::cli {
 namespace {

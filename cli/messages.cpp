@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "escape.h"
+#include "render/escape.h"
 
 namespace veltrace::cli {
 namespace {

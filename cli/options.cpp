@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "escape.h"
+#include "render/escape.h"
 #include "version.h"
 
 namespace veltrace::cli {

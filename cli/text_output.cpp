@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 #include <vector>
 
-#include "escape.h"
-#include "value_summary.h"
+#include "render/escape.h"
+#include "render/value_summary.h"
 
 namespace veltrace::cli {
 namespace {

@@ -15,7 +15,7 @@
 #include "entry/create_reader.h"
 #include "entry/errors.h"
 #include "entry/host_messages.h"
-#include "escape.h"
+#include "render/escape.h"
 #include "exit_status.h"
 #include "messages.h"
 #include "tagfile/tag_file.h"

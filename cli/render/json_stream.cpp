@@ -1,4 +1,4 @@
-#include "json_stream.h"
+#include "render/json_stream.h"
 
 #include <fmt/format.h>
 

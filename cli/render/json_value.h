@@ -6,7 +6,7 @@
 
 #include "zephra/host/value.h"
 
-#include "json_stream.h"
+#include "render/json_stream.h"
 
 namespace veltrace::cli {
 

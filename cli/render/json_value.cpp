@@ -1,4 +1,4 @@
-#include "json_value.h"
+#include "render/json_value.h"
 
 #include <array>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "escape.h"
+#include "render/escape.h"
 
 namespace veltrace::cli {
 namespace {

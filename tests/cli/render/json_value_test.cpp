@@ -1,4 +1,4 @@
-#include "json_value.h"
+#include "render/json_value.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

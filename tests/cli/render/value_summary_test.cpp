@@ -1,4 +1,4 @@
-#include "value_summary.h"
+#include "render/value_summary.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

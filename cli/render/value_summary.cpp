@@ -1,4 +1,4 @@
-#include "value_summary.h"
+#include "render/value_summary.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 #include <string_view>
 
-#include "escape.h"
+#include "render/escape.h"
 
 namespace veltrace::cli {
 namespace {

@@ -1,4 +1,4 @@
-#include "escape.h"
+#include "render/escape.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,53 @@
+// Text that may not grow without end.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "render/renderer.h"
+
+namespace veltrace::cli {
+
+/// Bytes of all texts of one rendering that may still be written.
+class Allowance {
+public:
+    explicit Allowance(std::size_t bytes) : left_(bytes) {}
+
+    /// Throws OutputTooLarge.
+    void take(std::size_t bytes) {
+        if (bytes > left_) {
+            throw OutputTooLarge();
+        }
+        left_ -= bytes;
+    }
+
+private:
+    std::size_t left_;
+};
+
+/// A text that is written at its end, as RapidJSON's Writer and others do. `allowance` outlives it.
+class BoundedText {
+public:
+    using Ch = char;
+
+    explicit BoundedText(Allowance& allowance) : allowance_(&allowance) {}
+
+    void append(std::string_view piece) {
+        allowance_->take(piece.size());
+        text_.append(piece);
+    }
+    void append(char c) {
+        allowance_->take(1);
+        text_.push_back(c);
+    }
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] std::string take() && { return std::move(text_); }
+
+private:
+    Allowance* allowance_;
+    std::string text_;
+};
+
+}  // namespace veltrace::cli

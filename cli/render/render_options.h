@@ -1,0 +1,28 @@
+// What the user asks of the values in the output.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "render/format.h"
+
+namespace veltrace::cli {
+
+struct RenderOptions {
+    Format format = Format::text;
+    /// Dotted paths of field names; empty: every field. A path that ends at a directory stands for
+    /// the whole of it, and a path goes into every directory of a chain.
+    std::vector<std::string> fields;
+    /// Elements of an array that text shows.
+    std::size_t maxValues = 12;
+    /// JSON leaves out values with more elements.
+    std::optional<std::size_t> omitLargerThan;
+    /// Text is marked up for a terminal.
+    bool colour = false;
+    /// Bytes that one rendering may have.
+    std::size_t largestOutput = std::size_t{32} << 20;
+};
+
+}  // namespace veltrace::cli
