@@ -1,0 +1,102 @@
+#include "render/json_check.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "render/json_writer.h"
+
+using namespace std::string_literals;
+
+namespace veltrace::cli {
+namespace {
+
+TEST(JsonCheck, TakesArraysOfEveryKindOfValue) {
+    for (const char* const json :
+         {"[]", "[{}]",
+          R"([{"Width":7,"Make":"Kiln\u0000","A":[1,-2.5e-07,null],"B":[true,false]}])",
+          R"(["\"\\\b\f\n\r\t\u001b\u0085\u2028\u2029"])",
+          "[\"\u00e9\u65e5\U0001F4F7\u00a0\u2027\"]", R"(["\\uD800"])"}) {
+        EXPECT_TRUE(isJsonArray(json)) << json;
+    }
+}
+
+TEST(JsonCheck, RefusesWhatIsNotOneArray) {
+    for (const char* const json :
+         {"", "{}", "null", "\"[]\"", "[", "]", "[]]", "[][]", "[],[]", " []", "[1,]", "[,1]",
+          "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]"}) {
+        EXPECT_FALSE(isJsonArray(json)) << json;
+    }
+}
+
+TEST(JsonCheck, RefusesWordsAndNumbersThatAreNotJson) {
+    for (const char* const json :
+         {"[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
+          "[-]", "[1e]", "[0x1]", "['a']", "[/**/1]"}) {
+        EXPECT_FALSE(isJsonArray(json)) << json;
+    }
+}
+
+TEST(JsonCheck, RefusesControlsAndSeparatorsAsTheyAre) {
+    for (int code = 0; code < 0x20; ++code) {
+        EXPECT_FALSE(isJsonArray("[\""s + static_cast<char>(code) + "\"]")) << code;
+        EXPECT_FALSE(isJsonArray("[1,"s + static_cast<char>(code) + "1]")) << code;
+        EXPECT_FALSE(isJsonArray("[]"s + static_cast<char>(code))) << code;
+    }
+    for (const char* const text : {"\x7f", "\u0080", "\u0085", "\u009f", "\u2028", "\u2029"}) {
+        EXPECT_FALSE(isJsonArray("[\""s + text + "\"]")) << testing::PrintToString(text);
+    }
+}
+
+TEST(JsonCheck, RefusesTextThatIsNoUnicode) {
+    for (const char* const text :
+         {"\xff", "\x80", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xc3", "\xe2", "\xc2",
+          R"(\ud800)", R"(\udc00)", R"(\uD83D\uDCF7)", R"(\x41)", R"(\u00g0)", R"(\u00)", R"(\)"}) {
+        EXPECT_FALSE(isJsonArray("[\""s + text + "\"]")) << testing::PrintToString(text);
+    }
+}
+
+TEST(JsonCheck, TakesTheDeepestNestingAndNoDeeper) {
+    const std::string open(kDeepestJson, '[');
+    const std::string close(kDeepestJson, ']');
+    EXPECT_TRUE(isJsonArray(open + close));
+    EXPECT_FALSE(isJsonArray("[" + open + close + "]"));
+    EXPECT_FALSE(isJsonArray(std::string(std::size_t{32} << 20, '[')));
+}
+
+TEST(JsonCheck, TakesListsOfTheirKind) {
+    for (const auto kind : {ListedAs::nonfinite, ListedAs::latin1, ListedAs::omitted}) {
+        EXPECT_TRUE(isListOf(kind, ""));
+    }
+    EXPECT_TRUE(isListOf(ListedAs::nonfinite, R"({"at":"/info/0/A","is":"NaN"})"));
+    EXPECT_TRUE(
+        isListOf(ListedAs::nonfinite,
+                 R"({"at":"/info/0/A/2","is":"Infinity"},{"at":"/info/1/A","is":"-Infinity"})"));
+    EXPECT_TRUE(isListOf(ListedAs::latin1, R"("/info/0/Make","/info/0/\"~1\u001b")"));
+    EXPECT_TRUE(
+        isListOf(ListedAs::omitted,
+                 R"({"at":"/info/0/A","size":[1,4294967296]},{"at":"/info/0/B","size":[0,2]})"));
+}
+
+TEST(JsonCheck, RefusesListsOfAnotherShape) {
+    const std::string nan = R"({"at":"/info/0/A","is":"NaN"})";
+    for (const std::string& list :
+         {"," + nan, nan + ",", nan + nan, "[" + nan + "]", nan + "]", nan + ",1",
+          R"("/info/0/A")"s, R"({"at":"/info/0/A"})"s, R"({"is":"NaN","at":"/info/0/A"})"s,
+          R"({"at":"/info/0/A","is":"nan"})"s, R"({"at":"/info/0/A","is":null})"s,
+          R"({"at":"/path","is":"NaN"})"s, R"({"at":"/info/0/A","is":"NaN","x":1})"s,
+          R"({"at":"/info/0/A","at":"/info/0/A"})"s, std::string(1 << 20, '['), "null"s, "\n"s}) {
+        EXPECT_FALSE(isListOf(ListedAs::nonfinite, list)) << list.substr(0, 99);
+    }
+    for (const char* const list : {"1", "null", R"("/error/text")", R"(["/info/0"])", R"("\n")",
+                                   "\"/info/\x80\"", "\"/info/\n\"", R"("/info/0","NaN")"}) {
+        EXPECT_FALSE(isListOf(ListedAs::latin1, list)) << list;
+    }
+    for (const char* const size : {"1", "[]", "[1]", "[1,2,3]", "[1,-2]", "[1,2.5]", "[1,\"2\"]",
+                                   "[1,18446744073709551616]", "null"}) {
+        const std::string list = R"({"at":"/info/0/A","size":)"s + size + "}";
+        EXPECT_FALSE(isListOf(ListedAs::omitted, list)) << list;
+    }
+}
+
+}  // namespace
+}  // namespace veltrace::cli
