@@ -1,0 +1,134 @@
+#include "record/json_record.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace veltrace::cli {
+namespace {
+
+RenderOptions as(Format format) {
+    RenderOptions options;
+    options.format = format;
+    return options;
+}
+
+Record fileThatIsFine(std::uint64_t sequence, std::string path) {
+    Record record{sequence, std::move(path), {}};
+    record.outcome.elapsedMicroseconds = 112;
+    record.outcome.rendering.body = R"([{"Width":7}])";
+    return record;
+}
+
+std::string lineOf(const Record& record, const RenderOptions& options = as(Format::ndjson)) {
+    std::string out;
+    JsonRecordWriter(options).record(record, out);
+    return out;
+}
+
+TEST(JsonRecord, HasItsMembersInTheirOrder) {
+    EXPECT_EQ(lineOf(fileThatIsFine(3, "a.tif")),
+              R"({"v":1,"seq":3,"path":"a.tif","status":"ok","error":null,"warnings":[],)"
+              R"("warnings_dropped":0,"elapsed_us":112,"info":[{"Width":7}],)"
+              R"("nonfinite":[],"latin1":[]})"
+              "\n");
+}
+
+TEST(JsonRecord, KeepsWarningsAndCountsTheOthers) {
+    Record record = fileThatIsFine(0, "w.tif");
+    record.outcome.status = Status::warned;
+    record.outcome.warnings = {{"X:first", "one\n"}, {"X:second", "two"}};
+    record.outcome.warningsDropped = 17;
+    EXPECT_EQ(lineOf(record),
+              R"({"v":1,"seq":0,"path":"w.tif","status":"warned","error":null,)"
+              R"("warnings":[{"id":"X:first","text":"one\n"},{"id":"X:second","text":"two"}],)"
+              R"("warnings_dropped":17,"elapsed_us":112,"info":[{"Width":7}],)"
+              R"("nonfinite":[],"latin1":[]})"
+              "\n");
+}
+
+TEST(JsonRecord, AFailureHasAnErrorAndNoDirectories) {
+    const Record record{18446744073709551615U, "e.tif",
+                        failure(Status::limitTime, "X:late", "it \"broke\"")};
+    EXPECT_EQ(lineOf(record),
+              R"({"v":1,"seq":18446744073709551615,"path":"e.tif","status":"limit-time",)"
+              R"("error":{"id":"X:late","text":"it \"broke\""},"warnings":[],)"
+              R"("warnings_dropped":0,"elapsed_us":0,"info":[],"nonfinite":[],"latin1":[]})"
+              "\n");
+}
+
+TEST(JsonRecord, PathsThatAreNoUtf8AreInBase64) {
+    EXPECT_NE(lineOf(fileThatIsFine(0, "caf\u00e9\n")).find("\"path\":\"caf\u00e9\\n\",\"status\""),
+              std::string::npos);
+    const std::string line = lineOf(fileThatIsFine(0, "caf\xe9"));
+    EXPECT_NE(line.find(R"("seq":0,"path_b64":"Y2Fm6Q==","status")"), std::string::npos);
+    EXPECT_EQ(line.find(R"("path":)"), std::string::npos);
+}
+
+TEST(JsonRecord, ListsTextsOfMessagesBeforeThoseOfFields) {
+    Record record = fileThatIsFine(0, "m.tif");
+    record.outcome.status = Status::error;
+    record.outcome.error = {"X:id", "caf\xe9"};
+    record.outcome.warnings = {{"X:a", "fine"}, {"X:\xff", "\xfe"}};
+    record.outcome.rendering.latin1 = R"("/info/0/Make","/info/0/Model")";
+    const std::string line = lineOf(record);
+    EXPECT_NE(line.find("\"error\":{\"id\":\"X:id\",\"text\":\"caf\u00e9\"},\"warnings\":["
+                        "{\"id\":\"X:a\",\"text\":\"fine\"},"
+                        "{\"id\":\"X:\u00ff\",\"text\":\"\u00fe\"}]"),
+              std::string::npos)
+        << line;
+    EXPECT_NE(line.find(R"("latin1":["/error/text","/warnings/1/id","/warnings/1/text",)"
+                        R"("/info/0/Make","/info/0/Model"]})"),
+              std::string::npos)
+        << line;
+    record.outcome.rendering.latin1 = "";
+    EXPECT_NE(lineOf(record).find(R"("/warnings/1/text"]})"), std::string::npos);
+}
+
+TEST(JsonRecord, GivesTheListsOfTheRendering) {
+    Record record = fileThatIsFine(0, "n.tif");
+    record.outcome.rendering.nonfinite = R"({"at":"/info/0/X","is":"NaN"})";
+    record.outcome.rendering.omitted = R"({"at":"/info/0/Y","size":[1,9]})";
+    RenderOptions options = as(Format::ndjson);
+    const std::string nonfinite = R"("nonfinite":[{"at":"/info/0/X","is":"NaN"}],"latin1":[])";
+    EXPECT_TRUE(lineOf(record, options).ends_with(nonfinite + "}\n"));
+    options.omitLargerThan = 8;
+    EXPECT_TRUE(
+        lineOf(record, options)
+            .ends_with(nonfinite + R"(,"omitted":[{"at":"/info/0/Y","size":[1,9]}]})" + "\n"));
+    EXPECT_TRUE(lineOf(fileThatIsFine(0, "o.tif"), options)
+                    .ends_with(R"(,"omitted":[]})"
+                               "\n"));
+}
+
+TEST(JsonRecord, NdjsonIsRecordsAndNothingElse) {
+    JsonRecordWriter writer(as(Format::ndjson));
+    std::string out;
+    writer.begin(out);
+    writer.record(fileThatIsFine(0, "a"), out);
+    writer.record(fileThatIsFine(1, "b"), out);
+    writer.end(out);
+    EXPECT_EQ(out, lineOf(fileThatIsFine(0, "a")) + lineOf(fileThatIsFine(1, "b")));
+}
+
+TEST(JsonRecord, JsonIsOneArrayWithALineForEachRecord) {
+    JsonRecordWriter writer(as(Format::json));
+    std::string out;
+    writer.begin(out);
+    writer.record(fileThatIsFine(0, "a"), out);
+    writer.record(fileThatIsFine(1, "b"), out);
+    writer.end(out);
+    std::string a = lineOf(fileThatIsFine(0, "a"));
+    a.pop_back();
+    EXPECT_EQ(out, "[\n" + a + ",\n" + lineOf(fileThatIsFine(1, "b")) + "]\n");
+}
+
+TEST(JsonRecord, JsonWithoutRecordsIsAnEmptyArray) {
+    JsonRecordWriter writer(as(Format::json));
+    std::string out;
+    writer.begin(out);
+    writer.end(out);
+    EXPECT_EQ(out, "[\n]\n");
+}
+
+}  // namespace
+}  // namespace veltrace::cli
