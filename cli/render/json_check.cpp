@@ -88,7 +88,7 @@ public:
     [[nodiscard]] const std::string& parts() const { return parts_; }
 
     // NOLINTBEGIN(readability-identifier-naming): RapidJSON's names
-    bool Default() { return false; }
+    static bool Default() { return false; }
     bool StartArray() { return note('['); }
     bool StartObject() { return note('{'); }
     bool EndArray(rapidjson::SizeType /*count*/) { return note(']'); }

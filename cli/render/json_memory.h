@@ -13,9 +13,9 @@ struct JsonMemory {
     static constexpr bool kNeedFree = true;
 
     // NOLINTBEGIN(readability-identifier-naming, cppcoreguidelines-no-malloc)
-    void* Malloc(std::size_t size) { return Realloc(nullptr, 0, size); }
+    static void* Malloc(std::size_t size) { return Realloc(nullptr, 0, size); }
 
-    void* Realloc(void* block, std::size_t /*oldSize*/, std::size_t size) {
+    static void* Realloc(void* block, std::size_t /*oldSize*/, std::size_t size) {
         if (size == 0) {
             std::free(block);
             return nullptr;
