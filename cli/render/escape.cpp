@@ -1,5 +1,6 @@
 #include "render/escape.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
 #include <optional>
@@ -15,8 +16,15 @@ struct Piece {
     std::optional<unsigned> codePoint;
 };
 
+constexpr bool isPrintableAscii(char c) {
+    return c >= ' ' && c <= '~';
+}
+
 /// `bytes` must not be empty.
 Piece firstPiece(std::string_view bytes) {
+    if (isPrintableAscii(bytes.front())) {
+        return {bytes.substr(0, 1), static_cast<unsigned>(bytes.front())};
+    }
     rapidjson::MemoryStream stream(bytes.data(), bytes.size());
     unsigned codePoint = 0;
     if (rapidjson::UTF8<>::Decode(stream, &codePoint)) {
@@ -25,9 +33,25 @@ Piece firstPiece(std::string_view bytes) {
     return {bytes.substr(0, 1), std::nullopt};
 }
 
+struct CodeRange {
+    unsigned first;
+    unsigned last;
+};
+
+// Text that turned the direction of writing could pass for what it is not.
+constexpr CodeRange kControls[] = {
+    {0x00, 0x1f},     {0x7f, 0x9f},     {0x061c, 0x061c}, {0x200e, 0x200f},
+    {0x2028, 0x2029}, {0x202a, 0x202e}, {0x2066, 0x2069},
+};
+
+bool isControl(unsigned code) {
+    return std::ranges::any_of(kControls, [code](const CodeRange& range) {
+        return range.first <= code && code <= range.last;
+    });
+}
+
 bool isPrintable(const Piece& piece) {
-    const auto code = piece.codePoint;
-    return code && *code >= 0x20 && (*code < 0x7f || *code > 0x9f);
+    return piece.codePoint && !isControl(*piece.codePoint);
 }
 
 void appendVisible(std::string& text, const Piece& piece) {
@@ -59,6 +83,17 @@ std::string visible(std::string_view bytes) {
         bytes.remove_prefix(piece.bytes.size());
     }
     return text;
+}
+
+bool isPrintable(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const Piece piece = firstPiece(bytes);
+        if (!isPrintable(piece)) {
+            return false;
+        }
+        bytes.remove_prefix(piece.bytes.size());
+    }
+    return true;
 }
 
 std::string asUtf8(std::string_view bytes) {

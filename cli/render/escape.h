@@ -9,8 +9,12 @@ namespace veltrace::cli {
 
 /// `bytes` as one line that a terminal takes as text: printable UTF-8 stays, a backslash is
 /// doubled, a newline, carriage return or tab becomes \n, \r or \t, and every byte of any other
-/// control character (C0, DEL, C1) or of invalid UTF-8 becomes \xHH.
+/// control character (see `isPrintable`) or of invalid UTF-8 becomes \xHH.
 [[nodiscard]] std::string visible(std::string_view bytes);
+
+/// Whether `bytes` is valid UTF-8 without control characters: C0, DEL, C1, the separators of lines
+/// and paragraphs (U+2028, U+2029), and those that turn the direction of writing (Bidi_Control).
+[[nodiscard]] bool isPrintable(std::string_view bytes);
 
 /// `bytes` as valid UTF-8: what is valid stays, every other byte becomes the character of its code
 /// (U+0080 to U+00FF).

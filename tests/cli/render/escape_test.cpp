@@ -26,6 +26,34 @@ TEST(Visible, ShowsC1ControlsOfValidUtf8ByteByByte) {
     EXPECT_EQ(visible("\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0"), "\\xc2\\x80\\xc2\\x9b\\xc2\\x9f\u00a0");
 }
 
+TEST(Visible, ShowsSeparatorsOfLinesAndTurnsOfDirectionByteByByte) {
+    EXPECT_EQ(visible("a\u2028\u2029"), R"(a\xe2\x80\xa8\xe2\x80\xa9)");
+    EXPECT_EQ(visible("\u061c"), R"(\xd8\x9c)");
+    EXPECT_EQ(visible("\u200e\u200f"), R"(\xe2\x80\x8e\xe2\x80\x8f)");
+    EXPECT_EQ(visible("\u202a\u202e"), R"(\xe2\x80\xaa\xe2\x80\xae)");
+    EXPECT_EQ(visible("\u2066\u2069"), R"(\xe2\x81\xa6\xe2\x81\xa9)");
+}
+
+TEST(Visible, KeepsTheNeighboursOfEveryControlCharacter) {
+    const std::string neighbours = " ~\u00a0\u061b\u061d\u200d\u2010\u2027\u202f\u2065\u206a";
+    EXPECT_EQ(visible(neighbours), neighbours);
+}
+
+TEST(IsPrintable, HoldsForWhatVisibleGives) {
+    EXPECT_TRUE(isPrintable(""));
+    EXPECT_TRUE(isPrintable("plain ~ text \\ Stra\u00dfe \U0001f5bc"));
+    EXPECT_TRUE(isPrintable(visible("\0\x1b\x7f\xff\u0085\u2028\u202e\n"s)));
+}
+
+TEST(IsPrintable, RefusesControlCharactersAndInvalidUtf8) {
+    for (const char* const bytes :
+         {"a\n", "\x1b[m", "\t", "\x7f", "\u0080", "\u009f", "\u061c", "\u200e", "\u2028", "\u202c",
+          "\u2067", "caf\xe9", "\xc0\xaf"}) {
+        EXPECT_FALSE(isPrintable(bytes)) << visible(bytes);
+    }
+    EXPECT_FALSE(isPrintable("\0"s));
+}
+
 TEST(Visible, DoublesTheBackslashSoThatEscapesCannotBeForged) {
     EXPECT_EQ(visible(R"(C:\x1b)"), R"(C:\\x1b)");
 }
