@@ -1,0 +1,133 @@
+#include "render/text_value.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "made_values.h"
+
+using namespace std::string_literals;
+
+namespace veltrace::cli {
+namespace {
+
+constexpr std::size_t kPlenty = 1000;
+
+std::string textOf(const std::function<qvArray*()>& make, std::size_t maxValues = kPlenty,
+                   bool hasColour = false) {
+    const zephra::CallResult result = called(make);
+    Allowance allowance(10'000);
+    BoundedText out(allowance);
+    TextValueWriter(out, maxValues, TextStyle(hasColour)).write(result.output());
+    return out.text();
+}
+
+bool isBlankValue(const std::function<qvArray*()>& make) {
+    return isBlank(called(make).output());
+}
+
+TEST(TextValue, TextLosesItsTrailingNulsOnly) {
+    EXPECT_EQ(textOf([] { return characters("kiln\0\0"s); }), "kiln");
+    EXPECT_EQ(textOf([] { return characters("a\0b\0"s); }), R"(a\x00b)");
+    EXPECT_EQ(textOf([] { return characters("\0\0"s); }), "");
+}
+
+TEST(TextValue, NoControlByteIsWritten) {
+    EXPECT_EQ(textOf([] { return characters("\x1b[2J\xff\u202e\n"); }),
+              R"(\x1b[2J\xff\xe2\x80\xae\n)");
+}
+
+TEST(TextValue, LongTextIsCutAndItsSizeTold) {
+    EXPECT_EQ(textOf([] { return characters(std::string(400, 'x')); }), std::string(400, 'x'));
+    EXPECT_EQ(textOf([] { return characters(std::string(401, 'x') + '\0'); }),
+              std::string(400, 'x') + "... [401 bytes]");
+}
+
+TEST(TextValue, NumbersAreBrief) {
+    EXPECT_EQ(textOf([] { return qvCreateDoubleScalar(-4294967295.0); }), "-4294967295");
+    EXPECT_EQ(textOf([] { return qvCreateDoubleScalar(2.0 / 3.0); }), "0.6666667");
+    EXPECT_EQ(textOf([] { return qvCreateDoubleScalar(-HUGE_VAL); }), "-Infinity");
+}
+
+TEST(TextValue, RowsAndColumnsReadAlike) {
+    EXPECT_EQ(textOf([] { return numbers(1, 3, {8, 9, 10}); }), "8, 9, 10");
+    EXPECT_EQ(textOf([] { return numbers(3, 1, {1, 2, 3}); }), "1, 2, 3");
+}
+
+TEST(TextValue, AMatrixReadsRowByRow) {
+    EXPECT_EQ(textOf([] { return numbers(2, 3, {1, 2, 3, 4, 5, 6}); }), "1, 3, 5; 2, 4, 6");
+}
+
+TEST(TextValue, LongArraysAreCutAndTheirSizeTold) {
+    const auto three = [] { return numbers(3, 1, {1, 2, 3}); };
+    EXPECT_EQ(textOf(three, 3), "1, 2, 3");
+    EXPECT_EQ(textOf(three, 2), "1, 2, ... [3 x 1]");
+    EXPECT_EQ(textOf(three, 0), "... [3 x 1]");
+    EXPECT_EQ(textOf(
+                  [] {
+                      return numbers(256, 3, {0.5, 0.25});
+                  },
+                  4),
+              "0.5, 0, 0; 0.25, ... [256 x 3]");
+}
+
+TEST(TextValue, SizesAreDimWithColour) {
+    EXPECT_EQ(textOf(
+                  [] {
+                      return numbers(3, 1, {1, 2, 3});
+                  },
+                  1, true),
+              "1, ... \x1b[2m[3 x 1]\x1b[0m");
+    EXPECT_EQ(textOf([] { return characters(std::string(401, 'x')); }, 1, true),
+              std::string(400, 'x') + "... \x1b[2m[401 bytes]\x1b[0m");
+}
+
+TEST(TextValue, LogicalsAreWords) {
+    EXPECT_EQ(textOf([] {
+                  const std::array<std::size_t, 2> size{1, 2};
+                  qvArray* const array =
+                      qvCreateNumericArray(2, size.data(), qvClassLogical, qvReal);
+                  static_cast<unsigned char*>(qvGetData(array))[1] = 1;
+                  return array;
+              }),
+              "false, true");
+}
+
+TEST(TextValue, CellsAreJoinedAndContainersInThemNamed) {
+    EXPECT_EQ(textOf([] {
+                  return cells({characters("Unsigned integer"), numbers(2, 1, {1, 2})});
+              }),
+              "Unsigned integer, 1, 2");
+    EXPECT_EQ(textOf([] {
+                  return cells({cells({nullptr, nullptr}), structures({{{"A", nullptr}}})});
+              }),
+              "[2 x 1 cell], [1 x 1 struct]");
+}
+
+TEST(TextValue, AStructureArrayIsNamed) {
+    EXPECT_EQ(textOf([] {
+                  return structures({{{"A", nullptr}}, {{"A", nullptr}}});
+              }),
+              "[2 x 1 struct]");
+}
+
+TEST(TextValue, AnEmptyPlaceHasNoText) {
+    EXPECT_EQ(textOf([]() -> qvArray* { return nullptr; }), "");
+    EXPECT_EQ(textOf([] { return numbers(0, 3, {}); }), "");
+}
+
+TEST(IsBlank, HoldsForEmptyValuesAndTextOfNuls) {
+    EXPECT_TRUE(isBlankValue([]() -> qvArray* { return nullptr; }));
+    EXPECT_TRUE(isBlankValue([] { return numbers(0, 3, {}); }));
+    EXPECT_TRUE(isBlankValue([] { return cells({}); }));
+    EXPECT_TRUE(isBlankValue([] { return characters(""); }));
+    EXPECT_TRUE(isBlankValue([] { return characters("\0\0"s); }));
+}
+
+TEST(IsBlank, DoesNotHoldForAnythingElse) {
+    EXPECT_FALSE(isBlankValue([] { return qvCreateDoubleScalar(0); }));
+    EXPECT_FALSE(isBlankValue([] { return characters("\0 "s); }));
+    EXPECT_FALSE(isBlankValue([] { return structures({{{"A", nullptr}}}); }));
+}
+
+}  // namespace
+}  // namespace veltrace::cli
