@@ -1,0 +1,288 @@
+#include "render/text_renderer.h"
+
+#include <gmock/gmock.h>
+
+#include "made_values.h"
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace veltrace::cli {
+namespace {
+
+Rendering rendered(const std::function<qvArray*()>& make, const RenderOptions& options = {}) {
+    const zephra::CallResult result = called(make);
+    return TextRenderer(options).render(result.output());
+}
+
+std::string textOf(const std::function<qvArray*()>& make, const RenderOptions& options = {}) {
+    return rendered(make, options).body;
+}
+
+RenderOptions selecting(std::vector<std::string> fields) {
+    RenderOptions options;
+    options.fields = std::move(fields);
+    return options;
+}
+
+RenderOptions coloured() {
+    RenderOptions options;
+    options.colour = true;
+    return options;
+}
+
+/// Two directories; only the second has a camera.
+qvArray* photograph() {
+    return structures(
+        {{{"Width", qvCreateDoubleScalar(1)}, {"Make", characters("A")}, {"Camera", nullptr}},
+         {{"Width", qvCreateDoubleScalar(2)},
+          {"Make", nullptr},
+          {"Camera", structures({{{"FNumber", qvCreateDoubleScalar(2.8)},
+                                  {"Flash", qvCreateDoubleScalar(16)}}})}}});
+}
+
+TEST(TextRenderer, AlignsTheValuesOfADirectory) {
+    EXPECT_EQ(textOf([] {
+                  return structures({{{"Width", qvCreateDoubleScalar(7)},
+                                      {"Compression", characters("LZW")},
+                                      {"BitDepth", qvCreateDoubleScalar(24)}}});
+              }),
+              "  Directory\n"
+              "    Width        7\n"
+              "    Compression  LZW\n"
+              "    BitDepth     24\n");
+}
+
+TEST(TextRenderer, LeavesEmptyFieldsOutAndDoesNotAlignToThem) {
+    EXPECT_EQ(textOf([] {
+                  return structures({{{"AVeryLongName", nullptr},
+                                      {"Blank", characters("\0"s)},
+                                      {"Width", qvCreateDoubleScalar(7)}}});
+              }),
+              "  Directory\n"
+              "    Width  7\n");
+}
+
+TEST(TextRenderer, NumbersSeveralDirectoriesAndIndentsNestedOnesBelowTheLinesOfTheirParent) {
+    EXPECT_EQ(textOf([] {
+                  return structures(
+                      {{{"DigitalCamera", structures({{{"FNumber", qvCreateDoubleScalar(2.8)}}})},
+                        {"UnknownTags", structures({{{"ID", qvCreateDoubleScalar(65000)}},
+                                                    {{"ID", qvCreateDoubleScalar(65001)}}})},
+                        {"Width", qvCreateDoubleScalar(7)}},
+                       {{"Width", qvCreateDoubleScalar(8)}}});
+              }),
+              "  Directory 1 of 2\n"
+              "    Width  7\n"
+              "    DigitalCamera\n"
+              "      FNumber  2.8\n"
+              "    UnknownTags 1 of 2\n"
+              "      ID  65000\n"
+              "    UnknownTags 2 of 2\n"
+              "      ID  65001\n"
+              "  Directory 2 of 2\n"
+              "    Width  8\n");
+}
+
+TEST(TextRenderer, ShowsUnits) {
+    EXPECT_EQ(textOf([] {
+                  return structures({{{"XResolution", qvCreateDoubleScalar(72)},
+                                      {"ResolutionUnit", characters("Inch")},
+                                      {"ExposureTime", qvCreateDoubleScalar(0.008)}}});
+              }),
+              "  Directory\n"
+              "    XResolution     72 per inch\n"
+              "    ResolutionUnit  Inch\n"
+              "    ExposureTime    0.008 s (1/125 s)\n");
+}
+
+TEST(TextRenderer, ShortensLongArraysAsTheUserAsks) {
+    RenderOptions options;
+    options.maxValues = 2;
+    EXPECT_EQ(textOf(
+                  [] {
+                      return structures({{{"Offsets", numbers(4, 1, {5, 6, 7, 8})}}});
+                  },
+                  options),
+              "  Directory\n"
+              "    Offsets  5, 6, ... [4 x 1]\n");
+}
+
+TEST(TextRenderer, EscapesNamesAndValues) {
+    EXPECT_EQ(textOf([] {
+                  return structures({{{"A\nB", characters("\x1b[2J\x9b")},
+                                      {"\x1b", structures({{{"X", nullptr}}})}}});
+              }),
+              "  Directory\n"
+              "    A\\nB  \\x1b[2J\\x9b\n"
+              "    \\x1b\n");
+}
+
+TEST(TextRenderer, AnOutputWithoutDirectoriesHasNoText) {
+    EXPECT_EQ(rendered([] { return numbers(0, 0, {}); }), Rendering());
+    EXPECT_EQ(rendered([]() -> qvArray* { return nullptr; }), Rendering());
+}
+
+TEST(TextRenderer, DeepDirectoriesStopIndentingAndTellTheirDepth) {
+    const std::string indent(32, ' ');
+    EXPECT_THAT(textOf([] { return nestedStructures(18); }),
+                testing::EndsWith("\n" + indent + "Next\n" +      //
+                                  indent + "Next (depth 17)\n" +  //
+                                  indent + "Next (depth 18)\n"));
+}
+
+TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
+    EXPECT_THAT(textOf([] { return nestedStructures(200'000); }),
+                testing::EndsWith("Next (depth 200000)\n"));
+}
+
+TEST(TextRenderer, ATextThatGrowsTooLargeIsRefused) {
+    const auto make = [] { return structures({{{"Width", qvCreateDoubleScalar(7)}}}); };
+    RenderOptions options;
+    options.largestOutput = "  Directory\n    Width  7\n"s.size();
+    EXPECT_EQ(textOf(make, options), "  Directory\n    Width  7\n");
+    --options.largestOutput;
+    EXPECT_THROW(textOf(make, options), OutputTooLarge);
+}
+
+TEST(TextRenderer, ColourMarksHeadingsNamesAndSizes) {
+    RenderOptions options = coloured();
+    options.maxValues = 1;
+    EXPECT_EQ(textOf(
+                  [] {
+                      return structures({{{"Width", qvCreateDoubleScalar(7)},
+                                          {"Bits", numbers(1, 2, {8, 9})},
+                                          {"Camera", structures({{{"X", nullptr}}})}}});
+                  },
+                  options),
+              "  \x1b[1mDirectory\x1b[0m\n"
+              "    \x1b[36mWidth\x1b[0m  7\n"
+              "    \x1b[36mBits\x1b[0m   8, ... \x1b[2m[1 x 2]\x1b[0m\n"
+              "    \x1b[1mCamera\x1b[0m\n");
+}
+
+TEST(TextRenderer, WithoutASelectionNoFieldCountsAsSeen) {
+    EXPECT_THAT(rendered(photograph).fieldsSeen, IsEmpty());
+}
+
+TEST(TextRenderer, ASelectedFieldIsShownInEachDirectory) {
+    const Rendering rendering = rendered(photograph, selecting({"Width"}));
+    EXPECT_EQ(rendering.body,
+              "  Directory 1 of 2\n"
+              "    Width  1\n"
+              "  Directory 2 of 2\n"
+              "    Width  2\n");
+    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
+}
+
+TEST(TextRenderer, ADirectoryWithNothingSelectedHasNoHeading) {
+    const Rendering rendering = rendered(photograph, selecting({"Lens", "Make"}));
+    EXPECT_EQ(rendering.body,
+              "  Directory 1 of 2\n"
+              "    Make  A\n");
+    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(1));
+}
+
+TEST(TextRenderer, ASelectedNestedFieldComesWithTheHeadingsAroundIt) {
+    const Rendering rendering = rendered(photograph, selecting({"Camera.FNumber"}));
+    EXPECT_EQ(rendering.body,
+              "  Directory 2 of 2\n"
+              "    Camera\n"
+              "      FNumber  2.8\n");
+    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
+}
+
+TEST(TextRenderer, ASelectedDirectoryIsShownWhole) {
+    const Rendering rendering = rendered(photograph, selecting({"Camera", "Camera.Flash"}));
+    EXPECT_EQ(rendering.body,
+              "  Directory 2 of 2\n"
+              "    Camera\n"
+              "      FNumber  2.8\n"
+              "      Flash    16\n");
+    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 1));
+}
+
+TEST(TextRenderer, SaysWhenNothingSelectedIsThere) {
+    const Rendering rendering =
+        rendered(photograph, selecting({"Lens", "Width.Depth", "Camera.Lens"}));
+    EXPECT_EQ(rendering.body, "  none of the selected fields\n");
+    EXPECT_THAT(rendering.fieldsSeen, IsEmpty());
+}
+
+bool accepts(const std::string& body, const RenderOptions& options = {}) {
+    Rendering rendering;
+    rendering.body = body;
+    return TextRenderer(options).accepts(rendering);
+}
+
+TEST(TextRenderer, AcceptsWhatItRenders) {
+    RenderOptions options = coloured();
+    options.fields = {"Camera", "Width"};
+    options.maxValues = 0;
+    const TextRenderer renderer(options);
+    const zephra::CallResult result = called(photograph);
+    EXPECT_TRUE(renderer.accepts(renderer.render(result.output())));
+    EXPECT_TRUE(accepts(""));
+    EXPECT_TRUE(accepts("  Stra\u00dfe \\x1b\n    x\n"));
+}
+
+TEST(TextRenderer, RefusesLinesThatAreNotWholeOrNotIndented) {
+    EXPECT_FALSE(accepts("  Directory"));
+    EXPECT_FALSE(accepts("other.tif\n"));
+    EXPECT_FALSE(accepts("  Directory\n\n"));
+    EXPECT_FALSE(accepts("  Directory\nother.tif\n"));
+    EXPECT_FALSE(accepts(" Directory\n"));
+    EXPECT_FALSE(accepts(" \n  Directory\n"));
+}
+
+TEST(TextRenderer, RefusesControlCharactersAndInvalidUtf8) {
+    for (const char* const line : {"  a\rb\n", "  a\tb\n", "  \x07\n", "  \x7f\n", "  \u009b\n",
+                                   "  \u2028\n", "  \u202e\n", "  \u2066\n", "  caf\xe9\n"}) {
+        EXPECT_FALSE(accepts(line)) << testing::PrintToString(line);
+        EXPECT_FALSE(accepts(line, coloured())) << testing::PrintToString(line);
+    }
+    EXPECT_FALSE(accepts("  \0\n"s));
+}
+
+TEST(TextRenderer, AcceptsItsOwnMarksWithColourOnly) {
+    EXPECT_TRUE(accepts("  \x1b[1ma\x1b[0m \x1b[36mb\x1b[0m \x1b[2mc\x1b[0m\n", coloured()));
+    EXPECT_FALSE(accepts("  \x1b[1ma\x1b[0m\n"));
+}
+
+TEST(TextRenderer, RefusesOtherSequences) {
+    for (const char* const line : {"  \x1b\n", "  \x1b[\n", "  \x1b[2J\x1b[0m\n",
+                                   "  \x1b[8mhidden\x1b[0m\n", "  \x1b]0;title\x1b[0m\n"}) {
+        EXPECT_FALSE(accepts(line, coloured())) << testing::PrintToString(line);
+    }
+}
+
+TEST(TextRenderer, RefusesAMarkThatReachesBeyondItsLine) {
+    EXPECT_FALSE(accepts("  \x1b[1mbold\n", coloured()));
+    EXPECT_FALSE(accepts("  \x1b[1mbold\n  x\x1b[0m\n", coloured()));
+}
+
+TEST(TextRenderer, RefusesWhatOnlyOtherFormatsHave) {
+    const TextRenderer renderer{RenderOptions()};
+    for (const auto list : {&Rendering::nonfinite, &Rendering::latin1, &Rendering::omitted}) {
+        Rendering rendering;
+        EXPECT_TRUE(renderer.accepts(rendering));
+        rendering.*list = "x";
+        EXPECT_FALSE(renderer.accepts(rendering));
+    }
+}
+
+TEST(TextRenderer, RefusesIndicesOfFieldsThatAreNotSelected) {
+    const TextRenderer renderer(selecting({"Width", "Make"}));
+    const auto accepts = [&](std::vector<std::uint32_t> seen) {
+        Rendering rendering;
+        rendering.fieldsSeen = std::move(seen);
+        return renderer.accepts(rendering);
+    };
+    EXPECT_TRUE(accepts({0, 1}));
+    EXPECT_FALSE(accepts({2}));
+    EXPECT_FALSE(accepts({1, 0}));
+}
+
+}  // namespace
+}  // namespace veltrace::cli
