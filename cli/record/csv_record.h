@@ -1,0 +1,31 @@
+// Records as rows of csv.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "record/record_writer.h"
+
+namespace veltrace::cli {
+
+/// `text` as one cell (RFC 4180): in double quotes, doubled within, where a comma, a quote, a line
+/// end or an outer blank asks for them. A text that a spreadsheet could take for a formula, because
+/// it begins with = + - or @ and is no number, gets an apostrophe before it.
+[[nodiscard]] std::string csvCell(std::string_view text);
+
+/// Writes a line of column names, then a row for each file, also for those that failed: path,
+/// status, identifier of the error, number of warnings, number of directories, and the fields of
+/// `csvFields`. Lines end with a newline alone.
+class CsvRecordWriter : public RecordWriter {
+public:
+    explicit CsvRecordWriter(const RenderOptions& options);
+
+    void begin(std::string& out) override;
+    void record(const Record& record, std::string& out) override;
+    void end(std::string& /*out*/) override {}
+
+private:
+    std::vector<std::string> fields_;
+};
+
+}  // namespace veltrace::cli
