@@ -1,0 +1,42 @@
+// Names of the images below directories.
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+#include "names/name_reader.h"
+#include "names/name_source.h"
+
+namespace veltrace::cli {
+
+/// The names that a process of its own finds by `walkProcess`; its complaints go to standard error.
+/// The process ends with this object.
+class WalkedNames : public NameSource {
+public:
+    /// Starts this program with the arguments `command`, its name among them, which must lead it to
+    /// `walkProcess` with roots on standard input and names on standard output. Throws NamesError.
+    WalkedNames(const std::vector<std::string>& roots, const std::vector<std::string>& command);
+    WalkedNames(const WalkedNames&) = delete;
+    WalkedNames& operator=(const WalkedNames&) = delete;
+    ~WalkedNames() override;
+
+    /// A process that fails or is killed is a NamesError in place of the end.
+    [[nodiscard]] State next(std::string& name) override;
+    [[nodiscard]] int descriptor() const override { return reader_.descriptor(); }
+
+    /// After the end: whether every directory could be walked.
+    [[nodiscard]] bool isComplete() const { return isComplete_; }
+
+    [[nodiscard]] pid_t process() const { return process_; }
+
+private:
+    [[nodiscard]] int reap();
+
+    pid_t process_ = -1;  // -1 once it has been waited for
+    NameReader reader_;
+    bool isAtEnd_ = false;
+    bool isComplete_ = true;
+};
+
+}  // namespace veltrace::cli
