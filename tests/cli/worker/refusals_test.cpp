@@ -1,0 +1,289 @@
+// What Landlock and seccomp refuse, each on its own, to a child of the test.
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <string>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "worker/descriptors.h"
+#include "worker/in_child.h"
+#include "worker/landlock.h"
+#include "worker/limits.h"
+#include "worker/system_calls.h"
+
+namespace veltrace::cli {
+namespace {
+
+using test::inChild;
+using test::outcomeOf;
+
+constexpr const char* kUnsupported = "the kernel refuses";
+
+bool hasLandlock() {
+    return inChild([] {
+               renouncePrivileges();
+               return confineFileSystem() > 0 ? "yes" : "no";
+           }) == "yes";
+}
+
+bool hasSeccomp() {
+    return inChild([] {
+               renouncePrivileges();
+               return confineSystemCalls() ? "yes" : "no";
+           }) == "yes";
+}
+
+/// What comes of an action under Landlock.
+std::string withLandlock(const std::function<std::string()>& action) {
+    return inChild([&] {
+        renouncePrivileges();
+        return confineFileSystem() > 0 ? action() : kUnsupported;
+    });
+}
+
+/// What comes of an action under seccomp.
+std::string withSeccomp(const std::function<std::string()>& action) {
+    return inChild([&] {
+        renouncePrivileges();
+        return confineSystemCalls() ? action() : kUnsupported;
+    });
+}
+
+std::string firstByteOf(const std::string& name) {
+    std::FILE* const file = std::fopen(name.c_str(), "rb");
+    if (file == nullptr) {
+        return "cannot open";
+    }
+    const int byte = std::fgetc(file);
+    std::fclose(file);
+    return byte == EOF ? "" : std::string(1, static_cast<char>(byte));
+}
+
+/// A file with one byte in a directory of its own, gone at the end.
+class RefusalsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = testing::TempDir() + "/refusals-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        directory_ = pattern;
+        file_ = directory_ + "/file";
+        const int descriptor = creat(file_.c_str(), 0755);
+        ASSERT_EQ(write(descriptor, "x", 1), 1);
+        close(descriptor);
+    }
+    void TearDown() override {
+        unlink(file_.c_str());
+        rmdir(directory_.c_str());
+    }
+
+    std::string directory_;
+    std::string file_;
+};
+
+class Landlock : public RefusalsTest {
+protected:
+    void SetUp() override {
+        if (!hasLandlock()) {
+            GTEST_SKIP() << kUnsupported;
+        }
+        RefusalsTest::SetUp();
+    }
+};
+
+class SystemCalls : public RefusalsTest {
+protected:
+    void SetUp() override {
+        if (!hasSeccomp()) {
+            GTEST_SKIP() << kUnsupported;
+        }
+        RefusalsTest::SetUp();
+    }
+};
+
+TEST_F(Landlock, FilesAndDirectoriesCanBeRead) {
+    EXPECT_EQ(withLandlock([this] { return firstByteOf(file_); }), "x");
+    EXPECT_EQ(withLandlock([this] { return opendir(directory_.c_str()) ? "ok" : "refused"; }),
+              "ok");
+}
+
+TEST_F(Landlock, NothingIsWrittenCreatedOrRemoved) {
+    EXPECT_EQ(withLandlock([this] { return outcomeOf(open(file_.c_str(), O_WRONLY)); }), "EACCES");
+    EXPECT_EQ(withLandlock([this] { return outcomeOf(open(file_.c_str(), O_RDWR)); }), "EACCES");
+    EXPECT_EQ(withLandlock([this] { return outcomeOf(creat((file_ + "2").c_str(), 0600)); }),
+              "EACCES");
+    EXPECT_EQ(withLandlock([this] { return outcomeOf(mkdir((file_ + "2").c_str(), 0700)); }),
+              "EACCES");
+    EXPECT_EQ(withLandlock([this] { return outcomeOf(unlink(file_.c_str())); }), "EACCES");
+    EXPECT_EQ(firstByteOf(file_), "x");
+}
+
+TEST_F(Landlock, NoProgramIsExecuted) {
+    EXPECT_EQ(withLandlock([] { return outcomeOf(execl("/bin/true", "true", nullptr)); }),
+              "EACCES");
+}
+
+TEST_F(Landlock, AFileCannotBeCutWhereTheKernelKnowsHowToRefuseThat) {
+    const std::string outcome = inChild([this]() -> std::string {
+        renouncePrivileges();
+        return confineFileSystem() >= 3 ? outcomeOf(truncate(file_.c_str(), 0)) : kUnsupported;
+    });
+    if (outcome == kUnsupported) {
+        GTEST_SKIP() << kUnsupported;
+    }
+    EXPECT_EQ(outcome, "EACCES");
+    EXPECT_EQ(firstByteOf(file_), "x");
+}
+
+TEST_F(Landlock, ADescriptorThatWasOpenCanStillBeWritten) {
+    EXPECT_EQ(inChild([this] {
+                  const int file = open(file_.c_str(), O_WRONLY);
+                  renouncePrivileges();
+                  confineFileSystem();
+                  return outcomeOf(write(file, "x", 1));
+              }),
+              "ok");
+}
+
+TEST_F(SystemCalls, FilesCanBeRead) {
+    EXPECT_EQ(withSeccomp([this] { return firstByteOf(file_); }), "x");
+    EXPECT_EQ(withSeccomp([this] {
+                  struct stat status {};
+                  return outcomeOf(stat(file_.c_str(), &status)) + " " +
+                         std::to_string(status.st_size);
+              }),
+              "ok 1");
+}
+
+TEST_F(SystemCalls, NoFileIsOpenedForWriting) {
+    for (const int flags : {O_WRONLY, O_RDWR, O_WRONLY | O_APPEND, O_RDONLY | O_TRUNC,
+                            O_RDONLY | O_CREAT, O_WRONLY | O_CREAT | O_TRUNC, O_ACCMODE}) {
+        EXPECT_EQ(
+            withSeccomp([this, flags] { return outcomeOf(open(file_.c_str(), flags, 0600)); }),
+            "EPERM")
+            << flags;
+    }
+    EXPECT_EQ(withSeccomp(
+                  [this] { return outcomeOf(open(directory_.c_str(), O_TMPFILE | O_RDWR, 0600)); }),
+              "EPERM");
+    EXPECT_EQ(firstByteOf(file_), "x");
+}
+
+TEST_F(SystemCalls, NothingIsCreatedChangedOrRemoved) {
+    EXPECT_EQ(withSeccomp([this] { return outcomeOf(mkdir((file_ + "2").c_str(), 0700)); }),
+              "EPERM");
+    EXPECT_EQ(withSeccomp([this] { return outcomeOf(truncate(file_.c_str(), 0)); }), "EPERM");
+    EXPECT_EQ(withSeccomp([this] { return outcomeOf(chmod(file_.c_str(), 0777)); }), "EPERM");
+    EXPECT_EQ(withSeccomp([this] { return outcomeOf(unlink(file_.c_str())); }), "EPERM");
+    EXPECT_EQ(firstByteOf(file_), "x");
+}
+
+TEST_F(SystemCalls, NoProgramProcessOrThreadIsStarted) {
+    EXPECT_EQ(withSeccomp([] { return outcomeOf(execl("/bin/true", "true", nullptr)); }), "EPERM");
+    EXPECT_EQ(withSeccomp([] { return outcomeOf(fork()); }), "EPERM");
+    EXPECT_EQ(withSeccomp([] {
+                  pthread_t thread{};
+                  const int error = pthread_create(
+                      &thread, nullptr, [](void*) -> void* { return nullptr; }, nullptr);
+                  return std::to_string(error);
+              }),
+              std::to_string(EPERM));
+}
+
+TEST_F(SystemCalls, NoSocketIsOpened) {
+    for (const int family : {AF_UNIX, AF_INET, AF_INET6, AF_NETLINK}) {
+        EXPECT_EQ(withSeccomp([family] { return outcomeOf(socket(family, SOCK_DGRAM, 0)); }),
+                  "EPERM")
+            << family;
+    }
+}
+
+TEST_F(SystemCalls, OtherProcessesAreLeftAlone) {
+    const pid_t other = getpid();
+    EXPECT_EQ(withSeccomp([other] { return outcomeOf(kill(other, 0)); }), "EPERM");
+    EXPECT_EQ(withSeccomp([other] { return outcomeOf(tgkill(other, other, 0)); }), "EPERM");
+    EXPECT_EQ(withSeccomp([other] { return outcomeOf(ptrace(PTRACE_ATTACH, other, 0, 0)); }),
+              "EPERM");
+}
+
+TEST_F(SystemCalls, NoMemoryHoldsCode) {
+    EXPECT_EQ(withSeccomp([] {
+                  void* const memory = mmap(nullptr, 4096, PROT_READ | PROT_EXEC,
+                                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+                  return outcomeOf(memory == MAP_FAILED ? -1 : 0);
+              }),
+              "EPERM");
+    EXPECT_EQ(withSeccomp([] {
+                  void* const memory = mmap(nullptr, 4096, PROT_READ | PROT_WRITE,
+                                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+                  return outcomeOf(memory == MAP_FAILED ? -1 : 0) + " " +
+                         outcomeOf(mprotect(memory, 4096, PROT_READ)) + " " +
+                         outcomeOf(mprotect(memory, 4096, PROT_READ | PROT_EXEC));
+              }),
+              "ok ok EPERM");
+}
+
+TEST_F(SystemCalls, LimitsCanBeAskedForAndNotSet) {
+    EXPECT_EQ(withSeccomp([] {
+                  rlimit limit{};
+                  return outcomeOf(getrlimit(RLIMIT_STACK, &limit)) + " " +
+                         outcomeOf(setrlimit(RLIMIT_STACK, &limit));
+              }),
+              "ok EPERM");
+    EXPECT_EQ(withSeccomp([] { return outcomeOf(prctl(PR_SET_DUMPABLE, 1)); }), "EPERM");
+}
+
+TEST_F(SystemCalls, TheStackOfTheThreadIsFound) {
+    EXPECT_EQ(withSeccomp([] {
+                  pthread_attr_t attributes;
+                  const int error = pthread_getattr_np(pthread_self(), &attributes);
+                  if (error == 0) {
+                      pthread_attr_destroy(&attributes);
+                  }
+                  return std::to_string(error);
+              }),
+              "0");
+}
+
+TEST_F(SystemCalls, DescriptorsCanBeCountedAndNotConfigured) {
+    EXPECT_EQ(withSeccomp([] { return lowestFreeDescriptor() > 0 ? "found" : "not found"; }),
+              "found");
+    EXPECT_EQ(withSeccomp([] { return outcomeOf(fcntl(STDIN_FILENO, F_SETOWN, getpid())); }),
+              "EPERM");
+}
+
+TEST_F(SystemCalls, AnAbortEndsTheProcessByItsSignal) {
+    EXPECT_EQ(withSeccomp([]() -> std::string { std::abort(); }), "signal 6");
+}
+
+TEST_F(SystemCalls, AFaultEndsTheProcessByItsSignal) {
+    EXPECT_EQ(withSeccomp([]() -> std::string {
+                  static_cast<void>(std::signal(SIGSEGV, SIG_DFL));  // a sanitizer has its own
+                  // A page without access faults in every kind of build.
+                  void* const page =
+                      mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+                  *static_cast<volatile char*>(page) = 1;
+                  return "lives";
+              }),
+              "signal 11");
+    EXPECT_EQ(withSeccomp([]() -> std::string {
+                  static_cast<void>(std::signal(SIGBUS, SIG_DFL));
+                  static_cast<void>(std::raise(SIGBUS));
+                  return "lives";
+              }),
+              "signal 7");
+}
+
+}  // namespace
+}  // namespace veltrace::cli
