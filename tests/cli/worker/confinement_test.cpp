@@ -1,0 +1,163 @@
+// The whole confinement, and the module's work in it.
+#include "worker/confinement.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include "zephra/host/host.h"
+#include "zephra/host/module.h"
+
+#include "support/memory_file.h"
+#include "support/nested_file.h"
+#include "support/tiff_builder.h"
+#include "worker/in_child.h"
+#include "worker/memory_watch.h"
+#include "worker/sanitizer.h"
+
+namespace veltrace::cli {
+namespace {
+
+using test::Bytes;
+using test::inChild;
+using test::MemoryFile;
+using test::TiffBuilder;
+
+constexpr std::uint64_t kMiB = std::uint64_t{1} << 20;
+constexpr std::uint16_t kWidthTag = 256;
+constexpr std::uint16_t kExifTag = 34665;
+constexpr std::uint16_t kMeteringModeTag = 37383;
+
+/// A file with a directory inside its directory.
+Bytes cameraFile() {
+    TiffBuilder file;
+    auto& exif = file.child().shorts(kMeteringModeTag, {5});
+    file.image().shorts(kWidthTag, {640}).sub(kExifTag, exif);
+    return file.bytes();
+}
+
+/// What the module says of a file in a process that is confined.
+std::string confinedRead(const MemoryFile& file, std::uint64_t memoryBytes = 256 * kMiB) {
+    const auto module = zephra::Module::load(VELTRACE_MODULE_PATH).entryPoint();
+    return inChild([&]() -> std::string {
+        confine({.memoryBytes = memoryBytes}, Sandbox::on);
+        const MemoryWatch watch;
+        const zephra::Argument name{file.name()};
+        const auto result = zephra::Host().call(module, {&name, 1});
+        if (const auto& error = result.error()) {
+            return error->identifier + (watch.ranOut() ? ", memory ran out" : "");
+        }
+        const zephra::Value output = result.output();
+        const auto mode = output.field(0, "DigitalCamera").field(0, "MeteringMode").numbers();
+        return output.field(0, "FileModDate").text() + ", " + output.field(0, "Format").text() +
+               ", " + (mode.size() == 1 ? std::to_string(static_cast<int>(mode[0])) : "none");
+    });
+}
+
+/// Gives the environment another time zone, or none, as long as one lives.
+class TimeZone {
+public:
+    explicit TimeZone(const char* name) {
+        if (const char* const before = std::getenv("TZ")) {
+            before_ = before;
+        }
+        set(name);
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+    ~TimeZone() { set(before_ ? before_->c_str() : nullptr); }
+
+private:
+    static void set(const char* name) { name == nullptr ? unsetenv("TZ") : setenv("TZ", name, 1); }
+    std::optional<std::string> before_;
+};
+
+TEST(Confinement, WhatHoldsIsDescribedInOneLine) {
+    EXPECT_EQ(
+        describe({.memoryLimit = true, .noNewPrivileges = true, .landlockAbi = 6, .seccomp = true}),
+        "memory limit, no new privileges, Landlock ABI 6, seccomp");
+    EXPECT_EQ(describe({.landlockAbi = 1}), "Landlock ABI 1");
+    EXPECT_EQ(describe({.noNewPrivileges = true, .seccomp = true}), "no new privileges, seccomp");
+    EXPECT_EQ(describe({}), "none");
+}
+
+TEST(Confinement, WhatIsAvailableIsFoundOutWithoutConfiningThisProcess) {
+    const Confinement available = availableConfinement();
+    EXPECT_EQ(available.memoryLimit, !kHasAddressSanitizer);
+    EXPECT_TRUE(available.noNewPrivileges);
+    EXPECT_EQ(prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0), 0);
+    EXPECT_EQ(prctl(PR_GET_SECCOMP), 0);
+}
+
+TEST(Confinement, WhatIsAvailableHoldsAfterwards) {
+    const Confinement available = availableConfinement();
+    EXPECT_EQ(inChild([] { return describe(confine({}, Sandbox::on)); }), describe(available));
+}
+
+TEST(Confinement, WithoutASandboxLimitsAndPrivilegesRemain) {
+    EXPECT_EQ(inChild([] { return describe(confine({.memoryBytes = 0}, Sandbox::off)); }),
+              "no new privileges");
+}
+
+TEST(Confinement, TheModuleReadsInAZoneOfAFileOfTheSystem) {
+    const TimeZone tokyo("Asia/Tokyo");
+    const MemoryFile file(cameraFile());
+    file.setModificationTime(1'000'000'000);  // 01:46:40 in Greenwich, nine hours earlier
+    EXPECT_EQ(confinedRead(file), "09-Sep-2001 10:46:40, tif, 5");
+}
+
+TEST(Confinement, TheModuleReadsInTheZoneOfTheSystem) {
+    const TimeZone none(nullptr);
+    const MemoryFile file(cameraFile());
+    file.setModificationTime(1'000'000'000);
+    tzset();
+    const std::time_t time = 1'000'000'000;
+    std::tm local{};
+    localtime_r(&time, &local);
+    std::array<char, 32> date{};
+    std::strftime(date.data(), date.size(), "%d-%b-%Y %H:%M:%S", &local);
+    EXPECT_EQ(confinedRead(file), std::string(date.data()) + ", tif, 5");
+}
+
+TEST(Confinement, TheModuleReadsAJpegFile) {
+    const TimeZone greenwich("UTC0");
+    const MemoryFile file(test::jpegWithExif(cameraFile()));
+    file.setModificationTime(1'000'000'000);
+    EXPECT_EQ(confinedRead(file), "09-Sep-2001 01:46:40, jpg, 5");
+}
+
+TEST(Confinement, AFileThatCannotBeOpenedIsTheModulesError) {
+    const auto module = zephra::Module::load(VELTRACE_MODULE_PATH).entryPoint();
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  confine({}, Sandbox::on);
+                  const zephra::Argument missing{std::string("/nonexistent/image.tif")};
+                  const auto result = zephra::Host().call(module, {&missing, 1});
+                  return result.error() ? result.error()->identifier : "no error";
+              }),
+              "ZEPHRA:veltrace:badFilename");
+}
+
+TEST(Confinement, AChainThatLoopsEndsWhenItsMemoryRunsOut) {
+    if (kHasAddressSanitizer) {
+        GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
+    }
+    TiffBuilder builder;
+    builder.image().shorts(kWidthTag, {640});
+    builder.image().next(builder.positionOf(builder.image()));
+    const MemoryFile file(builder.bytes());
+    EXPECT_EQ(confinedRead(file, 32 * kMiB), "ZEPHRA:veltrace:unknownException, memory ran out");
+}
+
+TEST(Confinement, NestingWithoutEndEndsWhenTheStackRunsOut) {
+    const MemoryFile file(test::endlessExif());
+    EXPECT_EQ(confinedRead(file), "ZEPHRA:veltrace:unknownException");
+}
+
+}  // namespace
+}  // namespace veltrace::cli
