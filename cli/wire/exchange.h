@@ -1,0 +1,45 @@
+// What the processes of one run say to each other.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "record/outcome.h"
+#include "render/render_options.h"
+
+namespace veltrace::cli {
+
+/// The first frame that a worker receives.
+struct WorkerSetup {
+    RenderOptions render;
+    std::string module;             ///< path
+    std::uint64_t memoryLimit = 0;  ///< bytes that reading a file may take; 0: no limit
+    bool isConfined = true;         ///< whether files and system calls are
+    std::int64_t parent = 0;        ///< the process without which this one has nothing to do
+};
+
+/// The sequence number of the first frame in either direction; its payload is the setup, and then
+/// what keeps the worker from working, or nothing.
+inline constexpr std::uint64_t kSetupSequence = std::numeric_limits<std::uint64_t>::max();
+
+/// What a worker sends for a request, whose payload is a file name.
+struct Answer {
+    Outcome outcome;
+    bool wantsReplacement = false;  ///< the worker should read no more files
+};
+
+/// Bytes of a payload with a rendering of `largestOutput` bytes and the longest messages.
+[[nodiscard]] std::size_t largestAnswer(std::size_t largestOutput);
+
+[[nodiscard]] std::string encoded(const WorkerSetup& setup);
+/// Throws BadFrame.
+[[nodiscard]] WorkerSetup decodedSetup(std::string_view payload);
+
+/// Appends to `bytes`.
+void encode(const Answer& answer, std::string& bytes);
+/// Throws BadFrame for whatever `encode` does not write of an outcome that a worker may state.
+[[nodiscard]] Answer decodedAnswer(std::string_view payload);
+
+}  // namespace veltrace::cli

@@ -1,0 +1,58 @@
+// Frames on a pipe: the number of bytes as 32 bits, the sequence number of a request as 64 bits,
+// and that many bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "wire/bytes.h"
+
+namespace veltrace::cli {
+
+struct Frame {
+    std::uint64_t sequence = 0;
+    std::string_view payload;  ///< part of the buffer that gave the frame
+};
+
+inline constexpr std::size_t kFrameHeader = sizeof(std::uint32_t) + sizeof(std::uint64_t);
+
+/// Begins a frame at the end of `bytes`; returns where it begins. The payload is appended next.
+[[nodiscard]] std::size_t beginFrame(std::string& bytes, std::uint64_t sequence);
+
+/// Ends the frame that begins at `begin`. Its payload must have less than 4 GiB.
+void endFrame(std::string& bytes, std::size_t begin);
+
+/// What has come of a stream of frames.
+class FrameBuffer {
+public:
+    explicit FrameBuffer(std::size_t largestPayload) : largestPayload_(largestPayload) {}
+
+    /// Room for `size` bytes; what is read there counts when `filled` is called.
+    [[nodiscard]] char* room(std::size_t size);
+    void filled(std::size_t size) { end_ += size; }
+
+    /// The next frame that is complete; valid until `room` is called. Throws BadFrame when one
+    /// would have a larger payload than allowed.
+    [[nodiscard]] std::optional<Frame> next();
+
+    /// Bytes of the incomplete frame as its header says, 0 before that has come whole.
+    [[nodiscard]] std::size_t announced() const;
+
+    /// Bytes of the incomplete frame that have come.
+    [[nodiscard]] std::size_t pending() const { return end_ - begin_; }
+
+private:
+    [[nodiscard]] std::string_view waiting() const {
+        return {bytes_.data() + begin_, end_ - begin_};
+    }
+
+    std::size_t largestPayload_;
+    std::string bytes_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+};
+
+}  // namespace veltrace::cli
