@@ -1,28 +1,53 @@
 // The command `veltrace`.
 #include <csignal>
-#include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <iostream>
+#include <string_view>
+#include <unistd.h>
 
 #include "exit_status.h"
+#include "hidden_modes.h"
 #include "messages.h"
+#include "names/walk_process.h"
 #include "options.h"
-#include "run.h"
+#include "run/run.h"
+#include "worker/worker.h"
 
 namespace veltrace::cli {
 namespace {
 
-ExitStatus runWith(int argc, const char* const* argv) {
+/// Files opened later must not be taken for the standard ones.
+void openMissingStandardDescriptors() {
+    int descriptor = -1;
+    do {
+        descriptor = open("/dev/null", O_RDWR);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor > STDERR_FILENO) {
+        close(descriptor);
+    }
+}
+
+int mainWith(int argc, const char* const* argv) {
+    const std::string_view mode = argc == 2 ? argv[1] : "";
+    if (mode == kWorkerMode) {
+        return runWorker();
+    }
+    if (mode == kWalkMode) {
+        return walkProcess(STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO);
+    }
+    // A reader that has gone away is then a failed write like any other.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const auto parsed = parseOptions(argc, argv);
     if (const auto* const options = std::get_if<Options>(&parsed)) {
-        return run(*options, std::cout, std::cerr);
+        return run(*options);
     }
     const auto& reply = std::get<Reply>(parsed);
     if (reply.isError) {
         std::cerr << reply.text;
         return kWrongUsage;
     }
-    return print(reply.text, std::cout, std::cerr);
+    return print(reply.text);
 }
 
 }  // namespace
@@ -30,12 +55,10 @@ ExitStatus runWith(int argc, const char* const* argv) {
 
 int main(int argc, char** argv) {
     try {
-        std::ios::sync_with_stdio(false);
-        // A reader that has gone away is then a failed write like any other.
-        static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-        return veltrace::cli::runWith(argc, argv);
+        veltrace::cli::openMissingStandardDescriptors();
+        return veltrace::cli::mainWith(argc, argv);
     } catch (const std::exception& error) {
         veltrace::cli::writeMessage(std::cerr, error.what());
-        return veltrace::cli::kOutputFailed;
+        return veltrace::cli::kInternalFault;
     }
 }

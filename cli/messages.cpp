@@ -19,16 +19,23 @@ void writeFileMessage(std::ostream& err, std::string_view path, std::string_view
 }  // namespace
 
 void writeMessage(std::ostream& err, std::string_view text) {
-    // In one piece, so that lines of processes that share a terminal do not mix.
-    err << fmt::format("veltrace: {}\n", visible(text)) << std::flush;
+    writeVisibleMessage(err, visible(text));
 }
 
-void writeMessages(std::ostream& err, std::string_view path, const zephra::CallResult& result) {
-    for (const zephra::Message& warning : result.warnings()) {
+void writeVisibleMessage(std::ostream& err, std::string_view text) {
+    // In one piece, so that lines of processes that share a terminal do not mix.
+    err << fmt::format("veltrace: {}\n", text) << std::flush;
+}
+
+void writeMessages(std::ostream& err, std::string_view path, const Outcome& outcome) {
+    for (const zephra::Message& warning : outcome.warnings) {
         writeFileMessage(err, path, "warning", warning);
     }
-    if (result.error()) {
-        writeFileMessage(err, path, "error", *result.error());
+    if (outcome.warningsDropped > 0) {
+        writeMessage(err, fmt::format("{}: {} more warnings", path, outcome.warningsDropped));
+    }
+    if (outcome.error) {
+        writeFileMessage(err, path, "error", *outcome.error);
     }
 }
 

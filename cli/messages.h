@@ -4,15 +4,18 @@
 #include <ostream>
 #include <string_view>
 
-#include "zephra/host/call_result.h"
+#include "record/outcome.h"
 
 namespace veltrace::cli {
 
 /// Writes "veltrace: <text>", with `text` made visible, as one line.
 void writeMessage(std::ostream& err, std::string_view text);
 
-/// Writes the warnings and the error of a call for the file `path`, one line each:
+/// The same of a text that is visible already.
+void writeVisibleMessage(std::ostream& err, std::string_view text);
+
+/// Writes the warnings and the error of what came of the file `path`, one line each:
 /// "veltrace: FILE: warning: <text> [<identifier>]".
-void writeMessages(std::ostream& err, std::string_view path, const zephra::CallResult& result);
+void writeMessages(std::ostream& err, std::string_view path, const Outcome& outcome);
 
 }  // namespace veltrace::cli

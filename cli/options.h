@@ -1,17 +1,48 @@
 // The arguments of the command.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "names/shard.h"
+#include "render/render_options.h"
+
 namespace veltrace::cli {
 
+enum class FailOn : std::uint8_t { error, warning, never };
+enum class When : std::uint8_t { automatic, always, never };
+
 struct Options {
-    bool json = false;
-    std::filesystem::path module;    ///< empty: the one next to the executable
-    std::vector<std::string> files;  ///< at least one; any bytes
+    // Which files
+    std::vector<std::string> files;  ///< any bytes
+    bool isRecursive = false;
+    std::vector<std::string> lists;     ///< files of names, one in a line
+    std::vector<std::string> nulLists;  ///< files of names that NUL ends
+    std::optional<Shard> shard;
+    std::string resumeFrom;  ///< empty: from the start
+
+    // What comes out
+    RenderOptions render;  ///< its colour is not decided yet
+    std::string output;    ///< empty: standard output
+    When ordered = When::automatic;
+    When colour = When::automatic;
+    When progress = When::automatic;
+    std::string summary;  ///< a file; empty: none
+    FailOn failOn = FailOn::error;
+
+    // How files are read
+    std::filesystem::path module;  ///< empty: the one next to the executable
+    std::size_t jobs = 1;
+    bool isIsolated = true;
+    bool isSandboxed = true;
+    std::chrono::milliseconds timeLimit{10'000};
+    std::uint64_t memoryLimit = std::uint64_t{1} << 30;
 };
 
 /// A text that answers the arguments in place of a run.
@@ -20,8 +51,8 @@ struct Reply {
     bool isError = false;
 };
 
-/// Reads the arguments of `main`. The reply is the help, the version or, with `isError`, what is
-/// wrong with them; bytes of the arguments are made visible in it.
+/// Reads the arguments of `main`. The reply is the help, the version, the schema or, with
+/// `isError`, what is wrong with them; bytes of the arguments are made visible in it.
 [[nodiscard]] std::variant<Options, Reply> parseOptions(int argc, const char* const* argv);
 
 }  // namespace veltrace::cli

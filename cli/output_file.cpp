@@ -24,7 +24,8 @@ constexpr int kAttempts = 100;
 
 /// With the slash at its end; empty for the current directory.
 std::string directoryOf(const std::string& path) {
-    return path.substr(0, path.rfind('/') + 1);
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "" : path.substr(0, slash + 1);
 }
 
 /// A name beside `path` that nobody has, most likely. It does not grow with `path`.

@@ -11,7 +11,8 @@
 
 namespace veltrace::cli {
 
-/// That the output cannot be opened, written or completed: `what()` is one sentence for the user.
+/// That the output cannot be opened, written or completed: `what()` is one sentence for the user,
+/// safe for a terminal.
 class OutputError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -71,7 +71,10 @@ veltrace::cli::ExitStatus run(const std::string& file) {
     const bool isWhole = dump.good();
 
     std::cout << (isatty(STDOUT_FILENO) != 0 ? visibleLines(dump) : std::move(dump).str());
-    veltrace::cli::writeMessages(std::cerr, file, result);
+    veltrace::cli::Outcome messages;
+    messages.warnings = result.warnings();
+    messages.error = result.error();
+    veltrace::cli::writeMessages(std::cerr, file, messages);
     if (!std::cout.flush() || !isWhole) {
         veltrace::cli::writeMessage(std::cerr, "cannot write the output");
         return veltrace::cli::kOutputFailed;

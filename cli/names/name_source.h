@@ -7,7 +7,7 @@
 
 namespace veltrace::cli {
 
-/// That names cannot be had: `what()` is one sentence for the user.
+/// That names cannot be had: `what()` is one sentence for the user, safe for a terminal.
 class NamesError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -8,7 +8,7 @@
 #include <rapidjson/reader.h>
 #include <system_error>
 
-#include "names/base64.h"
+#include "base64.h"
 #include "names/name_source.h"
 #include "names/record_lines.h"
 #include "render/escape.h"

@@ -7,6 +7,8 @@
 
 #include "names/name_reader.h"
 #include "names/name_source.h"
+#include "process/child_process.h"
+#include "process/pipe.h"
 
 namespace veltrace::cli {
 
@@ -17,9 +19,6 @@ public:
     /// Starts this program with the arguments `command`, its name among them, which must lead it to
     /// `walkProcess` with roots on standard input and names on standard output. Throws NamesError.
     WalkedNames(const std::vector<std::string>& roots, const std::vector<std::string>& command);
-    WalkedNames(const WalkedNames&) = delete;
-    WalkedNames& operator=(const WalkedNames&) = delete;
-    ~WalkedNames() override;
 
     /// A process that fails or is killed is a NamesError in place of the end.
     [[nodiscard]] State next(std::string& name) override;
@@ -28,12 +27,13 @@ public:
     /// After the end: whether every directory could be walked.
     [[nodiscard]] bool isComplete() const { return isComplete_; }
 
-    [[nodiscard]] pid_t process() const { return process_; }
+    /// -1 after the end.
+    [[nodiscard]] pid_t process() const { return process_.id(); }
 
 private:
-    [[nodiscard]] int reap();
+    WalkedNames(Pipe pipe, const Descriptor& roots, const std::vector<std::string>& command);
 
-    pid_t process_ = -1;  // -1 once it has been waited for
+    ChildProcess process_;
     NameReader reader_;
     bool isAtEnd_ = false;
     bool isComplete_ = true;

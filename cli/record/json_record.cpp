@@ -6,7 +6,7 @@
 #include <limits>
 #include <string_view>
 
-#include "record/base64.h"
+#include "base64.h"
 #include "render/json_text.h"
 #include "render/json_writer.h"
 

@@ -43,26 +43,30 @@ using Reader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, Js
 constexpr unsigned kStrict = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                              rapidjson::kParseValidateEncodingFlag;
 
+/// Whether a control character or a separator of lines starts `bytes`, whose first is no printable
+/// ASCII character.
+bool startsInvisibly(std::string_view bytes) {
+    const auto lead = static_cast<unsigned char>(bytes[0]);
+    if (lead == 0xC2) {
+        return bytes.size() > 1 && static_cast<unsigned char>(bytes[1]) <= 0x9F;
+    }
+    return lead < 0x80 || bytes.starts_with("\xE2\x80\xA8") || bytes.starts_with("\xE2\x80\xA9");
+}
+
 /// Whether `json` has no control character, and no escape but those that `appendText` writes: an
 /// escaped half of a surrogate pair is a text for some readers and an error for others.
 bool isWrittenVisibly(std::string_view json) {
     for (std::size_t i = 0; i < json.size(); ++i) {
         const auto byte = static_cast<unsigned char>(json[i]);
-        const std::string_view rest = json.substr(i + 1);
-        if (byte < 0x20 || byte == 0x7F) {
-            return false;
-        }
-        if (byte == 0xC2 && !rest.empty() && static_cast<unsigned char>(rest[0]) <= 0x9F) {
-            return false;
-        }
-        if (byte == 0xE2 && (rest.starts_with("\x80\xA8") || rest.starts_with("\x80\xA9"))) {
-            return false;
-        }
         if (byte == '\\') {
-            if (rest.starts_with('u') && !rest.starts_with("u00") && !rest.starts_with("u202")) {
+            const std::string_view escape = json.substr(++i);  // two backslashes start no other
+            if (escape.starts_with('u') && !escape.starts_with("u00") &&
+                !escape.starts_with("u202")) {
                 return false;
             }
-            ++i;  // the second of two backslashes starts no escape
+            // What is no escape at all the Reader refuses, controls among it.
+        } else if ((byte < 0x20 || byte >= 0x7F) && startsInvisibly(json.substr(i))) {
+            return false;
         }
     }
     return true;

@@ -22,7 +22,7 @@ struct RenderOptions {
     /// Text is marked up for a terminal.
     bool colour = false;
     /// Bytes that one rendering may have.
-    std::size_t largestOutput = std::size_t{32} << 20;
+    std::size_t largestOutput = std::size_t{16} << 20;
 };
 
 }  // namespace veltrace::cli

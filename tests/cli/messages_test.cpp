@@ -3,39 +3,47 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-#include "made_values.h"
-
 namespace veltrace::cli {
 namespace {
 
-TEST(Messages, NameTheFileTheKindAndTheIdentifierOnALineEach) {
-    const auto result = called([]() -> qvArray* {
-        qvxWarnMsgIdAndTxt("X:odd", "Odd value.");
-        qvxErrMsgIdAndTxt("X:end", "Cannot go on.\n");
-        return nullptr;
-    });
+std::string messagesOf(std::string_view path, const Outcome& outcome) {
     std::ostringstream err;
-    writeMessages(err, "a b.tif", result);
-    EXPECT_EQ(err.str(),
+    writeMessages(err, path, outcome);
+    return err.str();
+}
+
+TEST(Messages, NameTheFileTheKindAndTheIdentifierOnALineEach) {
+    Outcome outcome = failure(Status::error, "X:end", "Cannot go on.\n");
+    outcome.warnings = {{"X:odd", "Odd value."}};
+    EXPECT_EQ(messagesOf("a b.tif", outcome),
               "veltrace: a b.tif: warning: Odd value. [X:odd]\n"
               "veltrace: a b.tif: error: Cannot go on. [X:end]\n");
 }
 
 TEST(Messages, OneMessageStaysOneHarmlessLine) {
-    const auto result = called([]() -> qvArray* {
-        qvxWarnMsgIdAndTxt("X:odd", "two\nlines \x1b]0;x\x07\n\n");
-        return nullptr;
-    });
-    std::ostringstream err;
-    writeMessages(err, "new\nline\xff", result);
-    EXPECT_EQ(err.str(),
+    Outcome outcome;
+    outcome.warnings = {{"X:odd", "two\nlines \x1b]0;x\x07\n\n"}};
+    EXPECT_EQ(messagesOf("new\nline\xff", outcome),
               "veltrace: new\\nline\\xff: warning: two\\nlines \\x1b]0;x\\x07\\n [X:odd]\n");
 }
 
-TEST(Messages, AResultWithoutAnySaysNothing) {
+TEST(Messages, SayHowManyWarningsWereNotKept) {
+    Outcome outcome;
+    outcome.warnings = {{"X:odd", "Odd value."}};
+    outcome.warningsDropped = 234;
+    EXPECT_EQ(messagesOf("a.tif", outcome),
+              "veltrace: a.tif: warning: Odd value. [X:odd]\n"
+              "veltrace: a.tif: 234 more warnings\n");
+}
+
+TEST(Messages, AnOutcomeWithoutAnySaysNothing) {
+    EXPECT_EQ(messagesOf("a.tif", Outcome{}), "");
+}
+
+TEST(Messages, ThatAreVisibleAlreadyStayAsTheyAre) {
     std::ostringstream err;
-    writeMessages(err, "a.tif", called([]() -> qvArray* { return nullptr; }));
-    EXPECT_EQ(err.str(), "");
+    writeVisibleMessage(err, R"(cannot open a\\b\n)");
+    EXPECT_EQ(err.str(), "veltrace: cannot open a\\\\b\\n\n");
 }
 
 }  // namespace

@@ -27,14 +27,14 @@ Reply replyTo(std::initializer_list<const char*> arguments) {
 TEST(Options, FilesAloneAskForTextFromTheDefaultModule) {
     const Options options = optionsFrom({"a.tif", "b.tif"});
     EXPECT_THAT(options.files, ElementsAre("a.tif", "b.tif"));
-    EXPECT_FALSE(options.json);
+    EXPECT_EQ(options.render.format, Format::text);
     EXPECT_TRUE(options.module.empty());
 }
 
 TEST(Options, MayStandAmongTheFiles) {
     const Options options = optionsFrom({"a.tif", "--json", "b.tif", "--module", "m.so"});
     EXPECT_THAT(options.files, ElementsAre("a.tif", "b.tif"));
-    EXPECT_TRUE(options.json);
+    EXPECT_EQ(options.render.format, Format::json);
     EXPECT_EQ(options.module, "m.so");
 }
 

@@ -1,0 +1,291 @@
+#include "pool/pool.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include "zephra/host/module.h"
+
+namespace veltrace::cli {
+namespace {
+
+/// Requests that one worker holds: enough that it never waits for the next one.
+constexpr std::size_t kMostInFlight = 32;
+/// An answer is large beyond this.
+constexpr std::size_t kLargeAnswer = std::size_t{64} << 10;
+/// Workers in turn that end before they are ready. They will always, then.
+constexpr int kMostFailedStarts = 3;
+
+bool isAlone(const WorkerProcess& worker) {
+    return worker.load() > 0 && worker.first().isSecondTry;
+}
+
+bool hasAnswerFor(const pollfd& entry, const WorkerProcess& worker) {
+    return entry.fd == worker.answerDescriptor() && entry.revents != 0;
+}
+
+bool hasPlaceFor(const pollfd& entry, const WorkerProcess& worker) {
+    return entry.fd == worker.requestDescriptor() && entry.revents != 0;
+}
+
+}  // namespace
+
+Pool::Pool(PoolOptions options, const WorkerSetup& setup, const Renderer& checker, Deliver deliver)
+    : options_(options),
+      setup_(encoded(setup)),
+      largestAnswer_(largestAnswer(setup.render.largestOutput)),
+      keepsError_(!setup.isConfined),
+      checker_(checker),
+      deliver_(std::move(deliver)) {}
+
+bool Pool::hasRoom() const {
+    if (!waiting_.empty() || !secondTries_.empty()) {
+        return false;
+    }
+    return workers_.size() < options_.workers ||
+           std::ranges::any_of(workers_, [](const WorkerProcess& worker) {
+               return !isAlone(worker) && worker.load() < kMostInFlight;
+           });
+}
+
+void Pool::submit(std::uint64_t id, std::string path) {
+    waiting_.push_back({id, std::move(path)});
+    dispatch();
+}
+
+bool Pool::isIdle() const {
+    return waiting_.empty() && secondTries_.empty() &&
+           std::ranges::all_of(workers_,
+                               [](const WorkerProcess& worker) { return worker.load() == 0; });
+}
+
+/// A file that a process has died of goes to a new one, alone, so that it costs no other file a
+/// second time.
+void Pool::dispatch() {
+    while (!secondTries_.empty() && workers_.size() < options_.workers) {
+        start();
+        workers_.back().send(std::move(secondTries_.front()));
+        secondTries_.pop_front();
+    }
+    while (!waiting_.empty()) {
+        WorkerProcess* const worker = leastLoaded();
+        if (worker == nullptr) {
+            return;
+        }
+        worker->send(std::move(waiting_.front()));
+        waiting_.pop_front();
+    }
+}
+
+/// Starts one if no idle one is there and another may be.
+WorkerProcess* Pool::leastLoaded() {
+    WorkerProcess* least = nullptr;
+    for (WorkerProcess& worker : workers_) {
+        if (!isAlone(worker) && worker.announced() <= kLargeAnswer &&
+            worker.load() < kMostInFlight && (least == nullptr || worker.load() < least->load())) {
+            least = &worker;
+        }
+    }
+    if ((least == nullptr || least->load() > 0) && workers_.size() < options_.workers) {
+        start();
+        return &workers_.back();
+    }
+    return least;
+}
+
+void Pool::start() {
+    try {
+        workers_.emplace_back(setup_, largestAnswer_, keepsError_, options_.timeLimit);
+    } catch (const std::system_error& error) {
+        throw WorkersFail(error.what());
+    }
+}
+
+void Pool::addTo(std::vector<pollfd>& set, std::size_t held) {
+    for (WorkerProcess& worker : workers_) {
+        worker.flush();
+        if (isHeldBack(worker, held)) {
+            worker.restartTime();
+        } else {
+            set.push_back({worker.answerDescriptor(), POLLIN, 0});
+        }
+        if (worker.hasUnsent()) {
+            set.push_back({worker.requestDescriptor(), POLLOUT, 0});
+        }
+    }
+}
+
+/// Large answers come one after the other when memory for all is short; the oldest request is never
+/// held back, so that every answer comes in the end.
+bool Pool::isHeldBack(const WorkerProcess& worker, std::size_t held) const {
+    if (worker.announced() <= kLargeAnswer || worker.load() == 0) {
+        return false;
+    }
+    for (const WorkerProcess& other : workers_) {
+        if (other.announced() > kLargeAnswer) {
+            held += other.announced();
+        }
+    }
+    return held > options_.heldBytes &&
+           std::ranges::any_of(workers_, [&](const WorkerProcess& other) {
+               return other.load() > 0 && other.first().id < worker.first().id;
+           });
+}
+
+Clock::time_point Pool::nextDeadline() const {
+    auto next = Clock::time_point::max();
+    for (const WorkerProcess& worker : workers_) {
+        next = std::min(next, worker.deadline().value_or(next));
+    }
+    return next;
+}
+
+void Pool::handle(std::span<const pollfd> set) {
+    for (auto worker = workers_.begin(); worker != workers_.end();) {
+        WorkerProcess& current = *worker++;
+        if (std::ranges::any_of(set, [&](const pollfd& e) { return hasPlaceFor(e, current); })) {
+            current.flush();
+        }
+        if (std::ranges::any_of(set, [&](const pollfd& e) { return hasAnswerFor(e, current); })) {
+            const bool goesOn = current.receive();
+            if (takeAnswers(current) && !goesOn) {
+                fail(current, "");
+            }
+        }
+    }
+    dispatch();
+}
+
+bool Pool::takeAnswers(WorkerProcess& worker) {
+    try {
+        while (const auto frame = worker.nextFrame()) {
+            const bool goesOn =
+                worker.isReady() ? takeAnswer(worker, *frame) : takeReadiness(worker, *frame);
+            if (!goesOn) {
+                return false;
+            }
+        }
+        return true;
+    } catch (const BadFrame& error) {
+        fail(worker, fmt::format("after it had sent what it should not: {}", error.what()));
+        return false;
+    }
+}
+
+bool Pool::takeReadiness(WorkerProcess& worker, const Frame& frame) {
+    if (frame.sequence != kSetupSequence) {
+        throw BadFrame("it answers before it is ready");
+    }
+    if (!frame.payload.empty()) {
+        throw zephra::LoadError(std::string(frame.payload));
+    }
+    failedStarts_ = 0;
+    worker.becomeReady();
+    return true;
+}
+
+bool Pool::takeAnswer(WorkerProcess& worker, const Frame& frame) {
+    if (worker.load() == 0 || frame.sequence != worker.first().id) {
+        throw BadFrame("it answers what it was not asked");
+    }
+    Answer answer = decodedAnswer(frame.payload);
+    if (!answer.outcome.error && !checker_.accepts(answer.outcome.rendering)) {
+        throw BadFrame("its output is not in the format");
+    }
+    const Request request = worker.finishFirst();
+    if (answer.wantsReplacement) {
+        remove(worker);
+    }
+    deliver_(request.id, std::move(answer.outcome));
+    return !answer.wantsReplacement;
+}
+
+void Pool::remove(WorkerProcess& worker) {
+    giveBack(worker.takeRequests());
+    workers_.remove_if([&](const WorkerProcess& other) { return &other == &worker; });
+}
+
+void Pool::giveBack(std::deque<Request> requests) {
+    for (auto request = requests.rbegin(); request != requests.rend(); ++request) {
+        auto& queue = request->isSecondTry ? secondTries_ : waiting_;
+        queue.push_front(std::move(*request));
+    }
+}
+
+/// Ends a worker that died or cannot be trusted any more. `how` is empty when its death says it.
+void Pool::fail(WorkerProcess& worker, const std::string& how) {
+    if (!worker.isReady()) {
+        failToStart(worker, how);
+        return;
+    }
+    const std::string death = worker.end();
+    if (worker.load() == 0) {
+        remove(worker);
+        return;
+    }
+    Request suspect = worker.finishFirst();
+    remove(worker);
+    if (!suspect.isSecondTry) {
+        suspect.isSecondTry = true;
+        secondTries_.push_back(std::move(suspect));
+        return;
+    }
+    deliver_(suspect.id,
+             failure(Status::crashed, "veltrace:crashed",
+                     fmt::format("The process that read the file ended {}, and so did the one "
+                                 "before.",
+                                 how.empty() ? death : how)));
+}
+
+void Pool::failToStart(WorkerProcess& worker, const std::string& how) {
+    const std::string death = worker.end();
+    remove(worker);
+    if (++failedStarts_ == kMostFailedStarts) {
+        throw WorkersFail(
+            fmt::format("the processes that should read files end {} before they are ready",
+                        how.empty() ? death : how));
+    }
+}
+
+void Pool::endStoppedWorkers() {
+    for (auto worker = workers_.begin(); worker != workers_.end();) {
+        WorkerProcess& current = *worker++;
+        if (current.isStopped()) {
+            fail(current, "when a signal stopped it");
+        }
+    }
+    dispatch();
+}
+
+void Pool::enforceDeadlines() {
+    const auto now = Clock::now();
+    for (auto worker = workers_.begin(); worker != workers_.end();) {
+        WorkerProcess& current = *worker++;
+        if (current.deadline().value_or(now) < now) {
+            endForTime(current);
+        }
+    }
+    dispatch();
+}
+
+void Pool::endForTime(WorkerProcess& worker) {
+    if (!worker.isReady()) {
+        failToStart(worker, "without a sign of life");
+        return;
+    }
+    const Request request = worker.finishFirst();
+    remove(worker);
+    const std::chrono::duration<double> limit = options_.timeLimit;
+    deliver_(request.id, failure(Status::limitTime, "veltrace:timeLimit",
+                                 fmt::format("The file was not read within {} s.", limit.count())));
+}
+
+void Pool::postpone(Clock::duration time) {
+    for (WorkerProcess& worker : workers_) {
+        worker.postpone(time);
+    }
+}
+
+}  // namespace veltrace::cli

@@ -1,0 +1,103 @@
+#include "pool/worker_process.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <unistd.h>
+#include <utility>
+
+#include "hidden_modes.h"
+#include "wire/exchange.h"
+#include "worker/worker.h"
+
+namespace veltrace::cli {
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{64} << 10;
+/// Of one worker at a time, so that none has to wait for long.
+constexpr int kBlocksAtOnce = 16;
+
+void appendFrame(std::string& bytes, std::uint64_t sequence, std::string_view payload) {
+    const std::size_t begin = beginFrame(bytes, sequence);
+    bytes += payload;
+    endFrame(bytes, begin);
+}
+
+}  // namespace
+
+WorkerProcess::WorkerProcess(std::string_view setup, std::size_t largestAnswer, bool keepsError,
+                             Clock::duration timeLimit)
+    : WorkerProcess(Pipes{}, setup, largestAnswer, keepsError, timeLimit) {}
+
+WorkerProcess::WorkerProcess(Pipes pipes, std::string_view setup, std::size_t largestAnswer,
+                             bool keepsError, Clock::duration timeLimit)
+    : requests_(std::move(pipes.requests.writeEnd)),
+      answers_(std::move(pipes.answers.readEnd)),
+      process_(
+          {"veltrace", kWorkerMode},
+          {{pipes.requests.readEnd.get(), kRequests}, {pipes.answers.writeEnd.get(), kAnswers}},
+          keepsError),
+      timeLimit_(timeLimit),
+      deadline_(Clock::now() + timeLimit),
+      received_(largestAnswer) {
+    makeNonBlocking(requests_);
+    makeNonBlocking(answers_);
+    appendFrame(unsent_, kSetupSequence, setup);
+}
+
+void WorkerProcess::send(Request request) {
+    if (unanswered_.empty() && isReady_) {
+        restartTime();
+    }
+    appendFrame(unsent_, request.id, request.path);
+    unanswered_.push_back(std::move(request));
+}
+
+void WorkerProcess::flush() {
+    while (hasUnsent()) {
+        const ssize_t size = write(requests_.get(), unsent_.data() + sent_, unsent_.size() - sent_);
+        if (size < 0 && errno != EINTR) {
+            // Full; or nobody reads, and then the answers end as well.
+            return;
+        }
+        sent_ += static_cast<std::size_t>(std::max<ssize_t>(size, 0));
+    }
+    unsent_.clear();
+    sent_ = 0;
+}
+
+bool WorkerProcess::receive() {
+    const bool hadBegun = received_.pending() > 0;
+    for (int block = 0; block < kBlocksAtOnce; ++block) {
+        const ssize_t size = read(answers_.get(), received_.room(kBlock), kBlock);
+        if (size > 0) {
+            received_.filled(static_cast<std::size_t>(size));
+        } else if (size == 0 || (errno != EINTR && errno != EAGAIN)) {
+            return false;
+        }
+        if (size < static_cast<ssize_t>(kBlock)) {
+            break;
+        }
+    }
+    if (!hadBegun) {
+        restartTime();
+    }
+    return true;
+}
+
+void WorkerProcess::becomeReady() {
+    isReady_ = true;
+    restartTime();
+}
+
+Request WorkerProcess::finishFirst() {
+    Request request = std::move(unanswered_.front());
+    unanswered_.pop_front();
+    restartTime();
+    return request;
+}
+
+std::optional<Clock::time_point> WorkerProcess::deadline() const {
+    return isReady_ && unanswered_.empty() ? std::nullopt : std::optional(deadline_);
+}
+
+}  // namespace veltrace::cli

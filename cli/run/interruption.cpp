@@ -1,0 +1,75 @@
+#include "run/interruption.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace veltrace::cli {
+namespace {
+
+// Signal handlers have no other way to reach anything.
+std::atomic<int> endingSignal{0};
+std::atomic<bool> childChanged{false};
+std::atomic<int> wakeUp{-1};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
+void handleSignal(int signal) {
+    const int keptErrno = errno;
+    if (signal == SIGCHLD) {
+        childChanged = true;
+    } else {
+        endingSignal = signal;
+    }
+    const std::uint64_t one = 1;
+    // A full counter is readable as well.
+    static_cast<void>(!write(wakeUp, &one, sizeof one));
+    errno = keptErrno;
+}
+
+void handle(int signal, int flags) {
+    struct sigaction action {};
+    struct sigaction old {};
+    action.sa_handler = handleSignal;
+    action.sa_flags = flags;
+    sigemptyset(&action.sa_mask);
+    if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) {
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+}  // namespace
+
+void catchInterruptions() {
+    wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wakeUp < 0) {
+        throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
+    }
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        // Not restarted: a write that waits for a reader is to notice.
+        handle(signal, static_cast<int>(SA_RESETHAND));
+    }
+    handle(SIGCHLD, SA_RESTART);
+}
+
+int interruption() {
+    return endingSignal;
+}
+
+bool takeChildChange() {
+    return childChanged.exchange(false);
+}
+
+int wakeUpDescriptor() {
+    return wakeUp;
+}
+
+void forgetWakeUp() {
+    std::uint64_t count = 0;
+    static_cast<void>(!read(wakeUp, &count, sizeof count));
+}
+
+}  // namespace veltrace::cli

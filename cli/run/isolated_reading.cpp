@@ -1,0 +1,91 @@
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "render/renderer.h"
+#include "run/feed.h"
+#include "run/interruption.h"
+#include "run/reading.h"
+#include "run/wait.h"
+
+namespace veltrace::cli {
+namespace {
+
+/// Longer than a wait that was asked for takes unless this process was stopped.
+constexpr std::chrono::milliseconds kOversleep{100};
+
+class IsolatedReading {
+public:
+    IsolatedReading(Reading reading, const PoolOptions& options, const WorkerSetup& setup)
+        : reading_(reading),
+          checker_(makeRenderer(setup.render)),
+          pool_(options, setup, *checker_,
+                [this](std::uint64_t sequence, Outcome outcome) {
+                    reading_.sink.deliver(sequence, std::move(outcome));
+                }),
+          feed_(reading.inputs) {}
+
+    Ending run() {
+        while (interruption() == 0) {
+            feed();
+            if (feed_.isAtEnd() && pool_.isIdle()) {
+                break;
+            }
+            wait();
+            reading_.progress.show(reading_.sink.tally(),
+                                   reading_.total ? reading_.total : feed_.total());
+        }
+        return feed_.ending();
+    }
+
+private:
+    void feed() {
+        while (pool_.hasRoom() && reading_.sink.hasRoom()) {
+            auto file = feed_.next();
+            if (!file) {
+                return;
+            }
+            reading_.sink.expect(file->sequence, file->path);
+            pool_.submit(file->sequence, std::move(file->path));
+        }
+    }
+
+    void wait() {
+        set_.clear();
+        pool_.addTo(set_, reading_.sink.heldBytes());
+        set_.push_back({wakeUpDescriptor(), POLLIN, 0});
+        set_.push_back({feed_.descriptor(), POLLIN, 0});
+
+        const auto start = Clock::now();
+        const auto until = std::min(pool_.nextDeadline(), reading_.progress.nextUpdate());
+        pool_.postpone(start - lastWait_);
+        waitFor(set_, until);
+        lastWait_ = Clock::now();
+        if (until < Clock::time_point::max() - kOversleep && lastWait_ > until + kOversleep &&
+            start < until) {
+            pool_.postpone(lastWait_ - until);
+        }
+
+        pool_.handle(set_);
+        forgetWakeUp();
+        if (takeChildChange()) {
+            pool_.endStoppedWorkers();
+        }
+        pool_.enforceDeadlines();
+    }
+
+    Reading reading_;
+    std::unique_ptr<Renderer> checker_;
+    Pool pool_;
+    Feed feed_;
+    std::vector<pollfd> set_;
+    Clock::time_point lastWait_ = Clock::now();
+};
+
+}  // namespace
+
+Ending readIsolated(Reading reading, const PoolOptions& options, const WorkerSetup& setup) {
+    return IsolatedReading(reading, options, setup).run();
+}
+
+}  // namespace veltrace::cli

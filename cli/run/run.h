@@ -1,0 +1,17 @@
+// One run of the command.
+#pragma once
+
+#include <string_view>
+
+#include "options.h"
+
+namespace veltrace::cli {
+
+/// Reads all files of `options` and writes their records; messages go to standard error. Returns
+/// the exit status.
+[[nodiscard]] int run(const Options& options);
+
+/// Prints `text` to standard output; what `run` does with a failure happens to it too.
+[[nodiscard]] int print(std::string_view text);
+
+}  // namespace veltrace::cli

@@ -1,0 +1,33 @@
+// Reads one file after the other.
+#pragma once
+
+#include <string>
+
+#include "zephra/host/host.h"
+
+#include "record/outcome.h"
+#include "render/renderer.h"
+#include "worker/memory_watch.h"
+
+namespace veltrace::cli {
+
+/// Calls the module for a file, and renders what it returns.
+class FileReader {
+public:
+    /// `renderer` outlives the reader.
+    FileReader(zephra::EntryPoint entryPoint, const Renderer& renderer)
+        : entryPoint_(std::move(entryPoint)), renderer_(renderer) {}
+
+    /// Never throws for anything that a file holds, nor for memory that runs out.
+    [[nodiscard]] Outcome read(const std::string& path);
+
+private:
+    [[nodiscard]] Outcome readRegular(const std::string& path);
+    void judge(Outcome& outcome, const zephra::CallResult& result, const std::string& path) const;
+
+    zephra::EntryPoint entryPoint_;
+    const Renderer& renderer_;
+    MemoryWatch memory_;
+};
+
+}  // namespace veltrace::cli
