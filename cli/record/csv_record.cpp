@@ -47,7 +47,8 @@ void appendRow(std::string& out, const std::vector<std::string>& texts) {
 }  // namespace
 
 std::string csvCell(std::string_view text) {
-    const std::string cell = (isFormula(text) ? "'" : "") + std::string(text);
+    std::string cell(isFormula(text) ? 1 : 0, '\'');
+    cell += text;
     return needsQuotes(cell) ? inQuotes(cell) : cell;
 }
 
