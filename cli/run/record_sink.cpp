@@ -32,9 +32,11 @@ RecordSink::RecordSink(SinkOptions options, OutputFile& output, Progress& progre
       progress_(progress),
       fieldsSeen_(options_.render.fields.size()) {}
 
+/// Not before there is something to write: a run that cannot start leaves nothing behind.
 void RecordSink::begin() {
-    writer_->begin(text_);
-    flush();
+    if (!std::exchange(hasBegun_, true)) {
+        writer_->begin(text_);
+    }
 }
 
 void RecordSink::expect(std::uint64_t sequence, std::string path) {
@@ -66,6 +68,7 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
     for (const std::uint32_t field : record.outcome.rendering.fieldsSeen) {
         fieldsSeen_.at(field) = true;
     }
+    begin();
     if (options_.tellsMessages) {
         progress_.clear();
         writeMessages(std::cerr, record.path, record.outcome);
@@ -75,6 +78,7 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
 }
 
 void RecordSink::end() {
+    begin();
     writer_->end(text_);
     flush();
 }

@@ -31,10 +31,10 @@ public:
     /// `output` and `progress` outlive the sink.
     RecordSink(SinkOptions options, OutputFile& output, Progress& progress);
 
-    void begin();
     /// A file that will have an outcome. Sequences ascend.
     void expect(std::uint64_t sequence, std::string path);
     void deliver(std::uint64_t sequence, Outcome outcome);
+    /// Completes the output, which is then whole also without any record.
     void end();
 
     /// Whether another record may be expected without holding on to too much.
@@ -52,6 +52,7 @@ private:
         std::optional<Outcome> outcome;
     };
 
+    void begin();
     void writeThoseInTurn();
     void write(std::uint64_t sequence, Held held);
     void flush();
@@ -64,6 +65,7 @@ private:
     std::map<std::uint64_t, Held> held_;
     std::size_t heldBytes_ = 0;
     std::vector<bool> fieldsSeen_;
+    bool hasBegun_ = false;
     std::string text_;
 };
 
