@@ -167,6 +167,10 @@ bool Pool::takeAnswers(WorkerProcess& worker) {
                 return false;
             }
         }
+        if (worker.load() == 0 && worker.pending() > 0) {
+            // Would count as busy for ever, as no time limit runs.
+            throw BadFrame("it begins to answer what it was not asked");
+        }
         return true;
     } catch (const BadFrame& error) {
         fail(worker, fmt::format("after it had sent what it should not: {}", error.what()));

@@ -44,7 +44,8 @@ public:
     [[nodiscard]] bool receive();
     /// The next frame that has come whole. Throws BadFrame.
     [[nodiscard]] std::optional<Frame> nextFrame() { return received_.next(); }
-    /// Bytes of the answer that is coming.
+    /// Bytes of the answer that is coming: those that have come, and all as it says itself.
+    [[nodiscard]] std::size_t pending() const { return received_.pending(); }
     [[nodiscard]] std::size_t announced() const { return received_.announced(); }
 
     [[nodiscard]] bool isReady() const { return isReady_; }

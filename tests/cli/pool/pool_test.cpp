@@ -1,0 +1,81 @@
+#include "pool/pool.h"
+
+#include <gmock/gmock.h>
+#include <map>
+
+#include "pool/scripted_worker.h"
+#include "run/wait.h"
+
+namespace veltrace::cli {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+WorkerSetup setupFor(const char* script) {
+    WorkerSetup setup;
+    setup.render.format = Format::ndjson;
+    setup.module = script;
+    return setup;
+}
+
+/// A pool of scripted workers and what it delivers.
+class ScriptedPool {
+public:
+    explicit ScriptedPool(const char* script, PoolOptions options = {})
+        : checker_(makeRenderer(setupFor(script).render)),
+          pool_(options, setupFor(script), *checker_, [this](std::uint64_t id, Outcome outcome) {
+              EXPECT_TRUE(outcomes_.emplace(id, std::move(outcome)).second) << id;
+          }) {}
+
+    void submit(const char* name) { pool_.submit(submitted_++, name); }
+
+    /// Until every request has its outcome, but not for ever.
+    void finish() {
+        const auto end = Clock::now() + 20s;
+        while (!pool_.isIdle() && Clock::now() < end) {
+            step();
+        }
+        EXPECT_THAT(outcomes_, SizeIs(submitted_));
+    }
+
+    Status status(std::uint64_t id) { return outcomes_.at(id).status; }
+    const Outcome& outcome(std::uint64_t id) { return outcomes_.at(id); }
+
+private:
+    void step() {
+        std::vector<pollfd> set;
+        pool_.addTo(set, 0);
+        waitFor(set, std::min(pool_.nextDeadline(), Clock::now() + 1s));
+        pool_.handle(set);
+        pool_.enforceDeadlines();
+    }
+
+    std::unique_ptr<Renderer> checker_;
+    Pool pool_;
+    std::uint64_t submitted_ = 0;
+    std::map<std::uint64_t, Outcome> outcomes_;
+};
+
+TEST(Pool, AnswersEveryRequestOnce) {
+    ScriptedPool pool(test::kPlain, {.workers = 2});
+    for (int i = 0; i < 100; ++i) {
+        pool.submit("a");
+    }
+    pool.finish();
+    EXPECT_EQ(pool.status(99), Status::ok);
+}
+
+TEST(Pool, ReplacesAWorkerThatBeginsAnAnswerItWasNotAskedFor) {
+    ScriptedPool pool(test::kTalkative, {.workers = 1});
+    pool.submit("a");
+    pool.finish();
+    pool.submit(test::kPlain);
+    pool.finish();
+    EXPECT_EQ(pool.status(0), Status::ok);
+    EXPECT_EQ(pool.status(1), Status::ok);
+}
+
+}  // namespace
+}  // namespace veltrace::cli

@@ -1,0 +1,102 @@
+#include "pool/scripted_worker.h"
+
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <unistd.h>
+
+#include "hidden_modes.h"
+#include "wire/exchange.h"
+#include "wire/frame.h"
+#include "worker/worker.h"
+
+namespace veltrace::cli::test {
+namespace {
+
+void send(const std::string& bytes) {
+    static_cast<void>(!write(kAnswers, bytes.data(), bytes.size()));
+}
+
+std::string framed(std::uint64_t sequence, const std::string& payload) {
+    std::string bytes;
+    const std::size_t begin = beginFrame(bytes, sequence);
+    bytes += payload;
+    endFrame(bytes, begin);
+    return bytes;
+}
+
+std::string openDescriptors() {
+    std::string numbers;
+    for (int number = 0; number < 256; ++number) {
+        if (fcntl(number, F_GETFD) >= 0) {
+            numbers += std::to_string(number) + ' ';
+        }
+    }
+    return numbers;
+}
+
+std::string okAnswer(const std::string& warning) {
+    Answer answer;
+    answer.outcome.rendering.body = "[]";
+    if (!warning.empty()) {
+        answer.outcome.status = Status::warned;
+        answer.outcome.warnings.push_back({"id", warning});
+    }
+    std::string payload;
+    encode(answer, payload);
+    return payload;
+}
+
+void answer(const std::string& script, const Frame& request) {
+    const bool isPlain = request.payload == kPlain;
+    if (!isPlain && script == kDeaf) {
+        close(kRequests);
+    }
+    if (!isPlain && (script == kDeaf || script == kSilent)) {
+        pause();
+    }
+    std::string bytes =
+        framed(request.sequence, okAnswer(script == kOpenHanded ? openDescriptors() : ""));
+    if (!isPlain && script == kTalkative) {
+        bytes += framed(request.sequence + 1, std::string(1U << 20, 'x')).substr(0, 100);
+    }
+    send(bytes);
+}
+
+[[noreturn]] void work() {
+    FrameBuffer requests(1U << 20);
+    std::string script;
+    while (true) {
+        while (const auto frame = requests.next()) {
+            if (frame->sequence == kSetupSequence) {
+                script = decodedSetup(frame->payload).module;
+                usleep(script == kLate ? 300'000 : 0);
+                send(framed(kSetupSequence, ""));
+            } else {
+                answer(script, *frame);
+            }
+        }
+        const ssize_t size = read(kRequests, requests.room(4096), 4096);
+        if (size <= 0) {
+            _exit(0);
+        }
+        requests.filled(static_cast<std::size_t>(size));
+    }
+}
+
+/// The process that a pool starts is this program, and works before `main`.
+bool actAsWorker() {
+    std::ifstream file("/proc/self/cmdline");
+    const std::string arguments(std::istreambuf_iterator<char>(file), {});
+    if (arguments == std::string("veltrace\0", 9) + kWorkerMode + '\0') {
+        work();
+    }
+    return false;
+}
+
+[[maybe_unused]] const bool kIsWorker = actAsWorker();
+
+}  // namespace
+}  // namespace veltrace::cli::test
