@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kBlock = std::size_t{64} << 10;
 /// Of one worker at a time, so that none has to wait for long.
 constexpr int kBlocksAtOnce = 16;
+/// To become ready, which is no matter of the files.
+constexpr std::chrono::seconds kStartTime{20};
 
 void appendFrame(std::string& bytes, std::uint64_t sequence, std::string_view payload) {
     const std::size_t begin = beginFrame(bytes, sequence);
@@ -37,7 +39,7 @@ WorkerProcess::WorkerProcess(Pipes pipes, std::string_view setup, std::size_t la
           {{pipes.requests.readEnd.get(), kRequests}, {pipes.answers.writeEnd.get(), kAnswers}},
           keepsError),
       timeLimit_(timeLimit),
-      deadline_(Clock::now() + timeLimit),
+      deadline_(Clock::now() + kStartTime),
       received_(largestAnswer) {
     makeNonBlocking(requests_);
     makeNonBlocking(answers_);
@@ -78,7 +80,7 @@ bool WorkerProcess::receive() {
             break;
         }
     }
-    if (!hadBegun) {
+    if (!hadBegun && isReady_) {
         restartTime();
     }
     return true;

@@ -23,7 +23,8 @@ struct Request {
 };
 
 /// A worker, the requests that it has not answered, and the pipes between. Never waits for the
-/// worker. The time limit of the first of its requests runs from when it became the first.
+/// worker. The time limit of the first of its requests runs from when it became the first, and anew
+/// from the first byte of its answer: how long that takes depends on others too.
 class WorkerProcess {
 public:
     /// Starts a process; `setup` is the first that it gets. Throws std::system_error.

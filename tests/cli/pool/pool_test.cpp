@@ -77,5 +77,21 @@ TEST(Pool, ReplacesAWorkerThatBeginsAnAnswerItWasNotAskedFor) {
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
+TEST(Pool, LetsAWorkerStartSlowerThanItMayRead) {
+    ScriptedPool pool(test::kLate, {.workers = 1, .timeLimit = 50ms});
+    pool.submit("a");
+    pool.finish();
+    EXPECT_EQ(pool.status(0), Status::ok);
+}
+
+TEST(Pool, EndsWhatIsNotReadInTime) {
+    ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
+    pool.submit("a");
+    pool.submit(test::kPlain);
+    pool.finish();
+    EXPECT_EQ(pool.status(0), Status::limitTime);
+    EXPECT_EQ(pool.status(1), Status::ok);
+}
+
 }  // namespace
 }  // namespace veltrace::cli
