@@ -22,14 +22,6 @@ bool isAlone(const WorkerProcess& worker) {
     return worker.load() > 0 && worker.first().isSecondTry;
 }
 
-bool hasAnswerFor(const pollfd& entry, const WorkerProcess& worker) {
-    return entry.fd == worker.answerDescriptor() && entry.revents != 0;
-}
-
-bool hasPlaceFor(const pollfd& entry, const WorkerProcess& worker) {
-    return entry.fd == worker.requestDescriptor() && entry.revents != 0;
-}
-
 }  // namespace
 
 Pool::Pool(PoolOptions options, const WorkerSetup& setup, const Renderer& checker, Deliver deliver)
@@ -105,7 +97,8 @@ void Pool::start() {
 
 void Pool::addTo(std::vector<pollfd>& set, std::size_t held) {
     for (WorkerProcess& worker : workers_) {
-        worker.flush();
+        // One that fails is noticed when its answers have been taken.
+        static_cast<void>(worker.flush());
         if (isHeldBack(worker, held)) {
             worker.restartTime();
         } else {
@@ -143,19 +136,35 @@ Clock::time_point Pool::nextDeadline() const {
 }
 
 void Pool::handle(std::span<const pollfd> set) {
-    for (auto worker = workers_.begin(); worker != workers_.end();) {
-        WorkerProcess& current = *worker++;
-        if (std::ranges::any_of(set, [&](const pollfd& e) { return hasPlaceFor(e, current); })) {
-            current.flush();
-        }
-        if (std::ranges::any_of(set, [&](const pollfd& e) { return hasAnswerFor(e, current); })) {
-            const bool goesOn = current.receive();
-            if (takeAnswers(current) && !goesOn) {
-                fail(current, "");
-            }
+    // No worker is started meanwhile, so a descriptor is always that of the same one.
+    for (const pollfd& entry : set) {
+        if (entry.revents != 0) {
+            handleReady(entry.fd);
         }
     }
     dispatch();
+}
+
+void Pool::handleReady(int descriptor) {
+    const auto worker = std::ranges::find_if(workers_, [&](const WorkerProcess& candidate) {
+        return descriptor == candidate.answerDescriptor() ||
+               descriptor == candidate.requestDescriptor();
+    });
+    if (worker == workers_.end()) {
+        return;  // gone since, or not of a worker
+    }
+    if (descriptor == worker->answerDescriptor()) {
+        receiveFrom(*worker);
+    } else if (!worker->flush()) {
+        fail(*worker, "after it had stopped taking requests");
+    }
+}
+
+void Pool::receiveFrom(WorkerProcess& worker) {
+    const bool goesOn = worker.receive();
+    if (takeAnswers(worker) && !goesOn) {
+        fail(worker, "");
+    }
 }
 
 bool Pool::takeAnswers(WorkerProcess& worker) {

@@ -76,6 +76,8 @@ private:
     [[nodiscard]] WorkerProcess* leastLoaded();
     [[nodiscard]] bool isHeldBack(const WorkerProcess& worker, std::size_t held) const;
 
+    void handleReady(int descriptor);
+    void receiveFrom(WorkerProcess& worker);
     /// False when the worker is gone.
     [[nodiscard]] bool takeAnswers(WorkerProcess& worker);
     [[nodiscard]] bool takeReadiness(WorkerProcess& worker, const Frame& frame);

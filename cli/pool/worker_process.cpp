@@ -54,17 +54,17 @@ void WorkerProcess::send(Request request) {
     unanswered_.push_back(std::move(request));
 }
 
-void WorkerProcess::flush() {
+bool WorkerProcess::flush() {
     while (hasUnsent()) {
         const ssize_t size = write(requests_.get(), unsent_.data() + sent_, unsent_.size() - sent_);
         if (size < 0 && errno != EINTR) {
-            // Full; or nobody reads, and then the answers end as well.
-            return;
+            return errno == EAGAIN;
         }
         sent_ += static_cast<std::size_t>(std::max<ssize_t>(size, 0));
     }
     unsent_.clear();
     sent_ = 0;
+    return true;
 }
 
 bool WorkerProcess::receive() {

@@ -38,8 +38,8 @@ public:
     [[nodiscard]] int answerDescriptor() const { return answers_.get(); }
     /// Whether there is something that the pipe has not taken yet.
     [[nodiscard]] bool hasUnsent() const { return sent_ < unsent_.size(); }
-    /// Hands over as much as the pipe takes.
-    void flush();
+    /// Hands over as much as the pipe takes; false when nobody will read it.
+    [[nodiscard]] bool flush();
 
     /// Takes what has come; false when nothing will come any more.
     [[nodiscard]] bool receive();

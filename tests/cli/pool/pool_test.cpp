@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <map>
+#include <unistd.h>
 
 #include "pool/scripted_worker.h"
 #include "run/wait.h"
@@ -90,6 +91,16 @@ TEST(Pool, EndsWhatIsNotReadInTime) {
     pool.submit(test::kPlain);
     pool.finish();
     EXPECT_EQ(pool.status(0), Status::limitTime);
+    EXPECT_EQ(pool.status(1), Status::ok);
+}
+
+TEST(Pool, ReplacesAWorkerThatHasStoppedTakingRequestsAtOnce) {
+    ScriptedPool pool(test::kDeaf, {.workers = 1, .timeLimit = 1h});
+    pool.submit("a");
+    pool.finish();
+    usleep(100'000);  // until the worker has closed its pipe
+    pool.submit(test::kPlain);
+    pool.finish();
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 

@@ -51,10 +51,7 @@ std::string okAnswer(const std::string& warning) {
 
 void answer(const std::string& script, const Frame& request) {
     const bool isPlain = request.payload == kPlain;
-    if (!isPlain && script == kDeaf) {
-        close(kRequests);
-    }
-    if (!isPlain && (script == kDeaf || script == kSilent)) {
+    if (!isPlain && script == kSilent) {
         pause();
     }
     std::string bytes =
@@ -63,6 +60,10 @@ void answer(const std::string& script, const Frame& request) {
         bytes += framed(request.sequence + 1, std::string(1U << 20, 'x')).substr(0, 100);
     }
     send(bytes);
+    if (!isPlain && script == kDeaf) {
+        close(kRequests);
+        pause();
+    }
 }
 
 [[noreturn]] void work() {

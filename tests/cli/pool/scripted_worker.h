@@ -11,7 +11,7 @@ namespace veltrace::cli::test {
 inline constexpr const char* kPlain = "plain";
 /// Goes on, after an answer, with the beginning of one that it was not asked for.
 inline constexpr const char* kTalkative = "talkative";
-/// Closes the pipe of its requests in place of an answer, and lives on.
+/// Closes the pipe of its requests after an answer, and lives on.
 inline constexpr const char* kDeaf = "deaf";
 /// Is ready after 300 ms.
 inline constexpr const char* kLate = "late";
