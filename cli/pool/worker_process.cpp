@@ -98,6 +98,11 @@ Request WorkerProcess::finishFirst() {
     return request;
 }
 
+void WorkerProcess::postpone(Clock::duration time) {
+    const Clock::duration limit = isReady_ ? timeLimit_ : kStartTime;
+    deadline_ = std::min(deadline_ + time, Clock::now() + limit);
+}
+
 std::optional<Clock::time_point> WorkerProcess::deadline() const {
     return isReady_ && unanswered_.empty() ? std::nullopt : std::optional(deadline_);
 }

@@ -62,8 +62,9 @@ public:
 
     /// When the time of the first request, or of becoming ready, is over.
     [[nodiscard]] std::optional<Clock::time_point> deadline() const;
-    /// Time in which this process did not listen is not the worker's.
-    void postpone(Clock::duration time) { deadline_ += time; }
+    /// Time in which this process did not listen is not the worker's: its limit ends later by
+    /// `time`, but not later than if it began now.
+    void postpone(Clock::duration time);
     void restartTime() { deadline_ = Clock::now() + timeLimit_; }
 
     [[nodiscard]] bool isStopped() const { return process_.isStopped(); }

@@ -13,6 +13,9 @@ namespace {
 
 /// Longer than a wait that was asked for takes unless this process was stopped.
 constexpr std::chrono::milliseconds kOversleep{100};
+/// Work between two waits that no worker can make longer, piece by piece, at its own pace. What
+/// takes longer waited for something: the output, the list of names, the end of a process.
+constexpr std::chrono::milliseconds kWork{10};
 
 class IsolatedReading {
 public:
@@ -58,12 +61,14 @@ private:
 
         const auto start = Clock::now();
         const auto until = std::min(pool_.nextDeadline(), reading_.progress.nextUpdate());
-        pool_.postpone(start - lastWait_);
+        if (start - lastWait_ > kWork) {
+            pool_.postpone(start - lastWait_);
+        }
         waitFor(set_, until);
         lastWait_ = Clock::now();
-        if (until < Clock::time_point::max() - kOversleep && lastWait_ > until + kOversleep &&
-            start < until) {
-            pool_.postpone(lastWait_ - until);
+        // Whatever stopped this process may have stopped the workers too.
+        if (start < until && lastWait_ - kOversleep > until) {
+            pool_.postpone(lastWait_ - start);
         }
 
         pool_.handle(set_);

@@ -41,6 +41,8 @@ public:
         EXPECT_THAT(outcomes_, SizeIs(submitted_));
     }
 
+    void postpone(Clock::duration time) { pool_.postpone(time); }
+
     Status status(std::uint64_t id) { return outcomes_.at(id).status; }
     const Outcome& outcome(std::uint64_t id) { return outcomes_.at(id); }
 
@@ -102,6 +104,29 @@ TEST(Pool, ReplacesAWorkerThatHasStoppedTakingRequestsAtOnce) {
     pool.submit(test::kPlain);
     pool.finish();
     EXPECT_EQ(pool.status(1), Status::ok);
+}
+
+TEST(Pool, GivesNoFileMoreThanItsTimeForAPauseBeforeIt) {
+    ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
+    pool.submit(test::kPlain);
+    pool.finish();
+    pool.submit("a");
+    pool.postpone(1h);
+    pool.finish();
+    EXPECT_EQ(pool.status(1), Status::limitTime);
+}
+
+TEST(Pool, DoesNotCountAPauseAsTimeOfAFile) {
+    ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 300ms});
+    pool.submit(test::kPlain);
+    pool.finish();
+    const auto start = Clock::now();
+    pool.submit("a");
+    usleep(400'000);
+    pool.postpone(400ms);
+    pool.finish();
+    EXPECT_EQ(pool.status(1), Status::limitTime);
+    EXPECT_GE(Clock::now() - start, 600ms);
 }
 
 }  // namespace
