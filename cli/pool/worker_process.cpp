@@ -12,9 +12,8 @@
 namespace veltrace::cli {
 namespace {
 
+/// What a pipe holds. Of one worker at a time, so that none has to wait for long.
 constexpr std::size_t kBlock = std::size_t{64} << 10;
-/// Of one worker at a time, so that none has to wait for long.
-constexpr int kBlocksAtOnce = 16;
 /// To become ready, which is no matter of the files.
 constexpr std::chrono::seconds kStartTime{20};
 
@@ -69,17 +68,11 @@ bool WorkerProcess::flush() {
 
 bool WorkerProcess::receive() {
     const bool hadBegun = received_.pending() > 0;
-    for (int block = 0; block < kBlocksAtOnce; ++block) {
-        const ssize_t size = read(answers_.get(), received_.room(kBlock), kBlock);
-        if (size > 0) {
-            received_.filled(static_cast<std::size_t>(size));
-        } else if (size == 0 || (errno != EINTR && errno != EAGAIN)) {
-            return false;
-        }
-        if (size < static_cast<ssize_t>(kBlock)) {
-            break;
-        }
+    const ssize_t size = read(answers_.get(), received_.room(kBlock), kBlock);
+    if (size <= 0) {
+        return size < 0 && (errno == EINTR || errno == EAGAIN);
     }
+    received_.filled(static_cast<std::size_t>(size));
     if (!hadBegun && isReady_) {
         restartTime();
     }

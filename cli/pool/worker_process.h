@@ -41,7 +41,7 @@ public:
     /// Hands over as much as the pipe takes; false when nobody will read it.
     [[nodiscard]] bool flush();
 
-    /// Takes what has come; false when nothing will come any more.
+    /// Takes a part of what has come; false when nothing will come any more.
     [[nodiscard]] bool receive();
     /// The next frame that has come whole. Throws BadFrame.
     [[nodiscard]] std::optional<Frame> nextFrame() { return received_.next(); }

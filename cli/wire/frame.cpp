@@ -1,5 +1,6 @@
 #include "wire/frame.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace veltrace::cli {
@@ -29,13 +30,14 @@ void endFrame(std::string& bytes, std::size_t begin) {
 }
 
 char* FrameBuffer::room(std::size_t size) {
-    std::memmove(bytes_.data(), bytes_.data() + begin_, end_ - begin_);
-    end_ -= begin_;
-    begin_ = 0;
-    if (end_ == 0 && bytes_.size() > kSmallBuffer) {
-        bytes_ = {};
+    if (begin_ > 0) {
+        std::memmove(bytes_.data(), bytes_.data() + begin_, pending());
+        end_ -= begin_;
+        begin_ = 0;
     }
     if (bytes_.size() < end_ + size) {
+        // All at once: a string that grows by itself doubles. Memory not filled yet costs nothing.
+        bytes_.reserve(std::max(announced(), end_) + size);
         bytes_.resize(end_ + size);
     }
     return bytes_.data() + end_;
@@ -44,6 +46,10 @@ char* FrameBuffer::room(std::size_t size) {
 std::optional<Frame> FrameBuffer::next() {
     const std::string_view bytes = waiting();
     if (bytes.size() < kFrameHeader) {
+        if (bytes.empty() && bytes_.size() > kSmallBuffer) {
+            std::string().swap(bytes_);  // an assignment would keep the memory
+            begin_ = end_ = 0;
+        }
         return std::nullopt;
     }
     const std::size_t size = sizeIn(bytes);

@@ -34,8 +34,8 @@ public:
     [[nodiscard]] char* room(std::size_t size);
     void filled(std::size_t size) { end_ += size; }
 
-    /// The next frame that is complete; valid until `room` is called. Throws BadFrame when one
-    /// would have a larger payload than allowed.
+    /// The next frame that is complete; valid until the next call of this or `room`. Throws
+    /// BadFrame when one would have a larger payload than allowed.
     [[nodiscard]] std::optional<Frame> next();
 
     /// Bytes of the incomplete frame as its header says, 0 before that has come whole.

@@ -1,5 +1,6 @@
 #include "pool/pool.h"
 
+#include <csignal>
 #include <gmock/gmock.h>
 #include <map>
 #include <unistd.h>
@@ -24,11 +25,13 @@ WorkerSetup setupFor(const char* script) {
 /// A pool of scripted workers and what it delivers.
 class ScriptedPool {
 public:
-    explicit ScriptedPool(const char* script, PoolOptions options = {})
+    explicit ScriptedPool(const char* script, PoolOptions options)
         : checker_(makeRenderer(setupFor(script).render)),
           pool_(options, setupFor(script), *checker_, [this](std::uint64_t id, Outcome outcome) {
               EXPECT_TRUE(outcomes_.emplace(id, std::move(outcome)).second) << id;
-          }) {}
+          }) {
+        static_cast<void>(std::signal(SIGPIPE, SIG_IGN));  // as the command does
+    }
 
     void submit(const char* name) { pool_.submit(submitted_++, name); }
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 namespace veltrace::cli {
 namespace {
@@ -72,14 +73,29 @@ TEST(FrameBuffer, TakesThePayloadThatIsAllowedAndNoByteMore) {
     EXPECT_THROW(static_cast<void>(less.next()), BadFrame);
 }
 
-TEST(FrameBuffer, GivesBackTheRoomOfALargeFrame) {
-    FrameBuffer buffer(std::size_t{8} << 20);
-    for (int i = 0; i < 3; ++i) {
-        receive(buffer, frame(1, std::string(std::size_t{4} << 20, 'x')));
-        EXPECT_EQ(buffer.next()->payload.size(), std::size_t{4} << 20);
-        receive(buffer, frame(2, "small"));
-        EXPECT_EQ(buffer.next()->payload, "small");
-    }
+TEST(FrameBuffer, GivesBackTheMemoryOfALargeFrameBeforeTheNextOneComes) {
+    constexpr std::size_t kSize = std::size_t{64} << 20;
+    FrameBuffer buffer(kSize);
+    const std::string bytes = frame(1, std::string(kSize, 'x'));
+    const std::size_t before = mallinfo2().hblkhd;
+    receive(buffer, bytes);
+    EXPECT_EQ(buffer.next()->payload.size(), kSize);
+    EXPECT_FALSE(buffer.next());
+    EXPECT_EQ(mallinfo2().hblkhd, before);
+    receive(buffer, frame(2, "small"));
+    EXPECT_EQ(buffer.next()->payload, "small");
+}
+
+TEST(FrameBuffer, TakesHardlyMoreMemoryThanAFrameHas) {
+    constexpr std::size_t kSize = std::size_t{64} << 20;
+    FrameBuffer buffer(kSize);
+    const std::string bytes = frame(1, std::string(kSize, 'x'));
+    const std::size_t before = mallinfo2().hblkhd;
+    receive(buffer, bytes.substr(0, 1000));
+    receive(buffer, bytes.substr(1000, kSize / 2));
+    receive(buffer, bytes.substr(1000 + kSize / 2));
+    EXPECT_LT(mallinfo2().hblkhd - before, kSize + kSize / 2 + kSize / 4);
+    EXPECT_EQ(buffer.next()->payload, std::string_view(bytes).substr(kFrameHeader));
 }
 
 }  // namespace
