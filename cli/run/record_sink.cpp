@@ -10,15 +10,24 @@ namespace {
 
 constexpr std::size_t kMostHeldRecords = 2048;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
+/// What a record has besides its outcome, most of the time.
+constexpr std::size_t kMoreThanOutcome = std::size_t{16} << 10;
 /// What the buffer keeps between records.
 constexpr std::size_t kKeptCapacity = std::size_t{1} << 20;
+
+std::size_t sizeOf(const zephra::Message& message) {
+    return sizeof message + message.identifier.size() + message.text.size();
+}
 
 std::size_t sizeOf(const Outcome& outcome) {
     const Rendering& rendering = outcome.rendering;
     std::size_t size = sizeof outcome + rendering.body.size() + rendering.nonfinite.size() +
                        rendering.latin1.size() + rendering.omitted.size();
+    if (outcome.error) {
+        size += sizeOf(*outcome.error);
+    }
     for (const zephra::Message& warning : outcome.warnings) {
-        size += sizeof warning + warning.identifier.size() + warning.text.size();
+        size += sizeOf(warning);
     }
     return size;
 }
@@ -62,7 +71,8 @@ void RecordSink::writeThoseInTurn() {
 }
 
 void RecordSink::write(std::uint64_t sequence, Held held) {
-    heldBytes_ -= sizeOf(*held.outcome);
+    const std::size_t size = sizeOf(*held.outcome);
+    heldBytes_ -= size;
     const Record record{sequence, std::move(held.path), std::move(*held.outcome)};
     tally_.add(record.outcome.status);
     for (const std::uint32_t field : record.outcome.rendering.fieldsSeen) {
@@ -73,6 +83,7 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
         progress_.clear();
         writeMessages(std::cerr, record.path, record.outcome);
     }
+    text_.reserve(text_.size() + size + kMoreThanOutcome);  // growing by itself it would double
     writer_->record(record, text_);
     flush();
 }
