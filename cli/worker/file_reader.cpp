@@ -33,11 +33,6 @@ bool isReadable(const std::string& path) {
     return file.isOpen();
 }
 
-Outcome memoryRanOut() {
-    return failure(Status::limitMemory, "veltrace:memoryLimit",
-                   "The memory that a file may take ran out.");
-}
-
 void keepWarnings(Outcome& outcome, const std::vector<zephra::Message>& warnings) {
     const std::size_t kept = std::min(warnings.size(), kMostWarnings);
     outcome.warnings.assign(warnings.begin(), warnings.begin() + static_cast<std::ptrdiff_t>(kept));
@@ -45,6 +40,11 @@ void keepWarnings(Outcome& outcome, const std::vector<zephra::Message>& warnings
 }
 
 }  // namespace
+
+Outcome memoryRanOut() {
+    return failure(Status::limitMemory, "veltrace:memoryLimit",
+                   "The memory that a file may take ran out.");
+}
 
 Outcome FileReader::read(const std::string& path) {
     const auto start = std::chrono::steady_clock::now();

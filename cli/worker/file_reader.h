@@ -11,6 +11,9 @@
 
 namespace veltrace::cli {
 
+/// What comes of a file that needs more memory than there is.
+[[nodiscard]] Outcome memoryRanOut();
+
 /// Calls the module for a file, and renders what it returns.
 class FileReader {
 public:

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,24 +73,33 @@ public:
           reader_(std::move(entryPoint), *renderer_),
           largestAnswer_(largestAnswer(setup.render.largestOutput)) {}
 
+    /// False when nobody takes the answer.
     [[nodiscard]] bool answer(const Frame& request) {
-        Answer answer{reader_.read(std::string(request.payload))};
-        // After an exhausted memory the module leaves its reader and its file behind.
-        answer.wantsReplacement =
-            answer.outcome.status == Status::limitMemory || growth_.hasGrown();
-        bytes_.clear();
-        append(request.sequence, answer);
-        if (bytes_.size() - kFrameHeader > largestAnswer_) {
-            answer.outcome = failure(Status::error, "veltrace:outputLimit",
-                                     "The messages have more bytes than they may.");
-            bytes_.clear();
-            append(request.sequence, answer);
+        try {
+            read(request);
+        } catch (const std::bad_alloc&) {
+            std::string().swap(bytes_);  // of which there may be much, and which may not suffice
+            encodeFrame(request.sequence, {memoryRanOut(), true});
         }
         return send(bytes_);
     }
 
 private:
-    void append(std::uint64_t sequence, const Answer& answer) {
+    void read(const Frame& request) {
+        Answer answer{reader_.read(std::string(request.payload))};
+        // After an exhausted memory the module leaves its reader and its file behind.
+        answer.wantsReplacement =
+            answer.outcome.status == Status::limitMemory || growth_.hasGrown();
+        encodeFrame(request.sequence, answer);
+        if (bytes_.size() - kFrameHeader > largestAnswer_) {
+            answer.outcome = failure(Status::error, "veltrace:outputLimit",
+                                     "The messages have more bytes than they may.");
+            encodeFrame(request.sequence, answer);
+        }
+    }
+
+    void encodeFrame(std::uint64_t sequence, const Answer& answer) {
+        bytes_.clear();
         const std::size_t begin = beginFrame(bytes_, sequence);
         encode(answer, bytes_);
         endFrame(bytes_, begin);
