@@ -32,13 +32,15 @@ void handleSignal(int signal) {
 
 void handle(int signal, int flags) {
     struct sigaction action {};
-    struct sigaction old {};
     action.sa_handler = handleSignal;
     action.sa_flags = flags;
     sigemptyset(&action.sa_mask);
-    if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) {
-        sigaction(signal, &action, nullptr);
-    }
+    sigaction(signal, &action, nullptr);
+}
+
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
 }  // namespace
@@ -49,9 +51,13 @@ void catchInterruptions() {
         throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
     }
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        // Not restarted: a write that waits for a reader is to notice.
-        handle(signal, static_cast<int>(SA_RESETHAND));
+        if (!isIgnored(signal)) {
+            // Not restarted: a write that waits for a reader is to notice.
+            handle(signal, static_cast<int>(SA_RESETHAND));
+        }
     }
+    // Also if it is ignored: the system would then forget children at once, and soon give their
+    // ids, which this process sends signals to, to others.
     handle(SIGCHLD, SA_RESTART);
 }
 

@@ -26,3 +26,15 @@ def test_memory_that_is_short_anywhere_is_told_as_such(veltrace, write):
         statuses |= {record["status"] for record in records(run.stdout)}
     assert statuses <= {"ok", "warned", "limit-memory"}
     assert {"ok", "limit-memory"} <= statuses
+
+
+def ignore_children():
+    signal.signal(signal.SIGCHLD, signal.SIG_IGN)
+
+
+def test_how_workers_end_is_known_also_when_the_caller_ignores_its_children(veltrace, write):
+    run = veltrace("--module", UNRULY, "--ndjson", write("segv", b""), write("stop", b""),
+                   preexec_fn=ignore_children)
+    crashed = {record["path"]: record["error"]["text"] for record in records(run.stdout)}
+    assert "by signal 11 (Segmentation fault)" in crashed["segv"]
+    assert "when a signal stopped it" in crashed["stop"]
