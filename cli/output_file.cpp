@@ -1,6 +1,7 @@
 #include "output_file.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -14,6 +15,7 @@
 #include <utility>
 
 #include "render/escape.h"
+#include "run/interruption.h"
 
 namespace veltrace::cli {
 namespace {
@@ -21,6 +23,7 @@ namespace {
 constexpr mode_t kNewFile = 0666;  // less the umask
 constexpr mode_t kPermissions = 0777;
 constexpr int kAttempts = 100;
+constexpr int kPatience = 500;  // milliseconds
 
 /// With the slash at its end; empty for the current directory.
 std::string directoryOf(const std::string& path) {
@@ -127,7 +130,8 @@ void OutputFile::openBeside() {
 
 void OutputFile::write(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t size = ::write(file_.get(), bytes.data(), bytes.size());
+        const std::string_view piece = nextPiece(bytes);
+        const ssize_t size = ::write(file_.get(), piece.data(), piece.size());
         if (size >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(size));
         } else if (errno == EAGAIN) {
@@ -136,6 +140,19 @@ void OutputFile::write(std::string_view bytes) {
             fail(errno);
         }
     }
+}
+
+/// What can be written without waiting for a reader that has stopped reading, once the run should
+/// end; all of it before.
+std::string_view OutputFile::nextPiece(std::string_view bytes) const {
+    if (interruption() == 0) {
+        return bytes;
+    }
+    pollfd waiting{file_.get(), POLLOUT, 0};
+    if (poll(&waiting, 1, kPatience) == 0) {
+        throw OutputInterrupted("nobody reads " + shown_);
+    }
+    return bytes.substr(0, PIPE_BUF);
 }
 
 void OutputFile::commit() {

@@ -24,6 +24,12 @@ public:
     using OutputError::OutputError;
 };
 
+/// That a signal has ended the run while nobody read the output.
+class OutputInterrupted : public OutputError {
+public:
+    using OutputError::OutputError;
+};
+
 /// Standard output, or a file that nobody sees before it is whole: it is written without a name,
 /// where the file system can, or under another name beside its place, and is gone with this object
 /// unless it was completed. What exists and is no regular file (/dev/null, a FIFO) is written
@@ -38,7 +44,9 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
-    /// Writes all of it, however long that takes. Throws OutputClosed when nobody reads.
+    /// Writes all of it, however long that takes unless a signal ends the run: then a reader that
+    /// takes nothing for half a second is left alone, with OutputInterrupted. Throws OutputClosed
+    /// when there is no reader any more.
     void write(std::string_view bytes);
 
     /// Completes the output: a file takes the place of `target`, and its mode. Nothing can be
@@ -50,6 +58,7 @@ public:
     void keepPartial();
 
 private:
+    [[nodiscard]] std::string_view nextPiece(std::string_view bytes) const;
     void openBeside();
     void giveName();
     void moveTo(const std::string& place);

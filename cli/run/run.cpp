@@ -201,6 +201,8 @@ int guarded(const std::function<int()>& body) {
         return body();
     } catch (const OutputClosed&) {
         return kSignalled + SIGPIPE;
+    } catch (const OutputInterrupted&) {
+        return kSignalled + interruption();
     } catch (const OutputError& error) {
         return complain(error.what(), kOutputFailed);
     } catch (const NamesError& error) {

@@ -38,3 +38,14 @@ def test_how_workers_end_is_known_also_when_the_caller_ignores_its_children(velt
     crashed = {record["path"]: record["error"]["text"] for record in records(run.stdout)}
     assert "by signal 11 (Segmentation fault)" in crashed["segv"]
     assert "when a signal stopped it" in crashed["stop"]
+
+
+@pytest.mark.parametrize("isolation", ["on", "off"])
+def test_a_signal_ends_a_run_whose_output_nobody_reads(write, tmp_path, isolation):
+    write("a.tif", image(texts=[(MAKE, b"x" * 1_000_000)]))
+    with subprocess.Popen([VELTRACE, "--json", "--isolation", isolation, "a.tif"], cwd=tmp_path,
+                          stdout=subprocess.PIPE) as run:
+        assert run.stdout.read(1) == b"["
+        time.sleep(0.2)  # until the pipe is full
+        run.send_signal(signal.SIGTERM)
+        assert run.wait(timeout=20) == 128 + signal.SIGTERM
