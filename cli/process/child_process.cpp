@@ -1,5 +1,6 @@
 #include "process/child_process.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -24,6 +25,7 @@ public:
     void openNull(int number) {
         posix_spawn_file_actions_addopen(&actions_, number, "/dev/null", O_RDWR, 0);
     }
+    void closeFrom(int number) { posix_spawn_file_actions_addclosefrom_np(&actions_, number); }
     [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &actions_; }
 
 private:
@@ -65,9 +67,12 @@ ChildProcess::ChildProcess(std::vector<std::string> command,
             actions.openNull(number);
         }
     }
+    int highest = STDERR_FILENO;
     for (const auto& [from, to] : handovers) {
         actions.copy(from, to);
+        highest = std::max(highest, to);
     }
+    actions.closeFrom(highest + 1);
     const Attributes attributes;
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);

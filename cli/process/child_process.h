@@ -17,8 +17,9 @@ public:
 
     /// Starts it with the arguments `command`, its name among them, in a process group of its own:
     /// keys that interrupt or stop this process do not reach it. It gets the descriptors of
-    /// `handovers`, /dev/null for those of the standard three that are not among them, and no
-    /// others that exec closes. Standard error stays with `keepsError`. Throws std::system_error.
+    /// `handovers`, whose numbers have no gap above the standard three, /dev/null for those of the
+    /// three that are not among them, and no others, even if this process inherited them. Standard
+    /// error stays with `keepsError`. Throws std::system_error.
     ChildProcess(std::vector<std::string> command, std::initializer_list<Handover> handovers,
                  bool keepsError);
     ChildProcess(const ChildProcess&) = delete;

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <map>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "pool/scripted_worker.h"
@@ -130,6 +131,15 @@ TEST(Pool, DoesNotCountAPauseAsTimeOfAFile) {
     pool.finish();
     EXPECT_EQ(pool.status(1), Status::limitTime);
     EXPECT_GE(Clock::now() - start, 600ms);
+}
+
+TEST(Pool, HandsNoOtherDescriptorsToItsWorkers) {
+    const Descriptor inherited(dup(STDERR_FILENO));  // stays open in programs that are executed
+    ScriptedPool pool(test::kOpenHanded, {.workers = 1});
+    pool.submit("a");
+    pool.finish();
+    ASSERT_THAT(pool.outcome(0).warnings, SizeIs(1));
+    EXPECT_EQ(pool.outcome(0).warnings.front().text, "0 1 2 3 ");
 }
 
 }  // namespace

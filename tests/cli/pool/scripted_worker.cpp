@@ -1,13 +1,10 @@
 #include "pool/scripted_worker.h"
 
-#include <array>
-#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <unistd.h>
 
 #include "hidden_modes.h"
+#include "temporary_directory.h"
 #include "wire/exchange.h"
 #include "wire/frame.h"
 #include "worker/worker.h"
@@ -89,9 +86,7 @@ void answer(const std::string& script, const Frame& request) {
 
 /// The process that a pool starts is this program, and works before `main`.
 bool actAsWorker() {
-    std::ifstream file("/proc/self/cmdline");
-    const std::string arguments(std::istreambuf_iterator<char>(file), {});
-    if (arguments == std::string("veltrace\0", 9) + kWorkerMode + '\0') {
+    if (contentOf("/proc/self/cmdline") == std::string("veltrace\0", 9) + kWorkerMode + '\0') {
         work();
     }
     return false;
