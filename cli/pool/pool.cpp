@@ -36,8 +36,7 @@ bool Pool::hasRoom() const {
     if (!waiting_.empty() || !secondTries_.empty()) {
         return false;
     }
-    return workers_.size() < options_.workers ||
-           std::ranges::any_of(workers_, [](const WorkerProcess& worker) {
+    return canStart() || std::ranges::any_of(workers_, [](const WorkerProcess& worker) {
                return !isAlone(worker) && worker.load() < kMostInFlight;
            });
 }
@@ -56,8 +55,7 @@ bool Pool::isIdle() const {
 /// A file that a process has died of goes to a new one, alone, so that it costs no other file a
 /// second time.
 void Pool::dispatch() {
-    while (!secondTries_.empty() && workers_.size() < options_.workers) {
-        start();
+    while (!secondTries_.empty() && (canStart() || endIdleWorker()) && start()) {
         workers_.back().send(std::move(secondTries_.front()));
         secondTries_.pop_front();
     }
@@ -80,19 +78,36 @@ WorkerProcess* Pool::leastLoaded() {
             least = &worker;
         }
     }
-    if ((least == nullptr || least->load() > 0) && workers_.size() < options_.workers) {
-        start();
-        return &workers_.back();
-    }
-    return least;
+    const bool isIdle = least != nullptr && least->load() == 0;
+    return !isIdle && canStart() && start() ? &workers_.back() : least;
 }
 
-void Pool::start() {
+bool Pool::canStart() const {
+    return workers_.size() < options_.workers;
+}
+
+/// Makes do with the workers that there are if the system has no room for another.
+bool Pool::start() {
     try {
         workers_.emplace_back(setup_, largestAnswer_, keepsError_, options_.timeLimit);
+        return true;
     } catch (const std::system_error& error) {
-        throw WorkersFail(error.what());
+        if (workers_.empty()) {
+            throw WorkersFail(error.what());
+        }
+        options_.workers = workers_.size();
+        return false;
     }
+}
+
+/// Makes room for a new one.
+bool Pool::endIdleWorker() {
+    const auto idle = std::ranges::find(workers_, std::size_t{0}, &WorkerProcess::load);
+    if (idle == workers_.end()) {
+        return false;
+    }
+    workers_.erase(idle);
+    return true;
 }
 
 void Pool::addTo(std::vector<pollfd>& set, std::size_t held) {

@@ -28,7 +28,7 @@ public:
 };
 
 struct PoolOptions {
-    std::size_t workers = 1;
+    std::size_t workers = 1;                      ///< at most
     std::chrono::milliseconds timeLimit{10'000};  ///< of one file
     /// Bytes of large answers and of whatever else the caller holds, beyond which only one large
     /// answer at a time is taken.
@@ -47,7 +47,7 @@ public:
 
     /// Whether another request would find a worker.
     [[nodiscard]] bool hasRoom() const;
-    /// Ids ascend. Throws WorkersFail.
+    /// Ids ascend. Throws WorkersFail when there is no worker and none can be started.
     void submit(std::uint64_t id, std::string path);
     /// Whether every request has its outcome.
     [[nodiscard]] bool isIdle() const;
@@ -72,7 +72,9 @@ private:
     using Workers = std::list<WorkerProcess>;
 
     void dispatch();
-    void start();
+    [[nodiscard]] bool canStart() const;
+    [[nodiscard]] bool start();
+    [[nodiscard]] bool endIdleWorker();
     [[nodiscard]] WorkerProcess* leastLoaded();
     [[nodiscard]] bool isHeldBack(const WorkerProcess& worker, std::size_t held) const;
 

@@ -13,7 +13,6 @@ namespace veltrace::cli {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::SizeIs;
 
 WorkerSetup setupFor(const char* script) {
@@ -140,6 +139,32 @@ TEST(Pool, HandsNoOtherDescriptorsToItsWorkers) {
     pool.finish();
     ASSERT_THAT(pool.outcome(0).warnings, SizeIs(1));
     EXPECT_EQ(pool.outcome(0).warnings.front().text, "0 1 2 3 ");
+}
+
+TEST(Pool, MakesDoWithTheWorkersThatCanBeStarted) {
+    ScriptedPool pool(test::kPlain, {.workers = 4});
+    pool.submit("a");
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const auto used = static_cast<rlim_t>(Descriptor(dup(STDIN_FILENO)).get());
+    const rlimit few{used + 5, usual.rlim_max};  // a worker takes four for a moment, then two
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    for (int i = 0; i < 20; ++i) {
+        pool.submit("a");
+    }
+    pool.finish();
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    EXPECT_EQ(pool.status(20), Status::ok);
+}
+
+TEST(Pool, FailsWithoutAnyWorker) {
+    ScriptedPool pool(test::kPlain, {.workers = 4});
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none{0, usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_THROW(pool.submit("a"), WorkersFail);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
 }
 
 }  // namespace
