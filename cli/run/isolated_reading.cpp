@@ -42,8 +42,10 @@ public:
     }
 
 private:
+    [[nodiscard]] bool hasRoom() const { return pool_.hasRoom() && reading_.sink.hasRoom(); }
+
     void feed() {
-        while (pool_.hasRoom() && reading_.sink.hasRoom()) {
+        while (hasRoom()) {
             auto file = feed_.next();
             if (!file) {
                 return;
@@ -54,11 +56,21 @@ private:
     }
 
     void wait() {
-        set_.clear();
+        // Names that are not taken now would be ready all the time.
+        set_ = {{wakeUpDescriptor(), POLLIN, 0}, {hasRoom() ? feed_.descriptor() : -1, POLLIN, 0}};
         pool_.addTo(set_, reading_.sink.heldBytes());
-        set_.push_back({wakeUpDescriptor(), POLLIN, 0});
-        set_.push_back({feed_.descriptor(), POLLIN, 0});
+        waitForReady();
+        pool_.handle(set_);
+        if (set_.front().revents != 0) {
+            forgetWakeUp();
+            if (takeChildChange()) {
+                pool_.endStoppedWorkers();
+            }
+        }
+        pool_.enforceDeadlines();
+    }
 
+    void waitForReady() {
         const auto start = Clock::now();
         const auto until = std::min(pool_.nextDeadline(), reading_.progress.nextUpdate());
         if (start - lastWait_ > kWork) {
@@ -70,13 +82,6 @@ private:
         if (start < until && lastWait_ - kOversleep > until) {
             pool_.postpone(lastWait_ - start);
         }
-
-        pool_.handle(set_);
-        forgetWakeUp();
-        if (takeChildChange()) {
-            pool_.endStoppedWorkers();
-        }
-        pool_.enforceDeadlines();
     }
 
     Reading reading_;
