@@ -15,8 +15,9 @@ namespace {
 constexpr std::size_t kMostInFlight = 32;
 /// An answer is large beyond this.
 constexpr std::size_t kLargeAnswer = std::size_t{64} << 10;
-/// Workers in turn that end before they are ready. They will always, then.
-constexpr int kMostFailedStarts = 3;
+/// Workers in turn that end before they are ready. They will always, then; a few may have been
+/// killed by whatever kills processes on this machine.
+constexpr int kMostFailedStarts = 8;
 
 bool isAlone(const WorkerProcess& worker) {
     return worker.load() > 0 && worker.first().isSecondTry;
