@@ -1,14 +1,18 @@
-// A module that does what the file name says, for tests of those who have to put up with it. Of any
-// other file it returns one directory with the field Name.
+// A module that does what the file name says up to its first dot, for tests of those who have to
+// put up with it. Of any other file it returns one directory with the field Name.
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -23,12 +27,55 @@ void writeAll(const std::string& bytes) {
     static_cast<void>(!write(kAnswers, bytes.data(), bytes.size()));
 }
 
+std::string numberBytes(std::uint64_t number, std::size_t size = sizeof(std::uint64_t)) {
+    std::string bytes(size, '\0');
+    std::memcpy(bytes.data(), &number, size);
+    return bytes;
+}
+
+std::string textBytes(const std::string& text) {
+    return numberBytes(text.size()) + text;
+}
+
 /// A frame as the other side expects it: size, sequence, payload.
-std::string frame(unsigned char sequence, const std::string& payload) {
-    std::string bytes(12, '\0');
-    bytes[0] = static_cast<char>(payload.size());
-    bytes[4] = static_cast<char>(sequence);
-    return bytes + payload;
+std::string frame(std::uint64_t sequence, const std::string& payload) {
+    return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(sequence) + payload;
+}
+
+/// The answer of a file that was read, as the other side expects it but for what differs here.
+struct Forged {
+    std::uint64_t status = 0;
+    std::uint64_t warnings = 0;
+    std::string body = "[]";
+    std::string nonfinite{};
+    std::uint64_t fieldsSeen = 0;  ///< all of them are the first one
+
+    [[nodiscard]] std::string payload() const {
+        std::string bytes = numberBytes(0) + numberBytes(status) + numberBytes(0) +
+                            numberBytes(warnings) + numberBytes(0) + numberBytes(0) +
+                            textBytes(body) + textBytes(nonfinite) + textBytes("") + textBytes("") +
+                            numberBytes(fieldsSeen);
+        for (std::uint64_t i = 0; i < fieldsSeen; ++i) {
+            bytes += numberBytes(0);
+        }
+        return bytes;
+    }
+};
+
+/// The answer of a file that could not be read.
+std::string forgedError() {
+    constexpr std::uint64_t kError = 2;
+    return numberBytes(0) + numberBytes(kError) + numberBytes(1) + textBytes("forged\x1b[2J") +
+           textBytes("\r\nveltrace: nothing\xff\x9b") + numberBytes(0) + numberBytes(0) +
+           numberBytes(0) + textBytes("") + textBytes("") + textBytes("") + textBytes("") +
+           numberBytes(0);
+}
+
+/// Without a system call that could be refused.
+void pause(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end) {
+    }
 }
 
 void allocateForEver() {
@@ -57,6 +104,38 @@ std::size_t overflowStack(std::size_t depth) {
     return goesOn ? overflowStack(depth + 1) + static_cast<std::size_t>(block[0]) : 0;
 }
 
+void trickleForEver(std::uint64_t sequence) {
+    writeAll(frame(sequence, std::string(1000, '\0')).substr(0, 12));
+    while (true) {
+        writeAll({'\0'});
+        pause(std::chrono::milliseconds(50));
+    }
+}
+
+void answerInPieces(std::uint64_t sequence) {
+    for (const char byte : frame(sequence, forgedError())) {
+        writeAll({byte});
+        pause(std::chrono::milliseconds(1));
+    }
+    std::_Exit(0);
+}
+
+/// The answer fits no pipe, and time passes when it has begun.
+void answerAfterPause(std::uint64_t sequence) {
+    constexpr std::size_t kPipe = 65'536;
+    const std::string body = "[\"" + std::string(std::size_t{3} << 20, 'x') + "\"]";
+    const std::string bytes = frame(sequence, Forged{.body = body}.payload());
+    writeAll(bytes.substr(0, kPipe));
+    pause(std::chrono::milliseconds(500));
+    writeAll(bytes.substr(kPipe));
+}
+
+void startProcess() {
+    if (fork() == 0) {
+        pause(std::chrono::hours(1));
+    }
+}
+
 void leakDescriptors() {
     static_cast<void>(dup(STDIN_FILENO));
 }
@@ -67,57 +146,99 @@ void warnOften() {
     }
 }
 
-using Behaviour = std::function<void()>;
+/// Gets what follows the first dot of the name, a sequence number where one is needed.
+using Behaviour = std::function<void(std::uint64_t)>;
+
+Behaviour forge(const Forged& answer) {
+    return [answer](std::uint64_t sequence) { writeAll(frame(sequence, answer.payload())); };
+}
 
 const std::map<std::string, Behaviour>& behaviours() {
     static const std::map<std::string, Behaviour> all{
-        {"garbage", [] { writeAll(std::string(1000, '\xA5')); }},
-        {"huge-frame", [] { writeAll("\xff\xff\xff\xff" + std::string(8, '\0')); }},
-        {"wrong-sequence", [] { writeAll(frame(99, std::string(100, '\0'))); }},
+        {"garbage", [](auto) { writeAll(std::string(1000, '\xA5')); }},
+        {"huge-frame", [](auto) { writeAll("\xff\xff\xff\xff" + std::string(8, '\0')); }},
+        {"wrong-sequence", [](auto) { writeAll(frame(99, std::string(100, '\0'))); }},
         {"half-frame",
-         [] {
+         [](auto) {
              writeAll(frame(0, std::string(100, '\0')).substr(0, 20));
              std::_Exit(0);
          }},
-        {"close-pipe", [] { close(kAnswers); }},
-        {"allocate", allocateForEver},
-        {"sleep", sleepForEver},
-        {"spin", spinForEver},
-        {"exit0", [] { std::_Exit(0); }},
-        {"exit7", [] { std::_Exit(7); }},
-        {"abort", [] { std::abort(); }},
-        {"segv", [] { std::raise(SIGSEGV); }},
-        {"kill", [] { std::raise(SIGKILL); }},
-        {"stop", [] { std::raise(SIGSTOP); }},
-        {"overflow", [] { static_cast<void>(overflowStack(0)); }},
-        {"leak", leakDescriptors},
-        {"warn", warnOften},
-        {"stdout", [] { static_cast<void>(!write(STDOUT_FILENO, "noise\n", 6)); }},
-        {"stderr", [] { static_cast<void>(!write(STDERR_FILENO, "noise\n", 6)); }},
-        {"error", [] { qvxErrMsgIdAndTxt("ZEPHRA:unruly:error", "as %s", "asked"); }},
-        {"throw", [] { throw 42; }},
+        {"close-pipe", [](auto) { close(kAnswers); }},
+        {"allocate", [](auto) { allocateForEver(); }},
+        {"sleep", [](auto) { sleepForEver(); }},
+        {"spin", [](auto) { spinForEver(); }},
+        {"exit0", [](auto) { std::_Exit(0); }},
+        {"exit7", [](auto) { std::_Exit(7); }},
+        {"abort", [](auto) { std::abort(); }},
+        {"segv", [](auto) { std::raise(SIGSEGV); }},
+        {"kill", [](auto) { std::raise(SIGKILL); }},
+        {"stop", [](auto) { std::raise(SIGSTOP); }},
+        {"overflow", [](auto) { static_cast<void>(overflowStack(0)); }},
+        {"leak", [](auto) { leakDescriptors(); }},
+        {"warn", [](auto) { warnOften(); }},
+        {"stdout", [](auto) { static_cast<void>(!write(STDOUT_FILENO, "noise\n", 6)); }},
+        {"stderr", [](auto) { static_cast<void>(!write(STDERR_FILENO, "noise\n", 6)); }},
+        {"error", [](auto) { qvxErrMsgIdAndTxt("ZEPHRA:unruly:error", "as %s", "asked"); }},
+        {"throw", [](auto) { throw 42; }},
+        {"forged", [](auto sequence) { writeAll(frame(sequence, forgedError())); }},
+        {"pieces", answerInPieces},
+        {"trickle", trickleForEver},
+        {"large-late", answerAfterPause},
+        {"broken-json", forge({.body = R"([{"Name":)"})},
+        {"no-array", forge({.body = "{}"})},
+        {"escape-in-json", forge({.body = "[\"\x1b[2J\"]"})},
+        {"escape-in-text", forge({.body = "  \x1b[2J\n"})},
+        {"new-line-in-json", forge({.body = "[\n]"})},
+        {"second-record", forge({.body = R"([]},{"v":1,"info":[])"})},
+        {"wrong-list", forge({.nonfinite = R"({"at":"/path","is":"NaN"})"})},
+        {"unknown-field", forge({.fieldsSeen = 1})},
+        {"unknown-status", forge({.status = 7})},
+        {"time-limit-status", forge({.status = 4})},
+        {"endless-warnings", forge({.warnings = ~std::uint64_t{0}})},
+        {"endless-fields",
+         [](auto sequence) {
+             std::string payload = Forged{}.payload();
+             std::memset(&payload[payload.size() - 8], 0xff, 8);
+             writeAll(frame(sequence, payload));
+         }},
+        {"close-requests", [](auto) { close(STDIN_FILENO); }},
+        {"busy", [](auto) { pause(std::chrono::milliseconds(10)); }},
+        {"fork", [](auto) { startProcess(); }},
+        {"create", [](auto) { close(open("left-behind", O_WRONLY | O_CREAT, 0600)); }},
+        {"kill-parent", [](auto) { kill(getppid(), SIGKILL); }},
+        {"kill-all", [](auto) { kill(0, SIGTERM); }},
+        {"raise-limits",
+         [](auto) {
+             const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
+             setrlimit(RLIMIT_AS, &none);
+             allocateForEver();
+         }},
     };
     return all;
 }
 
-/// The name up to the first dot.
-std::string stemOf(const std::string& path) {
-    const std::string name = path.substr(path.rfind('/') + 1);
-    return name.substr(0, name.find('.'));
+std::string nameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+/// What follows the dot.
+std::uint64_t numberAfter(const std::string& name, std::size_t dot) {
+    return dot < name.size() ? std::strtoull(name.c_str() + dot + 1, nullptr, 10) : 0;
 }
 
 }  // namespace
 
 void qvxFunction(int, qvArray* outputs[], int, const qvArray* inputs[]) {
     char* const argument = qvArrayToString(inputs[0]);
-    const std::string path = argument;
+    const std::string name = nameOf(argument);
     qvFree(argument);
-    const auto behaviour = behaviours().find(stemOf(path));
+    const std::size_t dot = std::min(name.find('.'), name.size());
+    const auto behaviour = behaviours().find(name.substr(0, dot));
     if (behaviour != behaviours().end()) {
-        behaviour->second();
+        behaviour->second(numberAfter(name, dot));
     }
     const std::size_t size = 1;
-    const char* name = "Name";
-    outputs[0] = qvCreateStructArray(1, &size, 1, &name);
-    qvSetField(outputs[0], 0, name, qvCreateString(stemOf(path).c_str()));
+    const char* field = "Name";
+    outputs[0] = qvCreateStructArray(1, &size, 1, &field);
+    qvSetField(outputs[0], 0, field, qvCreateString(name.c_str()));
 }

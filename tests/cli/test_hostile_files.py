@@ -1,0 +1,148 @@
+"""No file takes more than it may, and no other file notices."""
+
+import os
+
+import pytest
+from hostile_files import (ORIENTATION, bad_entries, binary_tree, cycle,
+                           endless_at_constant_memory, sparse, sub_chain_cycle)
+from processes import check_no_process_is_left, confinement
+from run_records import record_lines, records_of, status_of
+from tiff_bytes import HEIGHT, MAKE, WIDTH, directory, image, nested, short
+
+GIBIBYTE = 1 << 30
+UNKNOWN_EXCEPTION = "ZEPHRA:veltrace:unknownException"
+needs_memory_limit = pytest.mark.skipif("memory limit" not in confinement(),
+                                        reason="the memory limit does not hold in this build")
+# Less memory than anybody gives, so that it runs out fast also where the time does.
+LIMITS = ["--memory-limit", "48M", "--time-limit", "60"]
+ENDLESS = {
+    "self.tif": lambda: cycle(1),
+    "cycle-2.tif": lambda: cycle(2),
+    "cycle-1000.tif": lambda: cycle(1000),
+    "sub-chain.tif": sub_chain_cycle,
+    "tree.tif": lambda: binary_tree(28),
+}
+ODD_NAMES = [
+    b"new\nline.tif",
+    b"\n",
+    b"\x1b[31mred\x1b[0m.tif",
+    b"\xff\xfe\x80.tif",
+    b"\xc3\x28.tif",
+    b"\xed\xa0\x80.tif",
+    "line\u2028separator\x85.tif".encode(),
+    b"%n%n%s%99999999d.tif",
+    b"-leading",
+    b"--json",
+    b"-",
+    b" ",
+    b"...",
+    b"{}[],:\"\\'.tif",
+    b"\x01\x7f\t\r.tif",
+    b"L" * 255,
+    b"\x1b" * 255,
+]
+
+
+@pytest.fixture
+def good(write):
+    return [write(f"good-{number}.tif", image(texts=[(MAKE, b"Kiln %d\0" % number)]))
+            for number in range(20)]
+
+
+@pytest.fixture
+def read(veltrace, tmp_path):
+    """Runs the command; asserts that there is one record for each name, and nothing else left."""
+
+    def run(*arguments, names):
+        before = sorted(os.listdir(os.fsencode(tmp_path)))
+        result = veltrace("--ndjson", *arguments, "--", *names)
+        check_no_process_is_left()
+        assert sorted(os.listdir(os.fsencode(tmp_path))) == before
+        records = records_of(result.stdout)
+        assert sorted(record["seq"] for record in records) == list(range(len(names)))
+        by_name = {record["path"]: record for record in records}
+        assert [by_name[os.fsencode(name)]["seq"] for name in names] == list(range(len(names)))
+        return by_name, record_lines(result.stdout)
+
+    return run
+
+
+def between(good, hostile):
+    """The good names with a hostile one after each of the first."""
+    return [name for pair in zip(good, hostile) for name in pair] + good[len(hostile):]
+
+
+@needs_memory_limit
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_what_has_no_end_takes_no_more_memory_than_it_may(write, read, good, jobs):
+    hostile = [write(name, content()) for name, content in ENDLESS.items()]
+    assert len(binary_tree(28)) < 1024
+    records, lines = read(*LIMITS, "--jobs", jobs, names=between(good, hostile))
+    for name in hostile:
+        assert status_of(records[name.encode()]) == ("limit-memory", UNKNOWN_EXCEPTION)
+    assert read(names=good)[1].items() <= lines.items()
+
+
+@needs_memory_limit
+def test_the_limits_without_options_are_such_that_memory_ends_first(write, read):
+    records, _ = read(names=[write("self.tif", cycle(1))])
+    assert status_of(records[b"self.tif"]) == ("limit-memory", UNKNOWN_EXCEPTION)
+
+
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_what_has_no_end_and_takes_no_memory_takes_no_more_time_than_it_may(
+        write, read, good, jobs):
+    hostile = [write(f"loop-{number}.tif", endless_at_constant_memory()) for number in range(2)]
+    records, lines = read("--time-limit", "1", "--jobs", jobs, names=between(good, hostile))
+    for name in hostile:
+        assert status_of(records[name.encode()]) == ("limit-time", "veltrace:timeLimit")
+    assert read(names=good)[1].items() <= lines.items()
+
+
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_what_is_very_deep_or_all_wrong_has_its_record(write, read, good, jobs):
+    hostile = [write("deep.tif", nested(100_000)), write("bad.tif", bad_entries())]
+    records, lines = read("--time-limit", "60", "--jobs", jobs, names=between(good, hostile))
+    assert records[b"deep.tif"]["error"]["id"] == UNKNOWN_EXCEPTION
+    bad = records[b"bad.tif"]
+    assert (bad["status"], len(bad["warnings"]), bad["warnings_dropped"]) == (
+        "warned", 1000, 65_535 - 1000)
+    assert {warning["id"] for warning in bad["warnings"]} == {"ZEPHRA:veltrace:badTagFormat"}
+    assert read(names=good)[1].items() <= lines.items()
+
+
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_the_size_of_a_file_costs_nothing(read, good, tmp_path, jobs):
+    last_at = 4 * GIBIBYTE - 100
+    content = directory(short(WIDTH, 5), short(HEIGHT, 7), short(ORIENTATION, 6))
+    sparse(tmp_path / "first.tif", content, at=8, size=5 * GIBIBYTE)
+    sparse(tmp_path / "last.tif", content, at=last_at, size=5 * GIBIBYTE)
+    sparse(tmp_path / "empty.tif", b"", at=8, size=5 * GIBIBYTE)
+    records, lines = read(*LIMITS, "--jobs", jobs,
+                          names=between(good, ["first.tif", "last.tif", "empty.tif"]))
+    for name in (b"first.tif", b"last.tif"):
+        assert records[name]["status"] == "ok"
+        (found,) = records[name]["info"]
+        assert (found["Width"], found["Height"], found["Orientation"], found["FileSize"]) == (
+            5, 7, 6, 5 * GIBIBYTE)
+    assert status_of(records[b"empty.tif"]) == ("error", "ZEPHRA:veltrace:zeroLengthIfdTable")
+    assert read(names=good)[1].items() <= lines.items()
+
+
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_names_of_any_bytes_come_back_as_they_are(write, read, good, jobs):
+    for number, name in enumerate(ODD_NAMES):
+        write(name, image(short(ORIENTATION, number % 8 + 1)))
+    records, lines = read("--jobs", jobs, names=between(good, ODD_NAMES))
+    for number, name in enumerate(ODD_NAMES):
+        assert records[name]["status"] == "ok"
+        assert records[name]["info"][0]["Orientation"] == number % 8 + 1
+    assert read(names=good)[1].items() <= lines.items()
+
+
+@pytest.mark.parametrize("jobs", ["2", "8"])
+def test_names_that_lead_nowhere_have_their_records(read, good, jobs):
+    names = [name for name in ODD_NAMES if name != b"..."]
+    records, _ = read("--jobs", jobs, names=between(good, names))
+    for name in names:
+        assert status_of(records[name]) == ("unreadable", "ZEPHRA:veltrace:badFilename")

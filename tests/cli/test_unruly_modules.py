@@ -1,0 +1,222 @@
+"""Whatever a module does, each file gets one record and no other file notices."""
+
+import os
+import re
+
+import pytest
+from processes import check_no_process_is_left, confinement
+from run_records import record_lines, records_of, status_of
+
+UNRULY = os.environ["VELTRACE_UNRULY"]
+FORMATS = ["text", "json", "ndjson", "csv"]
+GOOD = [f"good-{number}.tif" for number in range(40)]
+MEMORY_IS_LIMITED = "memory limit" in confinement()
+# What AddressSanitizer makes of signals that tell of a fault.
+FAULT = r"by signal 11 \(Segmentation fault\)" if MEMORY_IS_LIMITED else "with exit status 1"
+
+# How the process ends that reads such a file. The number after the dot is the sequence number of
+# the request.
+ENDINGS = {
+    "garbage": "after it had sent what it should not: a frame is larger than any may be",
+    "huge-frame": "after it had sent what it should not: a frame is larger than any may be",
+    "wrong-sequence": "after it had sent what it should not: it answers what it was not asked",
+    "half-frame": "with exit status 0",
+    # It is ended if it does not end by itself before.
+    "close-pipe": r"(by signal 9 \(Killed\)|with exit status 0)",
+    "exit0": "with exit status 0",
+    "exit7": "with exit status 7",
+    "abort": r"by signal 6 \(Aborted\)",
+    "segv": FAULT,
+    "kill": r"by signal 9 \(Killed\)",
+    "stop": "when a signal stopped it",
+    "overflow": FAULT,
+    "broken-json.1": "after it had sent what it should not: its output is not in the format",
+    "no-array.1": "after it had sent what it should not: its output is not in the format",
+    "escape-in-json.1": "after it had sent what it should not: its output is not in the format",
+    "escape-in-text.1": "after it had sent what it should not: its output is not in the format",
+    "new-line-in-json.1": "after it had sent what it should not: its output is not in the format",
+    "second-record.1": "after it had sent what it should not: its output is not in the format",
+    "wrong-list.1": "after it had sent what it should not: its output is not in the format",
+    "unknown-field.1": "after it had sent what it should not: its output is not in the format",
+    "unknown-status.1": "after it had sent what it should not: a number is out of its range",
+    "time-limit-status.1":
+        "after it had sent what it should not: a worker cannot know this status",
+    "endless-warnings.1": "after it had sent what it should not: a number is out of its range",
+    "endless-fields.1": "after it had sent what it should not: the bytes end within a value",
+}
+SLOW = ["sleep", "spin", "trickle.1"]
+# These take nothing from anybody.
+QUIRKS = ["leak", "stdout", "close-requests"]
+REFUSED = ["fork", "create", "kill-parent", "kill-all"]
+
+
+@pytest.fixture
+def unruly(veltrace, tmp_path):
+    """Runs the command with the module; asserts that nothing is left."""
+
+    def run(*arguments, time_limit=30):
+        before = os.listdir(tmp_path)
+        result = veltrace("--module", UNRULY, "--time-limit", str(time_limit), "--memory-limit",
+                          "128M", *arguments)
+        check_no_process_is_left()
+        assert os.listdir(tmp_path) == before
+        return result
+
+    return run
+
+
+@pytest.fixture
+def middle(unruly):
+    """Runs the command with a file between two good ones; gives the file's record."""
+
+    def run(name, *arguments, **limits):
+        result = unruly("--ndjson", "--ordered", "--jobs", "1", *arguments, "a.tif", name, "b.tif",
+                        **limits)
+        first, record, last = records_of(result.stdout)
+        for good, path in [(first, "a.tif"), (last, "b.tif")]:
+            assert (good["path"], good["status"]) == (path.encode(), "ok")
+            assert good["info"] == [{"Name": path}]
+        assert record["path"] == name.encode()
+        assert result.returncode == (1 if record["error"] else 0)
+        return record | {"stderr": result.stderr}
+
+    return run
+
+
+@pytest.mark.parametrize("sandbox", ["auto", "off"])
+@pytest.mark.parametrize("name", ENDINGS)
+def test_a_process_that_dies_twice_costs_its_file(middle, name, sandbox):
+    record = middle(name, "--sandbox", sandbox)
+    assert status_of(record) == ("crashed", "veltrace:crashed")
+    assert re.fullmatch(f"The process that read the file ended {ENDINGS[name]}, and so did the one "
+                        r"before\.", record["error"]["text"])
+    assert record["info"] == record["warnings"] == []
+    assert sandbox == "off" or record["stderr"] == b""
+
+
+@pytest.mark.parametrize("sandbox", ["auto", "off"])
+@pytest.mark.parametrize("name", SLOW)
+def test_a_file_that_takes_for_ever_is_given_up(middle, name, sandbox):
+    record = middle(name, "--sandbox", sandbox, time_limit=1)
+    assert status_of(record) == ("limit-time", "veltrace:timeLimit")
+    assert record["error"]["text"] == "The file was not read within 1 s."
+
+
+@pytest.mark.skipif(not MEMORY_IS_LIMITED, reason="the memory limit does not hold in this build")
+@pytest.mark.parametrize("sandbox", ["auto", "off"])
+def test_a_file_that_takes_all_memory_is_given_up(middle, sandbox):
+    assert middle("allocate", "--sandbox", sandbox)["status"] == "limit-memory"
+
+
+@pytest.mark.skipif(not MEMORY_IS_LIMITED or "seccomp" not in confinement(),
+                    reason="nothing keeps the process from taking all memory")
+def test_limits_cannot_be_raised(middle):
+    assert middle("raise-limits")["status"] == "limit-memory"
+
+
+@pytest.mark.parametrize("sandbox", ["auto", "off"])
+@pytest.mark.parametrize("name", QUIRKS)
+def test_a_module_that_misbehaves_in_passing_is_no_trouble(middle, name, sandbox):
+    record = middle(name, "--sandbox", sandbox)
+    assert (record["status"], record["info"]) == ("ok", [{"Name": name}])
+    assert record["stderr"] == b""
+
+
+@pytest.mark.skipif("seccomp" not in confinement(), reason="the kernel does not confine processes")
+@pytest.mark.parametrize("name", REFUSED)
+def test_a_process_can_do_nothing_but_read(middle, name):
+    record = middle(name)
+    assert (record["status"], record["info"]) == ("ok", [{"Name": name}])
+
+
+def test_what_a_module_says_on_standard_error_is_heard_without_the_sandbox_only(middle):
+    assert middle("stderr")["stderr"] == b""
+    assert middle("stderr", "--sandbox", "off")["stderr"] == b"noise\n"
+
+
+def test_an_error_is_the_record_of_its_file(middle, write):
+    record = middle(write("error", b""))
+    assert record["status"] == "error"
+    assert record["error"] == {"id": "ZEPHRA:unruly:error", "text": "as asked"}
+
+
+def test_an_exception_is_an_error_of_its_file(middle, write):
+    record = middle(write("throw", b""))
+    assert record["status"] == "error"
+
+
+def test_many_warnings_are_counted(middle):
+    record = middle("warn")
+    assert (record["status"], record["warnings_dropped"]) == ("warned", 234)
+    assert [warning["text"] for warning in record["warnings"]] == [
+        f"warning {number}" for number in range(1000)]
+
+
+@pytest.mark.parametrize("name", ["forged.1", "pieces.1"])
+def test_an_answer_that_is_in_order_counts_whatever_comes_after_it(middle, name):
+    record = middle(name)
+    assert record["status"] == "error"
+    assert record["error"] == {"id": "forged\x1b[2J", "text": b"\r\nveltrace: nothing\xff\x9b"}
+
+
+@pytest.mark.parametrize("form", ["text", "csv"])
+def test_what_a_module_says_of_itself_does_not_reach_a_terminal(unruly, form):
+    run = unruly("--format", form, "forged.0")
+    assert run.stderr == (rb"veltrace: forged.0: error: \r\nveltrace: nothing\xff\x9b "
+                          rb"[forged\x1b[2J]" + b"\n")
+    assert (b"\x1b" in run.stdout, run.returncode) == (False, 1)
+
+
+def mixed(hostile):
+    """Good files with a hostile one after every other, which gets its sequence number."""
+    names = []
+    for number, good in enumerate(GOOD):
+        names.append(good)
+        if number % 2 == 0 and number // 2 < len(hostile):
+            names.append(f"{hostile[number // 2].split('.')[0]}.{len(names)}")
+    assert len(names) == len(GOOD) + len(hostile)
+    return names
+
+
+HOSTILE = [name for name in ENDINGS if "new-line" not in name][:18] + ["sleep", "forged"]
+
+
+@pytest.mark.parametrize("jobs", [1, 2, 8])
+def test_other_files_do_not_notice(unruly, jobs):
+    names = mixed(HOSTILE)
+    run = unruly("--ndjson", "--jobs", str(jobs), *names, time_limit=1)
+    records = records_of(run.stdout)
+    assert sorted(record["seq"] for record in records) == list(range(len(names)))
+    assert {record["seq"]: record["path"].decode() for record in records} == dict(enumerate(names))
+    statuses = {record["path"].decode().split(".")[0]: record["status"] for record in records}
+    expected = dict.fromkeys((name.split(".")[0] for name in HOSTILE), "crashed")
+    expected |= {"sleep": "limit-time", "forged": "error"}
+    expected |= dict.fromkeys((name.split(".")[0] for name in GOOD), "ok")
+    assert statuses == expected
+    alone = record_lines(unruly("--ndjson", *GOOD).stdout)
+    among = record_lines(run.stdout)
+    assert alone.items() <= among.items()
+    assert len(among) == len(names)
+
+
+@pytest.mark.parametrize("form", FORMATS)
+def test_the_output_of_other_files_is_the_same_in_each_format(unruly, form):
+    names = mixed(HOSTILE)
+    alone = unruly("--format", form, "--ordered", "--jobs", "2", *GOOD)
+    among = unruly("--format", form, "--ordered", "--jobs", "2", *names, time_limit=1)
+    assert (alone.returncode, among.returncode) == (0, 1)
+    if form == "text":
+        assert among.stdout == alone.stdout
+    elif form == "csv":
+        rows = among.stdout.splitlines()
+        assert len(rows) == 1 + len(names)
+        assert [row for row in rows if not row.startswith(hostile_starts())] == (
+            alone.stdout.splitlines())
+    else:
+        assert list(record_lines(among.stdout)) == [
+            b'"path":"%s"' % name.encode() for name in names]
+        assert record_lines(alone.stdout).items() <= record_lines(among.stdout).items()
+
+
+def hostile_starts():
+    return tuple(name.split(".")[0].encode() + b"." for name in HOSTILE)
