@@ -17,11 +17,11 @@
 namespace veltrace::cli {
 namespace {
 
-/// Files opened later must not be taken for the standard ones.
+/// Files opened later must not be taken for the standard ones. Writing to what was missing fails.
 void openMissingStandardDescriptors() {
     int descriptor = -1;
     do {
-        descriptor = open("/dev/null", O_RDWR);
+        descriptor = open("/dev/null", O_RDONLY);
     } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
     if (descriptor > STDERR_FILENO) {
         close(descriptor);
