@@ -67,20 +67,27 @@ private:
                 pool_.endStoppedWorkers();
             }
         }
+        postponeForWork();
         pool_.enforceDeadlines();
     }
 
     void waitForReady() {
+        postponeForWork();
         const auto start = Clock::now();
         const auto until = std::min(pool_.nextDeadline(), reading_.progress.nextUpdate());
-        if (start - lastWait_ > kWork) {
-            pool_.postpone(start - lastWait_);
-        }
         waitFor(set_, until);
-        lastWait_ = Clock::now();
+        workStart_ = Clock::now();
         // Whatever stopped this process may have stopped the workers too.
-        if (start < until && lastWait_ - kOversleep > until) {
-            pool_.postpone(lastWait_ - start);
+        if (start < until && workStart_ - kOversleep > until) {
+            pool_.postpone(workStart_ - start);
+        }
+    }
+
+    /// Whoever takes the records may have been slow.
+    void postponeForWork() {
+        const auto start = std::exchange(workStart_, Clock::now());
+        if (workStart_ - start > kWork) {
+            pool_.postpone(workStart_ - start);
         }
     }
 
@@ -89,7 +96,7 @@ private:
     Pool pool_;
     Feed feed_;
     std::vector<pollfd> set_;
-    Clock::time_point lastWait_ = Clock::now();
+    Clock::time_point workStart_ = Clock::now();  // of what is done between two waits
 };
 
 }  // namespace
