@@ -113,18 +113,19 @@ def test_what_is_very_deep_or_all_wrong_has_its_record(write, read, good, jobs):
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
 def test_the_size_of_a_file_costs_nothing(read, good, tmp_path, jobs):
-    last_at = 4 * GIBIBYTE - 100
     content = directory(short(WIDTH, 5), short(HEIGHT, 7), short(ORIENTATION, 6))
     sparse(tmp_path / "first.tif", content, at=8, size=5 * GIBIBYTE)
-    sparse(tmp_path / "last.tif", content, at=last_at, size=5 * GIBIBYTE)
+    sparse(tmp_path / "last.tif", content, at=2 * GIBIBYTE - 100, size=5 * GIBIBYTE)
+    sparse(tmp_path / "far.tif", content, at=4 * GIBIBYTE - 100, size=5 * GIBIBYTE)
     sparse(tmp_path / "empty.tif", b"", at=8, size=5 * GIBIBYTE)
     records, lines = read(*LIMITS, "--jobs", jobs,
-                          names=between(good, ["first.tif", "last.tif", "empty.tif"]))
+                          names=between(good, ["first.tif", "last.tif", "far.tif", "empty.tif"]))
     for name in (b"first.tif", b"last.tif"):
         assert records[name]["status"] == "ok"
         (found,) = records[name]["info"]
         assert (found["Width"], found["Height"], found["Orientation"], found["FileSize"]) == (
             5, 7, 6, 5 * GIBIBYTE)
+    assert status_of(records[b"far.tif"]) == ("error", "ZEPHRA:veltrace:badTiffHeaderIfdOffset")
     assert status_of(records[b"empty.tif"]) == ("error", "ZEPHRA:veltrace:zeroLengthIfdTable")
     assert read(names=good)[1].items() <= lines.items()
 

@@ -123,7 +123,7 @@ void answerInPieces(std::uint64_t sequence) {
 /// The answer fits no pipe, and time passes when it has begun.
 void answerAfterPause(std::uint64_t sequence) {
     constexpr std::size_t kPipe = 65'536;
-    const std::string body = "[\"" + std::string(std::size_t{3} << 20, 'x') + "\"]";
+    const std::string body = R"([{"Name":")" + std::string(std::size_t{3} << 20, 'x') + R"("}])";
     const std::string bytes = frame(sequence, Forged{.body = body}.payload());
     writeAll(bytes.substr(0, kPipe));
     pause(std::chrono::milliseconds(500));
