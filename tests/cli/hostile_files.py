@@ -2,9 +2,9 @@
 
 import struct
 
-from tiff_bytes import EXIF, LONG, broken, directory, pointer, short
+from tiff_bytes import EXIF, LONG, broken, directory, image, pointer, short
 
-GPS, SUB_IFDS, ORIENTATION, PAGE_NUMBER = 34853, 330, 274, 297
+STRIP_OFFSETS, ORIENTATION, PAGE_NUMBER, SUB_IFDS = 273, 274, 297, 330
 HEADER = b"II*\0" + struct.pack("<I", 8)
 FALLBACKS = 22  # fields that an image directory has without any entry
 
@@ -36,12 +36,21 @@ def endless_at_constant_memory():
 
 
 def binary_tree(levels):
-    """Each directory has two pointers to one of the next level, which is read as many times as there
-    are ways to it."""
+    """Each directory has two pointers to one of the next level, which is read as many times as
+    there are ways to it."""
     size = len(directory(pointer(EXIF, 0), pointer(EXIF, 0)))
     below = [8 + size * (level + 1) for level in range(levels)]
-    return HEADER + b"".join(
-        directory(pointer(EXIF, at), pointer(EXIF, at)) for at in below) + directory(short(37385, 1))
+    forks = (directory(pointer(EXIF, at), pointer(EXIF, at)) for at in below)
+    return HEADER + b"".join(forks) + directory(short(37385, 1))
+
+
+def large_array(count, start):
+    """An image with an array of `count` numbers of seven digits from `start` on."""
+    def with_array_at(offset):
+        return image(struct.pack("<HHII", STRIP_OFFSETS, LONG, count, offset))
+
+    numbers = range(1_000_000 + start, 1_000_000 + start + count)
+    return with_array_at(len(with_array_at(0))) + struct.pack(f"<{count}I", *numbers)
 
 
 def bad_entries():

@@ -11,10 +11,11 @@ import time
 
 import pytest
 from conftest import VELTRACE
+from hostile_files import large_array
 from processes import (PATIENCE, await_that, check_no_process_is_left, facts_of, started,
                        workers_of)
 from run_records import record_lines, records_of
-from tiff_bytes import LONG, image
+from tiff_bytes import image
 
 UNRULY = os.environ["VELTRACE_UNRULY"]
 BUSY = [f"busy.{number}" for number in range(300)]  # of 10 ms each
@@ -22,14 +23,6 @@ BUSY = [f"busy.{number}" for number in range(300)]  # of 10 ms each
 
 def listed(names):
     return b"".join(os.fsencode(name) + b"\0" for name in names)
-
-
-def big(count, number):
-    """An image with an array of `count` numbers of seven digits, which no other number shares."""
-    values = b"".join((1_000_000 + number + index).to_bytes(4, "little") for index in range(count))
-    entry = (273).to_bytes(2, "little") + LONG.to_bytes(2, "little") + count.to_bytes(4, "little")
-    size = len(image(entry + bytes(4)))
-    return image(entry + size.to_bytes(4, "little")) + values
 
 
 @pytest.fixture
@@ -105,10 +98,8 @@ def test_processes_that_die_cost_no_file(unruly, tmp_path, signals):
 @pytest.mark.parametrize("form", ["ndjson", "json", "text", "csv"])
 def test_an_interruption_keeps_what_is_complete(unfinished, tmp_path, form, which):
     with unfinished("--format", form) as run:
-        # Of all but the last one, which is never complete.
-        until = {"ndjson": b'"busy.39"', "json": b'"busy.39"', "text": b"busy.39", "csv": b"busy.39,"}
         output = b""
-        while until[form] not in output or not output.endswith((b"\n", b"}")):
+        while b"busy.39" not in output:
             piece = os.read(run.stdout.fileno(), 1 << 16)
             assert piece
             output += piece
@@ -202,7 +193,7 @@ def test_an_output_that_is_closed_ends_the_run_quietly(unruly, tmp_path, form):
 
 @pytest.mark.parametrize("order", ["--ordered", "--no-ordered"])
 def test_a_slow_reader_costs_no_file_its_time(veltrace, write, tmp_path, order):
-    names = [write(f"{number}.tif", big(60_000, number)) for number in range(12)]
+    names = [write(f"{number}.tif", large_array(60_000, number)) for number in range(12)]
     with started("--ndjson", "--jobs", "4", "--time-limit", "1", order, *names,
                  cwd=tmp_path) as run:
         output = b""
