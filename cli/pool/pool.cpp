@@ -281,7 +281,12 @@ void Pool::failToStart(WorkerProcess& worker, const std::string& how) {
 void Pool::endStoppedWorkers() {
     for (auto worker = workers_.begin(); worker != workers_.end();) {
         WorkerProcess& current = *worker++;
-        if (current.isStopped()) {
+        if (!current.isStopped()) {
+            continue;
+        }
+        // What it has said counts, above all that it was ready.
+        static_cast<void>(current.receive());
+        if (takeAnswers(current)) {
             fail(current, "when a signal stopped it");
         }
     }
