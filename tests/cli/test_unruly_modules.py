@@ -199,6 +199,15 @@ def test_other_files_do_not_notice(unruly, jobs):
     assert len(among) == len(names)
 
 
+@pytest.mark.parametrize("name", ["stop", "exit0", "garbage"])
+def test_processes_that_die_one_after_the_other_are_replaced(unruly, name):
+    names = [f"{name}.{number}" for number in range(60)]
+    records = records_of(unruly("--ndjson", "--jobs", "8", *names, "good.tif").stdout)
+    assert sorted(record["seq"] for record in records) == list(range(61))
+    statuses = {record["path"].decode(): record["status"] for record in records}
+    assert statuses == dict.fromkeys(names, "crashed") | {"good.tif": "ok"}
+
+
 @pytest.mark.parametrize("form", FORMATS)
 def test_the_output_of_other_files_is_the_same_in_each_format(unruly, form):
     names = mixed(HOSTILE)
