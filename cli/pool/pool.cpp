@@ -237,9 +237,11 @@ void Pool::remove(WorkerProcess& worker) {
 }
 
 void Pool::giveBack(std::deque<Request> requests) {
-    for (auto request = requests.rbegin(); request != requests.rend(); ++request) {
-        auto& queue = request->isSecondTry ? secondTries_ : waiting_;
-        queue.push_front(std::move(*request));
+    while (!requests.empty()) {
+        Request& last = requests.back();
+        auto& queue = last.isSecondTry ? secondTries_ : waiting_;
+        queue.push_front(std::move(last));
+        requests.pop_back();
     }
 }
 
