@@ -2,10 +2,13 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
+#include <filesystem>
 #include <fmt/format.h>
 #include <map>
 #include <thread>
 
+#include "amount.h"
+#include "option_kinds.h"
 #include "record/record_schema.h"
 #include "render/escape.h"
 #include "version.h"
@@ -18,20 +21,31 @@ constexpr char kDescription[] =
     "Prints the metadata of TIFF and BigTIFF files, and of the Exif block of JPEG files.\n"
     "Files are read by processes of their own, so that a damaged one costs no other.";
 constexpr char kFooter[] =
-    R"(SIZE is a number of bytes, or one with a suffix such as 64M or 2G.
+    R"(SIZE is a number of bytes, or one with K, M, G or T behind it, such as 64M or 2G.
 
 Standard output carries data only. With text and csv, warnings and errors go to standard error;
 with json and ndjson they are in the records.
 
 Exit status: 0 when every file was read, 1 when some file failed, 2 for wrong usage, 3 when the
 output could not be written, 4 when files cannot be read for want of processes, and 128 + N after
-signal N.)";
+signal N.
+
+Examples:
+  veltrace photo.tif
+  veltrace -f Make -f DigitalCamera.FNumber photo.tif
+  veltrace -r --ndjson -o records.ndjson photos
+  veltrace -r --format csv -f Width -f Height photos
+  veltrace -r --ndjson --shard 1/4 -o records-1.ndjson photos)";
 
 constexpr char kWhichFiles[] = "Which files";
 constexpr char kWhatComesOut[] = "What comes out";
 constexpr char kHowFilesAreRead[] = "How files are read";
 /// Longer than any run; what chrono can count.
 constexpr double kMostSeconds = 1e6;
+constexpr double kFewestSeconds = 0.001;
+constexpr std::uint64_t kMostJobs = 256;
+constexpr std::uint64_t kSmallestOutput = std::uint64_t{1} << 10;
+constexpr std::uint64_t kLargestOutput = std::uint64_t{3} << 30;
 
 const std::map<std::string, Format> kFormats{{"text", Format::text},
                                              {"json", Format::json},
@@ -41,54 +55,8 @@ const std::map<std::string, FailOn> kFailOns{
     {"error", FailOn::error}, {"warning", FailOn::warning}, {"never", FailOn::never}};
 const std::map<std::string, When> kWhens{
     {"auto", When::automatic}, {"always", When::always}, {"never", When::never}};
-const std::map<std::string, bool> kSwitches{{"on", true}, {"auto", true}, {"off", false}};
-
-/// One of the names in `values`. Its message names them all.
-template <class Value>
-CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& value,
-                       const std::map<std::string, Value>& values, const char* shown,
-                       const std::string& description) {
-    return app
-        .add_option_function<std::string>(
-            name,
-            [&value, &values, name, shown](const std::string& text) {
-                const auto found = values.find(text);
-                if (found == values.end()) {
-                    throw CLI::ValidationError(
-                        fmt::format("{}: \"{}\" is none of {}", name, text, shown));
-                }
-                value = found->second;
-            },
-            description)
-        ->option_text(shown);
-}
-
-CLI::Option* addFlag(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::function<void()>& action) {
-    return app.add_flag_callback(name, action, description);
-}
-
-CLI::Option* addFiles(CLI::App& app) {
-    constexpr int kMany = CLI::detail::expected_max_vector_size;
-    // A list that takes extra arguments would read the file name "[a,b]" as two names.
-    return app.add_option("FILE", "Files to read, and with -r directories")
-        ->option_text("...")
-        ->expected(kMany, kMany)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
-/// An option that may be given again; each time it takes one text as it is.
-CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& texts,
-                      const char* shown, const std::string& description) {
-    return app
-        .add_option_function<std::vector<std::string>>(
-            name, [&texts](const std::vector<std::string>& given) { texts = given; }, description)
-        ->option_text(shown)
-        ->allow_extra_args(false)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
+const std::map<std::string, bool> kIsolations{{"on", true}, {"off", false}};
+const std::map<std::string, bool> kSandboxes{{"auto", true}, {"off", false}};
 
 void addWhichFiles(CLI::App& app, Options& options) {
     addFlag(app, "-r,--recursive", "Read the images below directories, in the order of their names",
@@ -109,12 +77,11 @@ void addWhichFiles(CLI::App& app, Options& options) {
                        fmt::format("--shard: \"{}\" is not I/N with 1 <= I <= N", text));
                }
            },
-           "Read the I-th of N parts of the files, which depends on their names alone")
+           "Read the I-th of N parts, to which files belong by their names alone")
         ->option_text("I/N")
         ->group(kWhichFiles);
-    app.add_option("--resume-from", options.resumeFrom,
-                   "Pass over files that have a record in this output of --ndjson")
-        ->option_text("OUT")
+    addFileName(app, "--resume-from", options.resumeFrom, "OUT",
+                "Pass over files that have a record in this output of --ndjson")
         ->group(kWhichFiles);
 }
 
@@ -133,18 +100,16 @@ void addWhatComesOut(CLI::App& app, Options& options) {
         ->excludes(format)
         ->excludes(json);
     addTexts(app, "-f,--field", render.fields, "NAME",
-             "Print this field alone, such as Make or DigitalCamera.FNumber; may be given again")
+             "Print this field, as Make or DigitalCamera.FNumber; may be repeated")
         ->group(kWhatComesOut);
-    app.add_option("--max-values", render.maxValues, "Values of an array that text shows (12)")
-        ->option_text("N")
+    addAmount(app, "--max-values", render.maxValues, parseCount, {}, "a whole number", "N",
+              "Values of an array that text shows (12)")
         ->group(kWhatComesOut);
-    app.add_option("--omit-larger-than", render.omitLargerThan,
-                   "Leave values with more than N elements out of json, and say so")
-        ->option_text("N")
+    addAmount(app, "--omit-larger-than", render.omitLargerThan, parseCount, {}, "a whole number",
+              "N", "Leave values with more than N elements out of json, and say so")
         ->group(kWhatComesOut);
-    app.add_option("-o,--output", options.output,
-                   "Write to this file, which appears when it is whole")
-        ->option_text("OUT")
+    addFileName(app, "-o,--output", options.output, "OUT",
+                "Write to this file, which appears when it is whole")
         ->group(kWhatComesOut);
     auto* const ordered =
         addFlag(app, "--ordered", "Print records in the order of the files (all but ndjson)",
@@ -164,8 +129,8 @@ void addWhatComesOut(CLI::App& app, Options& options) {
             [&options] { options.progress = When::never; })
         ->group(kWhatComesOut)
         ->excludes(progress);
-    app.add_option("--summary", options.summary, "Write numbers of the run to this file, as JSON")
-        ->option_text("OUT")
+    addFileName(app, "--summary", options.summary, "OUT",
+                "Write numbers of the run to this file, as JSON")
         ->group(kWhatComesOut);
     addChoice(app, "--fail-on", options.failOn, kFailOns, "error|warning|never",
               "What makes the exit status 1 (error)")
@@ -173,41 +138,38 @@ void addWhatComesOut(CLI::App& app, Options& options) {
 }
 
 void addHowFilesAreRead(CLI::App& app, Options& options) {
-    app.add_option("-j,--jobs", options.jobs, "Processes that read files (one per core)")
-        ->option_text("N")
-        ->check(CLI::Range(1, 256))
+    addAmount(app, "-j,--jobs", options.jobs, parseCount, {1, kMostJobs},
+              "a whole number from 1 to 256", "N", "Processes that read files (one per core)")
         ->group(kHowFilesAreRead);
     app.add_option_function<double>(
            "--time-limit",
            [&options](double seconds) {
+               // Not the other way round: a NaN is no time either.
+               if (!(seconds >= kFewestSeconds && seconds <= kMostSeconds)) {
+                   throw CLI::ValidationError(
+                       "--time-limit: the time is not from 0.001 to 1000000 seconds");
+               }
                options.timeLimit =
                    std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(seconds * 1000)));
            },
            "Time that one file may take (10)")
         ->option_text("SECONDS")
-        ->check(CLI::Range(0.001, kMostSeconds))
         ->group(kHowFilesAreRead);
-    app.add_option("--memory-limit", options.memoryLimit,
-                   "Memory that one file may take, 0 for any (1G)")
-        ->option_text("SIZE")
-        ->transform(CLI::AsSizeValue(false))
+    addAmount(app, "--memory-limit", options.memoryLimit, parseSize, {}, "a size such as 64M",
+              "SIZE", "Memory that one file may take, 0 for any (1G)")
         ->group(kHowFilesAreRead);
-    app.add_option("--output-limit", options.render.largestOutput,
-                   "Bytes of output that one file may make (16M)")
-        ->option_text("SIZE")
-        ->transform(CLI::AsSizeValue(false))
-        ->check(CLI::Range(std::uint64_t{1} << 10, std::uint64_t{3} << 30))
+    addAmount(app, "--output-limit", options.render.largestOutput, parseSize,
+              {kSmallestOutput, kLargestOutput}, "a size from 1K to 3G", "SIZE",
+              "Bytes of output that one file may make (16M)")
         ->group(kHowFilesAreRead);
-    addChoice(app, "--isolation", options.isIsolated, kSwitches, "on|off",
+    addChoice(app, "--isolation", options.isIsolated, kIsolations, "on|off",
               "off: read in this process, without limits; for trusted files")
         ->group(kHowFilesAreRead);
-    addChoice(app, "--sandbox", options.isSandboxed, kSwitches, "auto|off",
-              "off: let processes that read files do more than that; for debugging")
+    addChoice(app, "--sandbox", options.isSandboxed, kSandboxes, "auto|off",
+              "off: read files without Landlock and seccomp; for debugging")
         ->group(kHowFilesAreRead);
-    app.add_option_function<std::string>(
-           "--module", [&options](const std::string& path) { options.module = path; },
-           "Load this module instead of the one next to the command")
-        ->option_text("PATH")
+    addFileName(app, "--module", options.module, "PATH",
+                "Load this module instead of the one next to the command")
         ->group(kHowFilesAreRead);
 }
 
@@ -226,6 +188,10 @@ std::string complaintAbout(const Options& options) {
             return "--field: a name is required";
         }
     }
+    std::error_code ignored;
+    if (std::filesystem::equivalent(options.output, options.resumeFrom, ignored)) {
+        return "--output would replace the records that --resume-from goes on from";
+    }
     return {};
 }
 
@@ -239,6 +205,7 @@ Reply wrongUsage(std::string_view what) {
 std::variant<Options, Reply> parseOptions(int argc, const char* const* argv) {
     CLI::App app(kDescription, "veltrace");
     app.footer(kFooter);
+    app.formatter(std::make_shared<HelpText>());
     bool wantsVersion = false;
     bool wantsSchema = false;
     app.add_flag("--version", wantsVersion,
