@@ -160,8 +160,8 @@ TEST_F(SystemCalls, FilesCanBeRead) {
     EXPECT_EQ(withSeccomp([this] { return firstByteOf(file_); }), "x");
     EXPECT_EQ(withSeccomp([this] {
                   struct stat status {};
-                  return outcomeOf(stat(file_.c_str(), &status)) + " " +
-                         std::to_string(status.st_size);
+                  const std::string outcome = outcomeOf(stat(file_.c_str(), &status));
+                  return outcome + " " + std::to_string(status.st_size);
               }),
               "ok 1");
 }
