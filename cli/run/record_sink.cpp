@@ -79,8 +79,11 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
         fieldsSeen_.at(field) = true;
     }
     begin();
-    if (options_.tellsMessages) {
+    const bool hasMessages = record.outcome.error || !record.outcome.warnings.empty();
+    if (options_.sharesTerminal || (options_.tellsMessages && hasMessages)) {
         progress_.clear();
+    }
+    if (options_.tellsMessages) {
         writeMessages(std::cerr, record.path, record.outcome);
     }
     text_.reserve(text_.size() + size + kMoreThanOutcome);  // growing by itself it would double

@@ -22,6 +22,8 @@ struct SinkOptions {
     /// Whether warnings and errors are told on standard error, because the format does not hold
     /// them.
     bool tellsMessages = true;
+    /// Whether records appear where progress does.
+    bool sharesTerminal = false;
 };
 
 /// Writes records: in the order of the inputs, or as they come. Holds on to those whose turn has

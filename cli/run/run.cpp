@@ -116,7 +116,7 @@ private:
     SinkOptions sinkOptions() {
         render_.colour = isColoured(options_);
         return {render_, isChosen(options_.ordered, render_.format != Format::ndjson),
-                !isInRecords_};
+                !isInRecords_, options_.output.empty() && isatty(STDOUT_FILENO) == 1};
     }
 
     Ending read() {
