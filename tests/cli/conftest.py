@@ -13,11 +13,17 @@ def veltrace(tmp_path):
     """Runs the command in an empty directory; gives its exit status and what it printed, as bytes."""
 
     def run(*arguments, **settings):
-        settings = {"stdout": subprocess.PIPE, "cwd": tmp_path} | settings
-        return subprocess.run([VELTRACE, *arguments], stderr=subprocess.PIPE, timeout=60,
-                              check=False, **settings)
+        settings = {"stdout": subprocess.PIPE, "cwd": tmp_path, "timeout": 60} | settings
+        return subprocess.run([VELTRACE, *arguments], stderr=subprocess.PIPE, check=False,
+                              **settings)
 
     return run
+
+
+@pytest.fixture
+def unruly():
+    """A module that does what the file name says, see unruly_module.cpp."""
+    return os.environ["VELTRACE_UNRULY"]
 
 
 @pytest.fixture

@@ -1,14 +1,17 @@
 """Exit statuses, messages and delivery of the output."""
 
 import os
+import pathlib
 import re
 import signal
 import subprocess
 
 import pytest
 from conftest import VELTRACE
+from record_checks import SCHEMA, check_record
 from tiff_bytes import MAKE, broken, image
 
+EXAMPLES = pathlib.Path(__file__).resolve().parents[2] / "examples"
 NOT_A_TIFF = b"just some text"
 
 
@@ -78,6 +81,7 @@ def test_help_describes_the_options(veltrace):
     assert b"Usage: veltrace [OPTIONS] [FILE...]" in run.stdout
     for option in (b"--json", b"--module", b"--version"):
         assert option in run.stdout
+    assert max(map(len, run.stdout.splitlines())) <= 100
 
 
 def test_version_is_the_version_of_the_project_and_tells_what_confines(veltrace):
@@ -96,6 +100,81 @@ def test_a_full_disk_is_reported(veltrace, write, arguments):
         run = veltrace(*arguments, stdout=full)
     assert run.returncode == 3
     assert run.stderr == b"veltrace: cannot write the output: No space left on device\n"
+
+
+@pytest.mark.parametrize("option", ["-o", "--summary"])
+def test_a_full_disk_is_reported_of_other_files_too(veltrace, write, option):
+    run = veltrace(option, "/dev/full", write("a.tif", image()))
+    assert run.returncode == 3
+    assert run.stderr == b"veltrace: cannot write /dev/full: No space left on device\n"
+
+
+@pytest.mark.parametrize("option", ["-o", "--output", "--summary"])
+@pytest.mark.parametrize("target, reason", [
+    ("gone/out", "No such file or directory"), (".", "Is a directory")])
+def test_an_output_that_cannot_be_made_is_told_before_any_work(veltrace, write, option, target,
+                                                               reason):
+    run = veltrace(option, target, write("a.tif", image()), "gone.tif")
+    assert (run.returncode, run.stdout) == (3, b"")
+    assert run.stderr == f"veltrace: cannot write {target}: {reason}\n".encode()
+
+
+def test_an_output_file_is_whole_and_alone(veltrace, write, tmp_path):
+    expected = veltrace("--format", "csv", write("a.tif", image())).stdout
+    run = veltrace("--format", "csv", "-o", "out", "a.tif")
+    assert (run.returncode, run.stdout, run.stderr) == (0, b"", b"")
+    assert (tmp_path / "out").read_bytes() == expected
+    assert sorted(os.listdir(tmp_path)) == ["a.tif", "out"]
+
+
+def test_an_existing_output_file_keeps_its_mode_and_its_links(veltrace, write, tmp_path):
+    write("out", b"old")
+    (tmp_path / "out").chmod(0o640)
+    (tmp_path / "link").symlink_to("out")
+    assert veltrace("-o", "link", write("a.tif", image())).returncode == 0
+    assert (tmp_path / "link").is_symlink()
+    assert (tmp_path / "out").stat().st_mode & 0o777 == 0o640
+    assert (tmp_path / "out").read_bytes().startswith(b"a.tif\n")
+
+
+def test_a_run_that_fails_leaves_an_output_file_as_it_was(veltrace, write, tmp_path):
+    write("out", b"old")
+    run = veltrace("-o", "out", "--module", "gone.so", write("a.tif", image()))
+    assert run.returncode == 2
+    assert (tmp_path / "out").read_bytes() == b"old"
+    assert sorted(os.listdir(tmp_path)) == ["a.tif", "out"]
+
+
+@pytest.mark.parametrize("fail_on, statuses", [
+    ("error", [0, 0, 1, 1]), ("warning", [0, 1, 1, 1]), ("never", [0, 0, 0, 0])])
+def test_the_user_says_what_fails_the_run(veltrace, write, fail_on, statuses):
+    names = [write("ok.tif", image()), write("warned.tif", image(broken(MAKE))),
+             write("error.txt", NOT_A_TIFF), "gone.tif"]
+    assert [veltrace("--fail-on", fail_on, name).returncode for name in names] == statuses
+    assert veltrace("--fail-on", fail_on, *names).returncode == statuses[-1]
+
+
+def test_the_schema_is_the_one_that_the_tests_know(veltrace):
+    run = veltrace("--schema")
+    assert (run.returncode, run.stderr) == (0, b"")
+    assert run.stdout == SCHEMA.read_bytes()
+
+
+def test_every_example_has_a_record_that_fits_the_schema(veltrace):
+    run = veltrace("--ndjson", "-r", EXAMPLES)
+    assert (run.returncode, run.stderr) == (0, b"")
+    records = [check_record(line) for line in run.stdout.splitlines(keepends=True)]
+    assert {os.path.basename(record["path"]) for record in records} == {
+        os.fsencode(path.name) for path in [*EXAMPLES.glob("*.tif"), *EXAMPLES.glob("*.jpg")]}
+
+
+def test_jq_reads_every_record(veltrace):
+    run = veltrace("--ndjson", "-r", EXAMPLES)
+    read = subprocess.run(["jq", "-c", "[.status, (.info | length)]"], input=run.stdout,
+                          capture_output=True, check=True)
+    lines = read.stdout.splitlines()
+    assert len(lines) == len(run.stdout.splitlines())
+    assert sorted(lines) == sorted([b'["ok",1]'] * 7 + [b'["ok",3]', b'["warned",1]'])
 
 
 def test_output_larger_than_any_buffer_is_reported_too(veltrace, write):
