@@ -21,6 +21,12 @@ def veltrace(tmp_path):
 
 
 @pytest.fixture
+def limits_memory(veltrace):
+    """Whether this build of the command can limit memory; one with AddressSanitizer cannot."""
+    return b"memory limit" in veltrace("--version").stdout
+
+
+@pytest.fixture
 def unruly():
     """A module that does what the file name says, see unruly_module.cpp."""
     return os.environ["VELTRACE_UNRULY"]
