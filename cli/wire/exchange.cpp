@@ -1,5 +1,6 @@
 #include "wire/exchange.h"
 
+#include <numeric>
 #include <utility>
 
 #include "wire/bytes.h"
@@ -7,8 +8,8 @@
 namespace veltrace::cli {
 namespace {
 
-/// Messages name the file, and a file's name has at most 4096 bytes.
-constexpr std::size_t kMostMessageBytes = std::size_t{16} << 20;
+/// Sizes of texts, and the fields seen.
+constexpr std::size_t kMostOtherBytes = std::size_t{1} << 20;
 
 void encode(Encoder& to, const zephra::Message& message) {
     to.text(message.identifier);
@@ -56,7 +57,7 @@ Status decodedStatus(Decoder& from) {
     return status;
 }
 
-void checkAgreement(const Outcome& outcome) {
+void check(const Outcome& outcome) {
     const bool hasWarnings = !outcome.warnings.empty();
     if (isFailure(outcome.status) != outcome.error.has_value() ||
         (outcome.status == Status::ok && hasWarnings) ||
@@ -65,12 +66,23 @@ void checkAgreement(const Outcome& outcome) {
         (outcome.error && outcome.rendering != Rendering{})) {
         throw BadFrame("status and messages disagree");
     }
+    if (messageBytes(outcome) > kMostMessageBytes) {
+        throw BadFrame("the messages are too long");
+    }
 }
 
 }  // namespace
 
 std::size_t largestAnswer(std::size_t largestOutput) {
-    return largestOutput + kMostMessageBytes;
+    return largestOutput + kMostMessageBytes + kMostOtherBytes;
+}
+
+std::size_t messageBytes(const Outcome& outcome) {
+    const auto add = [](std::size_t sum, const zephra::Message& message) {
+        return sum + message.identifier.size() + message.text.size();
+    };
+    return std::accumulate(outcome.warnings.begin(), outcome.warnings.end(),
+                           outcome.error ? add(0, *outcome.error) : 0, add);
 }
 
 std::string encoded(const WorkerSetup& setup) {
@@ -151,7 +163,7 @@ Answer decodedAnswer(std::string_view payload) {
     outcome.elapsedMicroseconds = from.number();
     outcome.rendering = decodedRendering(from);
     from.end();
-    checkAgreement(outcome);
+    check(outcome);
     return answer;
 }
 

@@ -30,6 +30,12 @@ struct Answer {
     bool wantsReplacement = false;  ///< the worker should read no more files
 };
 
+/// Bytes that the messages of an answer may have. They name the file, whose name has at most 4096
+/// bytes, and a record has six bytes for one of theirs at worst.
+inline constexpr std::size_t kMostMessageBytes = std::size_t{8} << 20;
+
+[[nodiscard]] std::size_t messageBytes(const Outcome& outcome);
+
 /// Bytes of a payload with a rendering of `largestOutput` bytes and the longest messages.
 [[nodiscard]] std::size_t largestAnswer(std::size_t largestOutput);
 

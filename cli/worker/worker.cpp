@@ -69,9 +69,7 @@ private:
 class Worker {
 public:
     Worker(const WorkerSetup& setup, zephra::EntryPoint entryPoint)
-        : renderer_(makeRenderer(setup.render)),
-          reader_(std::move(entryPoint), *renderer_),
-          largestAnswer_(largestAnswer(setup.render.largestOutput)) {}
+        : renderer_(makeRenderer(setup.render)), reader_(std::move(entryPoint), *renderer_) {}
 
     /// False when nobody takes the answer.
     [[nodiscard]] bool answer(const Frame& request) {
@@ -90,12 +88,11 @@ private:
         // After an exhausted memory the module leaves its reader and its file behind.
         answer.wantsReplacement =
             answer.outcome.status == Status::limitMemory || growth_.hasGrown();
-        encodeFrame(request.sequence, answer);
-        if (bytes_.size() - kFrameHeader > largestAnswer_) {
+        if (messageBytes(answer.outcome) > kMostMessageBytes) {
             answer.outcome = failure(Status::error, "veltrace:outputLimit",
                                      "The messages have more bytes than they may.");
-            encodeFrame(request.sequence, answer);
         }
+        encodeFrame(request.sequence, answer);
     }
 
     void encodeFrame(std::uint64_t sequence, const Answer& answer) {
@@ -108,7 +105,6 @@ private:
     std::unique_ptr<Renderer> renderer_;
     FileReader reader_;
     Growth growth_;
-    std::size_t largestAnswer_;
     std::string bytes_;
 };
 

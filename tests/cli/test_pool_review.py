@@ -2,7 +2,6 @@
 
 import json
 import os
-import resource
 import signal
 import subprocess
 import time

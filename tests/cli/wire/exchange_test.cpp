@@ -130,5 +130,13 @@ TEST(Answer, WithMoreWarningsThanARecordKeepsIsRefused) {
     EXPECT_THROW(static_cast<void>(decodedAnswer(bytesOf(answer))), BadFrame);
 }
 
+TEST(Answer, WithMessagesTooLongForARecordIsRefused) {
+    Answer answer = failed(Status::error);
+    answer.outcome.error->text.assign(kMostMessageBytes - 2, '\x1b');  // behind "id"
+    EXPECT_EQ(messageBytes(decodedAnswer(bytesOf(answer)).outcome), kMostMessageBytes);
+    answer.outcome.warnings.push_back({"", "x"});
+    EXPECT_THROW(static_cast<void>(decodedAnswer(bytesOf(answer))), BadFrame);
+}
+
 }  // namespace
 }  // namespace veltrace::cli
