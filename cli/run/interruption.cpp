@@ -26,7 +26,7 @@ void handleSignal(int signal) {
     }
     const std::uint64_t one = 1;
     // A full counter is readable as well.
-    static_cast<void>(!write(wakeUp, &one, sizeof one));
+    static_cast<void>(write(wakeUp, &one, sizeof one) > 0);
     errno = keptErrno;
 }
 
@@ -75,7 +75,7 @@ int wakeUpDescriptor() {
 
 void forgetWakeUp() {
     std::uint64_t count = 0;
-    static_cast<void>(!read(wakeUp, &count, sizeof count));
+    static_cast<void>(read(wakeUp, &count, sizeof count) > 0);
 }
 
 }  // namespace veltrace::cli

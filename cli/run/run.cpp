@@ -49,8 +49,8 @@ bool isChosen(When when, bool otherwise) {
     return when == When::automatic ? otherwise : when == When::always;
 }
 
-std::unique_ptr<OutputFile> openOutput(const std::string& target) {
-    return target.empty() ? std::make_unique<OutputFile>() : std::make_unique<OutputFile>(target);
+OutputFile openOutput(const std::string& target) {
+    return target.empty() ? OutputFile() : OutputFile(target);
 }
 
 /// One run, in the order of its parts.
@@ -63,7 +63,7 @@ public:
           inputs_(sources(), options.shard, recorded()),
           output_(openOutput(options.output)),
           progress_(isChosen(options.progress, isOnTerminal(STDERR_FILENO))),
-          sink_(sinkOptions(), *output_, progress_) {
+          sink_(sinkOptions(), output_, progress_) {
         if (!options.summary.empty()) {
             summary_ = std::make_unique<OutputFile>(options.summary);
         }
@@ -79,7 +79,7 @@ public:
             return kWrongUsage;
         }
         sink_.end();
-        output_->commit();
+        output_.commit();
         finish();
         if (!ending.complaint.empty()) {
             writeVisibleMessage(std::cerr, ending.complaint);
@@ -108,7 +108,7 @@ private:
         return sources;
     }
 
-    std::optional<RecordedNames> recorded() const {
+    [[nodiscard]] std::optional<RecordedNames> recorded() const {
         return options_.resumeFrom.empty() ? std::nullopt
                                            : std::optional<RecordedNames>(options_.resumeFrom);
     }
@@ -136,7 +136,7 @@ private:
     }
 
     /// The number of files, if the command line tells it.
-    std::optional<std::uint64_t> total() const {
+    [[nodiscard]] std::optional<std::uint64_t> total() const {
         const bool isTold = !options_.isRecursive && options_.lists.empty() &&
                             options_.nulLists.empty() && !options_.shard &&
                             options_.resumeFrom.empty();
@@ -146,7 +146,7 @@ private:
     int keepWhatIsComplete() {
         sink_.end();
         if (sink_.tally().files() > 0) {
-            output_->keepPartial();
+            output_.keepPartial();
         }
         finish();
         return kSignalled + interruption();
@@ -165,7 +165,7 @@ private:
         }
     }
 
-    int status() const {
+    [[nodiscard]] int status() const {
         const Tally& tally = sink_.tally();
         const bool isIncomplete = walk_ != nullptr && !walk_->isComplete();
         switch (options_.failOn) {
@@ -185,7 +185,7 @@ private:
     bool isInRecords_;
     const WalkedNames* walk_ = nullptr;
     Inputs inputs_;
-    std::unique_ptr<OutputFile> output_;
+    OutputFile output_;
     Progress progress_;
     RecordSink sink_;
     std::unique_ptr<OutputFile> summary_;
