@@ -76,14 +76,20 @@ Outcome FileReader::readRegular(const std::string& path) {
         keepWarnings(outcome, result.warnings());
         judge(outcome, result, path);
         if (!outcome.error) {
-            outcome.rendering = renderer_.render(result.output());
+            render(outcome, result);
         }
         return outcome;
     } catch (const std::bad_alloc&) {
         return memoryRanOut();
+    }
+}
+
+void FileReader::render(Outcome& outcome, const zephra::CallResult& result) const {
+    try {
+        outcome.rendering = renderer_.render(result.output());
     } catch (const OutputTooLarge&) {
-        return failure(Status::error, "veltrace:outputLimit",
-                       "The output has more bytes than it may.");
+        outcome.status = Status::error;
+        outcome.error = {"veltrace:outputLimit", "The output has more bytes than it may."};
     }
 }
 

@@ -26,6 +26,7 @@ public:
 
 private:
     [[nodiscard]] Outcome readRegular(const std::string& path);
+    void render(Outcome& outcome, const zephra::CallResult& result) const;
     void judge(Outcome& outcome, const zephra::CallResult& result, const std::string& path) const;
 
     zephra::EntryPoint entryPoint_;

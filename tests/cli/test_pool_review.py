@@ -8,7 +8,7 @@ import time
 
 import pytest
 from conftest import VELTRACE
-from tiff_bytes import MAKE, image
+from tiff_bytes import MAKE, MODEL, broken, image
 
 UNRULY = os.environ["VELTRACE_UNRULY"]
 
@@ -48,3 +48,11 @@ def test_a_signal_ends_a_run_whose_output_nobody_reads(write, tmp_path, isolatio
         time.sleep(0.2)  # until the pipe is full
         run.send_signal(signal.SIGTERM)
         assert run.wait(timeout=20) == 128 + signal.SIGTERM
+
+
+def test_warnings_are_kept_of_a_file_whose_output_is_too_large(veltrace, write):
+    write("a.tif", image(broken(MAKE), texts=[(MODEL, b"x" * 5000)]))
+    record, = records(veltrace("--ndjson", "--output-limit", "1024", "a.tif").stdout)
+    assert (record["status"], record["error"]["id"]) == ("error", "veltrace:outputLimit")
+    assert [warning["id"] for warning in record["warnings"]] == ["ZEPHRA:veltrace:badTagFormat"]
+    assert record["info"] == []
