@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -15,9 +14,6 @@ namespace {
 constexpr std::size_t kMostInFlight = 32;
 /// An answer is large beyond this.
 constexpr std::size_t kLargeAnswer = std::size_t{64} << 10;
-/// Workers in turn that end before they are ready. They will always, then; a few may have been
-/// killed by whatever kills processes on this machine.
-constexpr int kMostFailedStarts = 8;
 
 bool isAlone(const WorkerProcess& worker) {
     return worker.load() > 0 && worker.first().isSecondTry;
@@ -229,99 +225,6 @@ bool Pool::takeAnswer(WorkerProcess& worker, const Frame& frame) {
     }
     deliver_(request.id, std::move(answer.outcome));
     return !answer.wantsReplacement;
-}
-
-void Pool::remove(WorkerProcess& worker) {
-    giveBack(worker.takeRequests());
-    workers_.remove_if([&](const WorkerProcess& other) { return &other == &worker; });
-}
-
-void Pool::giveBack(std::deque<Request> requests) {
-    while (!requests.empty()) {
-        Request& last = requests.back();
-        auto& queue = last.isSecondTry ? secondTries_ : waiting_;
-        queue.push_front(std::move(last));
-        requests.pop_back();
-    }
-}
-
-/// Ends a worker that died or cannot be trusted any more. `how` is empty when its death says it.
-void Pool::fail(WorkerProcess& worker, const std::string& how) {
-    if (!worker.isReady()) {
-        failToStart(worker, how);
-        return;
-    }
-    const std::string death = worker.end();
-    if (worker.load() == 0) {
-        remove(worker);
-        return;
-    }
-    Request suspect = worker.finishFirst();
-    remove(worker);
-    if (!suspect.isSecondTry) {
-        suspect.isSecondTry = true;
-        secondTries_.push_back(std::move(suspect));
-        return;
-    }
-    deliver_(suspect.id,
-             failure(Status::crashed, "veltrace:crashed",
-                     fmt::format("The process that read the file ended {}, and so did the one "
-                                 "before.",
-                                 how.empty() ? death : how)));
-}
-
-void Pool::failToStart(WorkerProcess& worker, const std::string& how) {
-    const std::string death = worker.end();
-    remove(worker);
-    if (++failedStarts_ == kMostFailedStarts) {
-        throw WorkersFail(
-            fmt::format("the processes that should read files end {} before they are ready",
-                        how.empty() ? death : how));
-    }
-}
-
-void Pool::endStoppedWorkers() {
-    for (auto worker = workers_.begin(); worker != workers_.end();) {
-        WorkerProcess& current = *worker++;
-        if (!current.isStopped()) {
-            continue;
-        }
-        // What it has said counts, above all that it was ready.
-        static_cast<void>(current.receive());
-        if (takeAnswers(current)) {
-            fail(current, "when a signal stopped it");
-        }
-    }
-    dispatch();
-}
-
-void Pool::enforceDeadlines() {
-    const auto now = Clock::now();
-    for (auto worker = workers_.begin(); worker != workers_.end();) {
-        WorkerProcess& current = *worker++;
-        if (current.deadline().value_or(now) < now) {
-            endForTime(current);
-        }
-    }
-    dispatch();
-}
-
-void Pool::endForTime(WorkerProcess& worker) {
-    if (!worker.isReady()) {
-        failToStart(worker, "without a sign of life");
-        return;
-    }
-    const Request request = worker.finishFirst();
-    remove(worker);
-    const std::chrono::duration<double> limit = options_.timeLimit;
-    deliver_(request.id, failure(Status::limitTime, "veltrace:timeLimit",
-                                 fmt::format("The file was not read within {} s.", limit.count())));
-}
-
-void Pool::postpone(Clock::duration time) {
-    for (WorkerProcess& worker : workers_) {
-        worker.postpone(time);
-    }
 }
 
 }  // namespace veltrace::cli
