@@ -97,6 +97,16 @@ def test_lists_name_files(veltrace, write, option, end):
     assert [record["path"] for record in records(again.stdout)] == names
 
 
+@pytest.mark.parametrize("isolation", ["on", "off"])
+def test_a_line_with_a_nul_is_no_name(veltrace, isolation):
+    run = veltrace("--isolation", isolation, "--ndjson", "--files-from", "-", input=b"a\0b\n")
+    (record,) = records(run.stdout)
+    assert run.returncode == 1
+    assert (record["path"], record["status"]) == (b"a\0b", "unreadable")
+    assert record["error"] == {"id": "veltrace:badName",
+                               "text": "A file name has no NUL character."}
+
+
 def test_arguments_come_before_lists(veltrace, write):
     for name in NAMES[:4]:
         write(name, image())
