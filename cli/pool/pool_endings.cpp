@@ -94,8 +94,11 @@ void Pool::endForTime(WorkerProcess& worker) {
     const Request request = worker.finishFirst();
     remove(worker);
     const std::chrono::duration<double> limit = options_.timeLimit;
-    deliver_(request.id, failure(Status::limitTime, "veltrace:timeLimit",
-                                 fmt::format("The file was not read within {} s.", limit.count())));
+    Outcome outcome = failure(Status::limitTime, "veltrace:timeLimit",
+                              fmt::format("The file was not read within {} s.", limit.count()));
+    outcome.elapsedMicroseconds =
+        static_cast<std::uint64_t>(std::chrono::microseconds(options_.timeLimit).count());
+    deliver_(request.id, std::move(outcome));
 }
 
 void Pool::postpone(Clock::duration time) {

@@ -42,6 +42,7 @@ def test_a_file_that_takes_too_long_is_given_up(veltrace, unruly):
     assert run.returncode == 1
     assert (record["status"], record["error"]) == ("limit-time", {
         "id": "veltrace:timeLimit", "text": "The file was not read within 0.3 s."})
+    assert record["elapsed_us"] == 300_000
 
 
 @pytest.mark.parametrize("arguments", [["--ndjson"], ["--ndjson", "--isolation", "off"]])
