@@ -44,7 +44,7 @@ template <class Value>
 CLI::Option* addAmount(CLI::App& app, const std::string& name, Value& value,
                        std::optional<std::uint64_t> (*parse)(std::string_view), Range range,
                        const char* expected, const char* shown, const std::string& description) {
-    const std::string longName = name.substr(name.rfind(',') + 1);
+    const std::string longName = name.substr(name.find("--"));
     return app
         .add_option_function<std::string>(
             name,

@@ -11,9 +11,7 @@ namespace veltrace::cli {
 namespace {
 
 void appendText(BoundedText& out, zephra::Value value) {
-    std::string text = value.text();
-    text.resize(text.find_last_not_of('\0') + 1);
-    out.append(visible(text));
+    out.append(visible(withoutFinalNuls(value.text())));
 }
 
 void appendSize(BoundedText& out, zephra::Value value) {

@@ -127,4 +127,11 @@ std::string_view firstBytes(std::string_view bytes, std::size_t limit) {
     }
 }
 
+std::string withoutFinalNuls(std::string text) {
+    while (text.ends_with('\0')) {
+        text.pop_back();
+    }
+    return text;
+}
+
 }  // namespace veltrace::cli

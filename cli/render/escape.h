@@ -23,4 +23,7 @@ namespace veltrace::cli {
 /// The longest start of `bytes` that has at most `limit` bytes and cuts no UTF-8 character.
 [[nodiscard]] std::string_view firstBytes(std::string_view bytes, std::size_t limit);
 
+/// A text of a file without the NULs that fill it up.
+[[nodiscard]] std::string withoutFinalNuls(std::string text);
+
 }  // namespace veltrace::cli

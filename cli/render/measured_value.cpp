@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <string_view>
 
+#include "render/escape.h"
 #include "render/number_text.h"
 #include "render/units.h"
 
@@ -16,9 +17,7 @@ std::string wordOf(zephra::Value value) {
     if (value.numbers().size() == 1) {
         return briefNumber(value.numbers().front());
     }
-    std::string text = value.text();
-    text.resize(text.find_last_not_of('\0') + 1);
-    return text;
+    return withoutFinalNuls(value.text());
 }
 
 std::string_view namedMark(const Unit& unit, zephra::Value directories, std::size_t element) {

@@ -41,8 +41,7 @@ void TextValueWriter::writeSize(zephra::Value container) {
 }
 
 void TextValueWriter::writeText(zephra::Value value) {
-    std::string text = value.text();
-    text.resize(text.find_last_not_of('\0') + 1);
+    const std::string text = withoutFinalNuls(value.text());
     const std::string_view shown = firstBytes(text, kShownBytes);
     out_.append(visible(shown));
     if (shown.size() < text.size()) {

@@ -2,8 +2,8 @@
 
 #include <chrono>
 #include <gmock/gmock.h>
-#include <initializer_list>
 #include <sstream>
+#include <vector>
 
 #include "temporary_directory.h"
 
@@ -17,17 +17,17 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-std::variant<Options, Reply> parse(std::initializer_list<const char*> arguments) {
+std::variant<Options, Reply> parse(const std::vector<const char*>& arguments) {
     std::vector<const char*> argv{"veltrace"};
-    argv.insert(argv.end(), arguments);
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
     return parseOptions(static_cast<int>(argv.size()), argv.data());
 }
 
-Options optionsFrom(std::initializer_list<const char*> arguments) {
+Options optionsFrom(const std::vector<const char*>& arguments) {
     return std::get<Options>(parse(arguments));
 }
 
-Reply replyTo(std::initializer_list<const char*> arguments) {
+Reply replyTo(const std::vector<const char*>& arguments) {
     return std::get<Reply>(parse(arguments));
 }
 
@@ -180,7 +180,7 @@ TEST(Options, UnknownOnesAreAnErrorThatNamesThemVisibly) {
 }
 
 struct Mistake {
-    std::initializer_list<const char*> arguments;
+    std::vector<const char*> arguments;
     const char* complaint;
 };
 

@@ -218,7 +218,8 @@ const std::map<std::string, Behaviour>& behaviours() {
 }
 
 std::string nameOf(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 /// What follows the dot.

@@ -8,6 +8,7 @@
 
 #include "pool/scripted_worker.h"
 #include "run/wait.h"
+#include "worker/sanitizer.h"
 
 namespace veltrace::cli {
 namespace {
@@ -142,6 +143,9 @@ TEST(Pool, HandsNoOtherDescriptorsToItsWorkers) {
 }
 
 TEST(Pool, MakesDoWithTheWorkersThatCanBeStarted) {
+    if (kHasAddressSanitizer) {
+        GTEST_SKIP() << "the sanitizers need descriptors of their own";
+    }
     ScriptedPool pool(test::kPlain, {.workers = 4});
     pool.submit("a");
     rlimit usual{};
@@ -158,6 +162,9 @@ TEST(Pool, MakesDoWithTheWorkersThatCanBeStarted) {
 }
 
 TEST(Pool, FailsWithoutAnyWorker) {
+    if (kHasAddressSanitizer) {
+        GTEST_SKIP() << "the sanitizers need descriptors of their own";
+    }
     ScriptedPool pool(test::kPlain, {.workers = 4});
     rlimit usual{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);

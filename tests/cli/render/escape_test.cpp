@@ -94,5 +94,12 @@ TEST(FirstBytes, TakesInvalidBytesOneByOne) {
     EXPECT_EQ(firstBytes("\xff\xff\xff", 2), "\xff\xff");
 }
 
+TEST(FinalNuls, AreTakenAwayAndNoOthers) {
+    EXPECT_EQ(withoutFinalNuls("ember"), "ember");
+    EXPECT_EQ(withoutFinalNuls(std::string("a\0b\0\0", 5)), std::string("a\0b", 3));
+    EXPECT_EQ(withoutFinalNuls(std::string(3, '\0')), "");
+    EXPECT_EQ(withoutFinalNuls(""), "");
+}
+
 }  // namespace
 }  // namespace veltrace::cli
