@@ -15,9 +15,9 @@
 #include "entry/create_reader.h"
 #include "entry/errors.h"
 #include "entry/host_messages.h"
-#include "render/escape.h"
 #include "exit_status.h"
 #include "messages.h"
+#include "render/escape.h"
 #include "tagfile/tag_file.h"
 
 namespace {

@@ -1,11 +1,17 @@
 """Fixtures of the tests that run the command as a person does."""
 
 import os
+import signal
 import subprocess
 
 import pytest
 
 VELTRACE = os.environ["VELTRACE"]
+
+# Whoever runs the tests may ignore signals, as nohup does; the command would then ignore them too.
+for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+    if signal.getsignal(number) == signal.SIG_IGN:
+        signal.signal(number, signal.SIG_DFL)
 
 
 @pytest.fixture

@@ -1,5 +1,3 @@
-#include "output_file.h"
-
 #include <array>
 #include <csignal>
 #include <fcntl.h>
@@ -8,6 +6,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include "output_file.h"
 #include "temporary_directory.h"
 
 namespace veltrace::cli {

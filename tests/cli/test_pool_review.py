@@ -17,7 +17,9 @@ def records(output):
     return [json.loads(line) for line in output.splitlines()]
 
 
-def test_memory_that_is_short_anywhere_is_told_as_such(veltrace, write):
+def test_memory_that_is_short_anywhere_is_told_as_such(veltrace, write, limits_memory):
+    if not limits_memory:
+        pytest.skip("the memory limit does not hold in this build")
     write("a.tif", image(texts=[(MAKE, b"x" * 3_000_000)]))
     statuses = set()
     for mebibytes in range(1, 40, 2):
@@ -32,10 +34,10 @@ def ignore_children():
 
 
 def test_how_workers_end_is_known_also_when_the_caller_ignores_its_children(veltrace, write):
-    run = veltrace("--module", UNRULY, "--ndjson", write("segv", b""), write("stop", b""),
+    run = veltrace("--module", UNRULY, "--ndjson", write("kill", b""), write("stop", b""),
                    preexec_fn=ignore_children)
     crashed = {record["path"]: record["error"]["text"] for record in records(run.stdout)}
-    assert "by signal 11 (Segmentation fault)" in crashed["segv"]
+    assert "by signal 9 (Killed)" in crashed["kill"]
     assert "when a signal stopped it" in crashed["stop"]
 
 
