@@ -2,10 +2,13 @@
 
 import os
 import pathlib
+import shutil
 import socket
+import subprocess
 import tempfile
 
 import pytest
+from conftest import VELTRACE
 from record_checks import check_record
 from tiff_bytes import image
 
@@ -66,7 +69,24 @@ def open_directory():
         yield pathlib.Path(path)
 
 
-def test_what_cannot_be_read_is_told_and_fails_the_run(veltrace, open_directory):
+@pytest.fixture
+def veltrace_of_a_user():
+    """Runs the command as somebody who may not read everything. What this user has built may lie
+    where others cannot go, so that they get a copy."""
+    with tempfile.TemporaryDirectory() as path:
+        os.chmod(path, 0o755)
+        for file in [VELTRACE, pathlib.Path(VELTRACE).with_name("veltrace.so")]:
+            shutil.copy(file, path)
+        user = {"user": 65534} if os.geteuid() == 0 else {}
+
+        def run(*arguments, **settings):
+            return subprocess.run([f"{path}/veltrace", *arguments], capture_output=True, timeout=60,
+                                  check=False, **user, **settings)
+
+        yield run
+
+
+def test_what_cannot_be_read_is_told_and_fails_the_run(veltrace_of_a_user, open_directory):
     closed = open_directory / "closed"
     for path in [closed, open_directory / "open"]:
         path.mkdir()
@@ -74,9 +94,8 @@ def test_what_cannot_be_read_is_told_and_fails_the_run(veltrace, open_directory)
     (open_directory / "secret.tif").write_bytes(image())
     (open_directory / "secret.tif").chmod(0)
     closed.chmod(0)
-    user = {"user": 65534} if os.geteuid() == 0 else {}  # root may read everything
-    run = veltrace("-r", "--ndjson", "--ordered", ".", cwd=open_directory, **user)
-    again = veltrace("-r", "--ndjson", "--fail-on", "never", ".", cwd=open_directory, **user)
+    run = veltrace_of_a_user("-r", "--ndjson", "--ordered", ".", cwd=open_directory)
+    again = veltrace_of_a_user("-r", "--ndjson", "--fail-on", "never", ".", cwd=open_directory)
     closed.chmod(0o755)
     assert (run.returncode, again.returncode) == (1, 0)
     assert run.stderr == b"veltrace: cannot walk ./closed: Permission denied\n"
