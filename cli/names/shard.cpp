@@ -1,23 +1,11 @@
 #include "names/shard.h"
 
-#include <charconv>
+#include <limits>
 
+#include "amount.h"
 #include "names/name_hash.h"
 
 namespace veltrace::cli {
-namespace {
-
-std::optional<std::uint32_t> parseNumber(std::string_view text) {
-    std::uint32_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end) {
-        return std::nullopt;
-    }
-    return number;
-}
-
-}  // namespace
 
 bool Shard::contains(std::string_view name) const {
     return shortHashOf(name) % count + 1 == index;
@@ -28,12 +16,13 @@ std::optional<Shard> parseShard(std::string_view text) {
     if (slash == std::string_view::npos) {
         return std::nullopt;
     }
-    const auto index = parseNumber(text.substr(0, slash));
-    const auto count = parseNumber(text.substr(slash + 1));
-    if (!index || !count || *index < 1 || *index > *count) {
+    const auto index = parseCount(text.substr(0, slash));
+    const auto count = parseCount(text.substr(slash + 1));
+    if (!index || !count || *index < 1 || *index > *count ||
+        *count > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;
     }
-    return Shard{*index, *count};
+    return Shard{static_cast<std::uint32_t>(*index), static_cast<std::uint32_t>(*count)};
 }
 
 }  // namespace veltrace::cli
