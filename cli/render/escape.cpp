@@ -96,23 +96,6 @@ bool isPrintable(std::string_view bytes) {
     return true;
 }
 
-std::string asUtf8(std::string_view bytes) {
-    std::string text;
-    text.reserve(bytes.size());
-    while (!bytes.empty()) {
-        const Piece piece = firstPiece(bytes);
-        if (piece.codePoint) {
-            text += piece.bytes;
-        } else {
-            const auto byte = static_cast<unsigned char>(bytes.front());
-            text += static_cast<char>(0xC0 | (byte >> 6));
-            text += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-        bytes.remove_prefix(piece.bytes.size());
-    }
-    return text;
-}
-
 std::string_view firstBytes(std::string_view bytes, std::size_t limit) {
     if (bytes.size() <= limit) {
         return bytes;

@@ -16,10 +16,6 @@ namespace veltrace::cli {
 /// and paragraphs (U+2028, U+2029), and those that turn the direction of writing (Bidi_Control).
 [[nodiscard]] bool isPrintable(std::string_view bytes);
 
-/// `bytes` as valid UTF-8: what is valid stays, every other byte becomes the character of its code
-/// (U+0080 to U+00FF).
-[[nodiscard]] std::string asUtf8(std::string_view bytes);
-
 /// The longest start of `bytes` that has at most `limit` bytes and cuts no UTF-8 character.
 [[nodiscard]] std::string_view firstBytes(std::string_view bytes, std::size_t limit);
 

@@ -68,16 +68,6 @@ TEST(Visible, ShowsBytesOfInvalidUtf8InHexadecimal) {
     EXPECT_EQ(visible("\xc3z"), R"(\xc3z)");                        // the next character survives
 }
 
-TEST(AsUtf8, KeepsValidBytesControlCharactersIncluded) {
-    EXPECT_EQ(asUtf8("a\0\x1b\xc2\x85 \u00e9"s), "a\0\x1b\xc2\x85 \u00e9"s);
-}
-
-TEST(AsUtf8, TurnsEveryInvalidByteIntoTheCharacterOfItsCode) {
-    EXPECT_EQ(asUtf8("caf\xe9"), "caf\u00e9");
-    EXPECT_EQ(asUtf8("\x80\xbf\xc0\xff"), "\u0080\u00bf\u00c0\u00ff");
-    EXPECT_EQ(asUtf8("\xe9\u00e9"), "\u00e9\u00e9");
-}
-
 TEST(FirstBytes, KeepsWhatFits) {
     EXPECT_EQ(firstBytes("abc", 3), "abc");
     EXPECT_EQ(firstBytes("", 0), "");
