@@ -14,6 +14,11 @@ thread_local Call* currentCall = nullptr;
 
 constexpr const char* kForeignArray = "the array is not one of this call";
 
+// Requests count from 1.
+bool isGranted(std::uint64_t request, std::uint64_t failing, std::uint64_t budget) {
+    return request != failing && (budget == 0 || request <= budget);
+}
+
 }  // namespace
 
 Call* Call::current() {
@@ -42,7 +47,11 @@ Call::Call(const Settings& settings, std::span<qvArray* const> arguments)
 }
 
 bool Call::grantsArray() {
-    return ++arrayRequests_ != settings_.failArray;
+    return isGranted(++result_->requests.arrays, settings_.failArray, settings_.arrayBudget);
+}
+
+bool Call::grantsBlock() {
+    return isGranted(++result_->requests.blocks, settings_.failBlock, settings_.blockBudget);
 }
 
 qvArray* Call::createArray(qvClass classCode, qvComplexity complexity,
@@ -140,7 +149,7 @@ void Call::store(const char* operation, qvArray& array, qvArray*& place, qvArray
 }
 
 void* Call::allocate(std::size_t size) noexcept {
-    if (++blockRequests_ == settings_.failBlock || size > settings_.largestBlock) {
+    if (!grantsBlock() || size > settings_.largestBlock) {
         return nullptr;
     }
     Block block{std::unique_ptr<void, FreeBlock>(std::malloc(size)), size};

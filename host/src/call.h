@@ -44,7 +44,7 @@ public:
         Call* const outer_;
     };
 
-    /// Counts a request for an array; false when it is the one to be refused.
+    /// Counts a request for an array; false when it is to be refused.
     [[nodiscard]] bool grantsArray();
     /// Makes an array of this call; null when the host cannot. May throw std::bad_alloc.
     [[nodiscard]] qvArray* createArray(qvClass classCode, qvComplexity complexity,
@@ -84,6 +84,7 @@ private:
         std::size_t size;
     };
 
+    [[nodiscard]] bool grantsBlock();
     /// True for an array of this call or an argument; for those only it looks behind the pointer.
     [[nodiscard]] bool isKnown(const qvArray* array) const;
     [[nodiscard]] bool isStorable(const char* operation, const qvArray& array,
@@ -100,8 +101,6 @@ private:
     std::unordered_set<const qvArray*> known_;  // in strict mode: arguments, and arrays ever made
     // Blocks carry no header, so that memory checkers see both ends of each one.
     std::unordered_map<void*, Block> blocks_;
-    std::uint64_t arrayRequests_ = 0;
-    std::uint64_t blockRequests_ = 0;
     bool raised_ = false;
 };
 

@@ -27,6 +27,10 @@ const Leftovers& CallResult::leftovers() const {
     return state_->leftovers;
 }
 
+const Requests& CallResult::requests() const {
+    return state_->requests;
+}
+
 const std::vector<std::string>& CallResult::misuses() const {
     return state_->misuses;
 }

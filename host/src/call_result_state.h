@@ -18,6 +18,7 @@ public:
     std::vector<Message> warnings;
     std::optional<Message> error;
     Leftovers leftovers;
+    Requests requests;
     std::vector<std::string> misuses;
 };
 

@@ -136,6 +136,45 @@ TEST(FailArray, RefusesOneRequestOfAnyKind) {
     }
 }
 
+TEST(BlockBudget, GrantsSoManyRequests) {
+    for (std::uint64_t budget = 1; budget <= 3; ++budget) {
+        const CallResult result =
+            runWith({.blockBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
+                for (std::uint64_t request = 1; request <= 3; ++request) {
+                    void* const block = qvMalloc(8);
+                    EXPECT_EQ(block == nullptr, request > budget) << budget;
+                    qvFree(block);
+                }
+            });
+        EXPECT_EQ(result.requests(), (Requests{.blocks = 3, .arrays = 0}));
+    }
+}
+
+TEST(ArrayBudget, GrantsSoManyRequestsOfAnyKind) {
+    for (std::uint64_t budget = 1; budget <= 4; ++budget) {
+        const CallResult result =
+            runWith({.arrayBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
+                const std::vector<qvArray*> made = {qvCreateDoubleScalar(1), makeChar({1}),
+                                                    makeStruct({1}, {"a"}), qvCreateString("text")};
+                for (std::size_t i = 0; i < made.size(); ++i) {
+                    EXPECT_EQ(made[i] == nullptr, i >= budget) << i;
+                }
+            });
+        EXPECT_EQ(result.requests(), (Requests{.blocks = 0, .arrays = 4}));
+    }
+}
+
+TEST(Budgets, OfZeroAreWithoutEnd) {
+    const CallResult result =
+        runWith({.blockBudget = 0, .arrayBudget = 0}, {}, [](qvArray*& /*output*/, auto) {
+            for (int request = 0; request < 1000; ++request) {
+                EXPECT_NE(qvMalloc(1), nullptr);
+                EXPECT_NE(qvCreateDoubleScalar(1), nullptr);
+            }
+        });
+    EXPECT_EQ(result.requests(), (Requests{.blocks = 1000, .arrays = 1000}));
+}
+
 TEST(Settings, HoldForEachCallAnew) {
     const Host host({.failBlock = 1});
     for (int call = 0; call < 2; ++call) {

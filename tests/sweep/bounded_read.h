@@ -18,7 +18,7 @@ public:
 
     [[nodiscard]] const zephra::CallResult& result() const { return result_; }
     /// Whether the host ran out of blocks.
-    [[nodiscard]] bool wasCutShort() const { return wasCutShort_; }
+    [[nodiscard]] bool wasCutShort() const;
     /// What the outcome has that is not stated, in words; empty when there is nothing. Stated are a
     /// sound value or an error, messages of `isStated`, no misuse of the host, and nothing left
     /// behind but the file's name when its format is not recognised.
@@ -32,7 +32,6 @@ private:
 
     std::string fileName_;
     std::size_t defaultFields_;
-    bool wasCutShort_ = false;
     zephra::CallResult result_;
 };
 

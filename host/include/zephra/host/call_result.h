@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +29,13 @@ struct Leftovers {
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
 };
 
+/// What a module asked for during the call, granted or not.
+struct Requests {
+    std::uint64_t blocks = 0;  ///< blocks from qvMalloc and qvArrayToString
+    std::uint64_t arrays = 0;  ///< `qvCreate…` calls
+    friend bool operator==(const Requests&, const Requests&) = default;
+};
+
 /// The outcome of a call. Owns the output; everything else that the call made is already gone.
 /// Move-only. A moved-from result may only be destroyed or assigned to.
 class CallResult {
@@ -51,6 +59,8 @@ public:
     [[nodiscard]] const std::optional<Message>& error() const;
 
     [[nodiscard]] const Leftovers& leftovers() const;
+
+    [[nodiscard]] const Requests& requests() const;
 
     /// Misuse found in strict mode, one sentence each, in order: a value stored twice, a foreign
     /// pointer, an index past the end, a wrong class of array. Always empty otherwise.

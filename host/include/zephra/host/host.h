@@ -22,6 +22,11 @@ struct Settings {
     std::uint64_t failBlock = 0;
     /// 1-based number of the `qvCreate…` call of a call that gets NULL; 0: none.
     std::uint64_t failArray = 0;
+    /// How many block requests of a call are granted, after which all get NULL; 0: any number. A
+    /// module that reads tables into blocks ends, whatever its input, once there are no more.
+    std::uint64_t blockBudget = 0;
+    /// The same for `qvCreate…` calls.
+    std::uint64_t arrayBudget = 0;
     /// Finds and names misuse by the module: see `CallResult::misuses`.
     bool strict = false;
 };
