@@ -3,6 +3,18 @@ add_library(veltrace-options INTERFACE)
 target_compile_options(veltrace-options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 
+if(VELTRACE_HARDEN)
+  target_compile_definitions(veltrace-options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=3>  # needs optimisation
+    _GLIBCXX_ASSERTIONS)
+  target_compile_options(veltrace-options INTERFACE
+    -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
+  # All symbols are found at the start, so that the table of their addresses can be made read-only.
+  target_link_options(veltrace-options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+  include(CheckPIESupported)  # has programs linked as they are compiled: position-independent
+  check_pie_supported(LANGUAGES C CXX)
+endif()
+
 if(VELTRACE_SANITIZE)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "VELTRACE_SANITIZE needs clang: g++ has no unsigned-integer-overflow check.")
