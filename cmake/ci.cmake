@@ -8,12 +8,14 @@ function(add_check name)
 endfunction()
 
 add_check(format scripts/check-format)
-add_check(scripts shellcheck .ci/run scripts/check-format scripts/check-tidy
+add_check(scripts shellcheck .ci/run scripts/check-cppcheck scripts/check-format scripts/check-tidy
   scripts/install-packages scripts/mutate scripts/run scripts/test)
 foreach(preset IN ITEMS release asan coverage)
   add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
 endforeach()
 
-# The lint reads the compile commands and generated headers of the asan tree.
+# The lint reads the compile commands and generated headers of other presets' trees.
+add_check(cppcheck scripts/check-cppcheck)
+set_tests_properties(cppcheck PROPERTIES DEPENDS release)
 add_check(tidy scripts/check-tidy)
 set_tests_properties(tidy PROPERTIES DEPENDS asan)

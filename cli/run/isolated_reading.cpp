@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds kWork{10};
 
 class IsolatedReading {
 public:
-    IsolatedReading(Reading reading, const PoolOptions& options, const WorkerSetup& setup)
+    IsolatedReading(const Reading& reading, const PoolOptions& options, const WorkerSetup& setup)
         : reading_(reading),
           checker_(makeRenderer(setup.render)),
           pool_(options, setup, *checker_,
@@ -101,7 +101,7 @@ private:
 
 }  // namespace
 
-Ending readIsolated(Reading reading, const PoolOptions& options, const WorkerSetup& setup) {
+Ending readIsolated(const Reading& reading, const PoolOptions& options, const WorkerSetup& setup) {
     return IsolatedReading(reading, options, setup).run();
 }
 

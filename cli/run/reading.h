@@ -28,10 +28,10 @@ struct Ending {
 /// Reads all files with processes of a pool, until the last one or an interruption. Every file that
 /// was begun before the inputs failed has its record. Throws WorkersFail, zephra::LoadError,
 /// OutputError.
-[[nodiscard]] Ending readIsolated(Reading reading, const PoolOptions& options,
+[[nodiscard]] Ending readIsolated(const Reading& reading, const PoolOptions& options,
                                   const WorkerSetup& setup);
 
 /// Reads all files in this process. Throws zephra::LoadError, OutputError.
-[[nodiscard]] Ending readInProcess(Reading reading, const WorkerSetup& setup);
+[[nodiscard]] Ending readInProcess(const Reading& reading, const WorkerSetup& setup);
 
 }  // namespace veltrace::cli

@@ -20,7 +20,7 @@ void waitForNames(const Feed& feed) {
 
 }  // namespace
 
-Ending readInProcess(Reading reading, const WorkerSetup& setup) {
+Ending readInProcess(const Reading& reading, const WorkerSetup& setup) {
     const zephra::Module module = zephra::Module::load(setup.module);
     const auto renderer = makeRenderer(setup.render);
     FileReader reader(module.entryPoint(), *renderer);
