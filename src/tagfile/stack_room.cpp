@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <pthread.h>
+#include <sys/resource.h>
 
 namespace veltrace {
 
@@ -14,6 +15,14 @@ constexpr std::size_t kRoomWhenUnknown = std::size_t{128} * 1024;
 
 std::uintptr_t currentAddress() {
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+}
+
+/// The stack of the first thread takes memory only as it grows, and may have no limit of its own.
+/// Where there is no memory left to grow into, the process ends, so most is left to other uses.
+std::size_t mostThatMemoryAllows() {
+    rlimit memory{RLIM_INFINITY, RLIM_INFINITY};
+    static_cast<void>(getrlimit(RLIMIT_AS, &memory));
+    return memory.rlim_cur / 4;
 }
 
 }  // namespace
@@ -39,7 +48,8 @@ void StackRoom::measure() {
         const auto lowestByte = reinterpret_cast<std::uintptr_t>(begin);
         // A host may run on a stack of its own making, of which the system knows nothing.
         if (currentAddress() >= lowestByte && currentAddress() - lowestByte < size) {
-            lowest_ = lowestByte + std::min(size / 4, kMostKeptBack);
+            const std::size_t usable = std::min(size, mostThatMemoryAllows());
+            lowest_ = lowestByte + (size - usable) + std::min(usable / 4, kMostKeptBack);
         }
     }
     pthread_attr_destroy(&attributes);

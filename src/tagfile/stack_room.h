@@ -15,7 +15,8 @@ public:
     /// Returns while there is stack left for one more level of nesting; throws `StackExhausted`
     /// otherwise. What is kept back, a quarter of the stack up to 256 KiB, serves unwinding and
     /// the host's functions; output, copies and destruction of what was read go as deep as the
-    /// read did, with smaller frames, and start from the same place.
+    /// read did, with smaller frames, and start from the same place. Of a stack that is larger than
+    /// a quarter of the memory that the process may have, only that much counts.
     void require();
 
 private:

@@ -7,6 +7,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 
+#include "support/leak_tolerance.h"
 #include "tagfile/stack_room.h"
 
 namespace veltrace::test {
@@ -47,19 +48,20 @@ void runOnStackOf(std::size_t stackBytes, const std::function<void()>& body) {
     ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
 }
 
-/// While one lives, no file can be opened.
-class NoMoreFiles {
+/// While one lives, the process may have this much of a resource and no more.
+class Limited {
 public:
-    NoMoreFiles() {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        const rlimit none{0, before_.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &none);
+    Limited(decltype(RLIMIT_AS) resource, rlim_t most) : resource_(resource) {
+        getrlimit(resource_, &before_);
+        const rlimit limit{most, before_.rlim_max};
+        setrlimit(resource_, &limit);
     }
-    NoMoreFiles(const NoMoreFiles&) = delete;
-    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
-    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &before_); }
+    Limited(const Limited&) = delete;
+    Limited& operator=(const Limited&) = delete;
+    ~Limited() { setrlimit(resource_, &before_); }
 
 private:
+    decltype(RLIMIT_AS) resource_;
     rlimit before_{};
 };
 
@@ -85,12 +87,27 @@ TEST(StackRoom, KeepsBack256KilobytesOfALargeStack) {
 TEST(StackRoom, Is128KilobytesWhenTheSystemDoesNotTellTheLimits) {
     StackRoom room;
     {
-        const NoMoreFiles noMoreFiles;
+        const Limited noMoreFiles(RLIMIT_NOFILE, 0);
         EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
     }
     EXPECT_TRUE(hasRoomBelow(room, 120 * kKilobyte));
     EXPECT_FALSE(hasRoomBelow(room, 136 * kKilobyte));
 }
+
+// AddressSanitizer takes more memory than any limit.
+#ifndef VELTRACE_TEST_ADDRESS_SANITIZER
+TEST(StackRoom, IsAQuarterOfTheMemoryThatTheProcessMayHaveWhereTheStackIsLarger) {
+    runOnStackOf(8192 * kKilobyte, [] {
+        StackRoom room;
+        {
+            const Limited memory(RLIMIT_AS, 4 * 1024 * kKilobyte);
+            EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
+        }
+        EXPECT_TRUE(hasRoomBelow(room, (1024 - 256 - 32) * kKilobyte));
+        EXPECT_FALSE(hasRoomBelow(room, (1024 - 256) * kKilobyte));
+    });
+}
+#endif
 
 }  // namespace
 
