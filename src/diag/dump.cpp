@@ -1,6 +1,7 @@
 #include "diag/dump.h"
 
 #include <cstdint>
+#include <locale>
 #include <string_view>
 #include <vector>
 
@@ -18,18 +19,25 @@ constexpr std::string_view kHeavyRule =
 constexpr std::string_view kLightRule =
     "+------------------------------------------------------------";
 
-/// Numbers are decimal while one lives; then the stream has its own format flags again.
+/// Numbers are decimal and without the marks of any locale while one lives; then the stream has its
+/// own format flags and locale again.
 class DecimalNumbers {
 public:
     explicit DecimalNumbers(std::ostream& stream)
-        : stream_(stream), flags_(stream.flags(std::ios_base::dec)) {}
+        : stream_(stream),
+          flags_(stream.flags(std::ios_base::dec)),
+          locale_(stream.imbue(std::locale::classic())) {}
     DecimalNumbers(const DecimalNumbers&) = delete;
     DecimalNumbers& operator=(const DecimalNumbers&) = delete;
-    ~DecimalNumbers() { stream_.flags(flags_); }
+    ~DecimalNumbers() {
+        stream_.imbue(locale_);
+        stream_.flags(flags_);
+    }
 
 private:
     std::ostream& stream_;
     std::ios_base::fmtflags flags_;
+    std::locale locale_;
 };
 
 /// The pieces as one line. Flushed, so that the dump shows how far it came when the process dies.

@@ -11,8 +11,9 @@ class TagFile;
 class TiffTag;
 
 // Each writes its object and what that object owns, down to every tag, flushes and returns the
-// stream. Texts of the file go out byte for byte, control characters included. Numbers are decimal
-// whatever the stream's format flags say, and the stream gets its flags back.
+// stream. Texts of the file go out byte for byte, control characters included. Numbers are decimal,
+// with a point and without grouping, whatever the stream's format flags and locale say, and the
+// stream gets both back.
 
 /// The file, the reader's state and, once read, the main chain.
 std::ostream& operator<<(std::ostream& stream, const TagFile& file);

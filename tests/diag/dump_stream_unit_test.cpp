@@ -7,6 +7,7 @@
 
 #include "diag/dump.h"
 #include "ifd/ifd_set.h"
+#include "support/grouping_locale.h"
 #include "support/memory_file.h"
 #include "support/quiet_call.h"
 #include "support/tiff_builder.h"
@@ -72,6 +73,29 @@ TEST(DumpStream, GetsDecimalNumbersAndKeepsItsFlags) {
         expectDecimal(reader);
         expectDecimal(*reader.ifdSet());
         expectDecimal(reader.ifdSet()->directories().at(0));
+    });
+}
+
+/// Punctuation of a locale must neither come out nor be forgotten.
+template <class Object>
+void expectWithoutPunctuation(const Object& object) {
+    std::ostringstream plain;
+    plain << object;
+    std::ostringstream stream;
+    stream.imbue(groupingLocale());
+    stream << object;
+    EXPECT_EQ(stream.str(), plain.str());
+    stream.str("");
+    stream << 1234;
+    EXPECT_EQ(stream.str(), "1.2.3.4");
+}
+
+TEST(DumpStream, GetsNumbersWithoutPunctuationAndKeepsItsLocale) {
+    withReader([](const TagFile& reader) {
+        expectWithoutPunctuation(reader);
+        expectWithoutPunctuation(*reader.ifdSet());
+        expectWithoutPunctuation(reader.ifdSet()->directories().at(0));
+        expectWithoutPunctuation(reader.ifdSet()->directories().at(0).knownTags().at(0));
     });
 }
 

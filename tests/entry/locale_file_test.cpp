@@ -1,6 +1,5 @@
 // Messages do not depend on the locale of the host.
-#include <locale>
-
+#include "support/grouping_locale.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
 
@@ -10,19 +9,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class Grouping : public std::numpunct<char> {
-protected:
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\1"; }
-};
-
 class GroupingLocale : public testing::Test {
-protected:
-    ~GroupingLocale() override { std::locale::global(previous_); }
-
 private:
-    const std::locale previous_ =
-        std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    const GlobalGroupingLocale locale_;
 };
 
 TEST_F(GroupingLocale, LeavesPositionsAndSizesAlone) {
