@@ -1,6 +1,5 @@
 // Fields that tell about the file, the same in every element.
 #include <cstdint>
-#include <cstdlib>
 #include <ctime>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +11,7 @@
 #include "support/leak_tolerance.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
+#include "support/time_zone.h"
 
 namespace veltrace::test {
 
@@ -19,31 +19,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-// The time zone of this process while it lives. Only its variable: it is the module that must look
-// at it again.
-class TimeZone {
-public:
-    explicit TimeZone(const char* zone) {
-        if (const char* before = std::getenv("TZ"); before != nullptr) {
-            before_ = before;
-        }
-        setenv("TZ", zone, 1);
-    }
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
-    ~TimeZone() {
-        if (before_) {
-            setenv("TZ", before_->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-
-private:
-    std::optional<std::string> before_;
-};
 
 class GeneralFields : public ::testing::TestWithParam<Encoding> {
 protected:

@@ -2,27 +2,29 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
 
 namespace veltrace::test {
 
 namespace {
+
+using Names = std::set<std::string_view>;
 
 bool isSameNumber(double left, double right) {
     return left == right ? std::signbit(left) == std::signbit(right)
                          : std::isnan(left) && std::isnan(right);
 }
 
-std::string differenceOfCells(zephra::Value left, zephra::Value right) {
+std::string differenceOfCells(zephra::Value left, zephra::Value right, const Names& ignored) {
     for (std::size_t i = 0; i < left.size(); ++i) {
-        if (std::string found = differenceOf(left.cell(i), right.cell(i)); !found.empty()) {
+        if (std::string found = differenceOf(left.cell(i), right.cell(i), ignored);
+            !found.empty()) {
             return "{" + std::to_string(i) + "}" + found;
         }
     }
     return {};
 }
 
-std::string differenceOfFields(zephra::Value left, zephra::Value right) {
+std::string differenceOfFields(zephra::Value left, zephra::Value right, const Names& ignored) {
     if (left.fieldCount() != right.fieldCount()) {
         return ": number of fields";
     }
@@ -31,11 +33,12 @@ std::string differenceOfFields(zephra::Value left, zephra::Value right) {
         if (name != right.fieldName(field)) {
             return ": field " + std::string(name) + " or " + std::string(right.fieldName(field));
         }
-        if (name == "ByteOrder" || name == "FormatSignature") {
+        if (ignored.contains(name)) {
             continue;
         }
         for (std::size_t i = 0; i < left.size(); ++i) {
-            if (std::string found = differenceOf(left.field(i, field), right.field(i, field));
+            if (std::string found =
+                    differenceOf(left.field(i, field), right.field(i, field), ignored);
                 !found.empty()) {
                 return "(" + std::to_string(i) + ")." + std::string(name) + found;
             }
@@ -46,7 +49,7 @@ std::string differenceOfFields(zephra::Value left, zephra::Value right) {
 
 }  // namespace
 
-std::string differenceOf(zephra::Value left, zephra::Value right) {
+std::string differenceOf(zephra::Value left, zephra::Value right, const Names& ignored) {
     if (static_cast<bool>(left) != static_cast<bool>(right)) {
         return ": one is empty";
     }
@@ -63,9 +66,9 @@ std::string differenceOf(zephra::Value left, zephra::Value right) {
         return ": characters";
     }
     if (left.className() == "cell") {
-        return differenceOfCells(left, right);
+        return differenceOfCells(left, right, ignored);
     }
-    return left.className() == "struct" ? differenceOfFields(left, right) : std::string{};
+    return left.className() == "struct" ? differenceOfFields(left, right, ignored) : std::string{};
 }
 
 }  // namespace veltrace::test
