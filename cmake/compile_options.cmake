@@ -27,6 +27,11 @@ if(VELTRACE_SANITIZE)
   target_link_options(veltrace-options INTERFACE -fsanitize=${sanitizers})
 endif()
 
+if(VELTRACE_SANITIZE_THREADS)
+  target_compile_options(veltrace-options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(veltrace-options INTERFACE -fsanitize=thread)
+endif()
+
 if(VELTRACE_COVERAGE)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "VELTRACE_COVERAGE needs clang, whose profiles llvm-cov reads.")
