@@ -35,7 +35,7 @@ void IFDSet::readIfdChain() {
 bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
     // Kept: the sum is taken in 32 bits, so past 2 GiB the link is not found, or is read from
     // where the wrapped sum leads.
-    const std::uint64_t link = static_cast<std::uint64_t>(position) +
+    const std::uint64_t link = static_cast<std::uint64_t>(static_cast<std::uint32_t>(position)) +
                                static_cast<std::uint64_t>(reader_->countSize()) + tableSize;
     if (!reader_->seek(static_cast<std::int32_t>(link))) {
         issueHostWarning("ZEPHRA:veltrace:IFDSet:badNextIfdPointer",
@@ -48,8 +48,7 @@ bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
     if (next == 0) {
         return false;
     }
-    const auto target =
-        static_cast<std::int64_t>(static_cast<std::uint64_t>(reader_->offsetBase()) + next);
+    const std::int64_t target = reader_->absolutePosition(next);
     if (target > reader_->fileSize()) {
         issueHostWarning("ZEPHRA:veltrace:badNextIfdPointer",
                          message("The pointer to a secondary IFD exceeds the size of "

@@ -75,6 +75,12 @@ qvArray* TagFile::outputValue() {
     return ifdSet_->outputValue();
 }
 
+std::int64_t TagFile::absolutePosition(std::uint64_t offset) const {
+    std::int64_t sum = 0;
+    static_cast<void>(__builtin_add_overflow(offsetBase_, offset, &sum));  // wraps by design
+    return sum;
+}
+
 std::int64_t TagFile::position() const {
     return std::ftell(stream());
 }

@@ -104,7 +104,9 @@ public:
     /// when there is none.
     [[nodiscard]] qvArray* outputValue();
 
-    /// The absolute position of the stream.
+    /// The absolute position of what is at `offset` from the header. The sum wraps at 64 bits.
+    [[nodiscard]] std::int64_t absolutePosition(std::uint64_t offset) const;
+    /// The absolute position of the stream; -1 when the system does not tell.
     [[nodiscard]] std::int64_t position() const;
     /// Moves to an absolute position; false when the system refuses.
     [[nodiscard]] bool seek(std::int64_t position);

@@ -56,7 +56,7 @@ void TagFile::readVersion(const char* identifier) {
 
 void TagFile::seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
                              const char* seekIdentifier) {
-    const auto target = static_cast<std::int64_t>(static_cast<std::uint64_t>(offsetBase_) + offset);
+    const std::int64_t target = absolutePosition(offset);
     if (target > fileSize()) {
         throw VeltraceFatalError{
             offsetIdentifier,

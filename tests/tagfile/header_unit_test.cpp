@@ -6,6 +6,7 @@
 #include "support/quiet_call.h"
 #include "support/thrown.h"
 #include "support/tiff_builder.h"
+#include "support/unseekable_file.h"
 #include "tagfile/big_tiff_tag_file.h"
 #include "tagfile/classic_tiff_tag_file.h"
 #include "tagfile/jpeg_tag_file.h"
@@ -181,6 +182,21 @@ TEST_P(HeaderOf, FirstOffsetPastTheEndIsFatalAndCountsFromTheHeader) {
                       "The indicated starting byte of the first image file directory (" +
                           std::to_string(size + 5) + ") exceeds the image file size (" +
                           std::to_string(size + 4) + "), the image may be corrupt."));
+}
+
+TEST_P(HeaderOf, BeginsAtMinusOneWhenTheSystemDoesNotTellWhere) {
+    const UnseekableFile file;
+    file.feed(header(Order::little));
+    const auto reader = GetParam().make(file.name().c_str());
+    const bool isBig = GetParam().flavour == Flavour::big;
+    EXPECT_EQ(
+        fatalErrorOf([&] { reader->readHeader(); }),
+        message(std::string("ZEPHRA:veltrace:") + (isBig ? "bigTiff:" : "") + "badTiffIfdOffset",
+                std::string("The indicated starting byte of the first image file directory "
+                            "(") +
+                    (isBig ? "15" : "7") +
+                    ") exceeds the image file size (0), the image may be corrupt."));
+    EXPECT_EQ(reader->offsetBase(), -1);
 }
 
 TEST_P(HeaderOf, SeekThatIsRefusedIsFatal) {
