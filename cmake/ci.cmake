@@ -9,7 +9,7 @@ endfunction()
 
 add_check(format scripts/check-format)
 add_check(scripts shellcheck .ci/run scripts/check-cppcheck scripts/check-format scripts/check-tidy
-  scripts/install-packages scripts/mutate scripts/run scripts/test)
+  scripts/fuzz scripts/install-packages scripts/mutate scripts/run scripts/test)
 foreach(preset IN ITEMS release asan coverage)
   add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
 endforeach()
