@@ -33,6 +33,11 @@ MemoryFile::~MemoryFile() {
     close(descriptor_);
 }
 
+void MemoryFile::replace(const Bytes& content) const {
+    put(0, content);
+    require(ftruncate(descriptor_, static_cast<off_t>(content.size())) == 0, "ftruncate");
+}
+
 void MemoryFile::put(std::int64_t position, const Bytes& content) const {
     const ssize_t written = pwrite(descriptor_, content.data(), content.size(), position);
     require(written == static_cast<ssize_t>(content.size()), "pwrite");

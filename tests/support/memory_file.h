@@ -19,6 +19,8 @@ public:
     ~MemoryFile();
 
     [[nodiscard]] const std::string& name() const { return name_; }
+    /// Makes these bytes the whole content.
+    void replace(const Bytes& content) const;
     /// Writes at a position, leaving a hole between the end of the file and it. Holes take no
     /// memory, so a file of several gigabytes costs nothing.
     void put(std::int64_t position, const Bytes& content) const;

@@ -1,8 +1,8 @@
 #include "sweep/bounded_read.h"
 
 #include <ctime>
+#include <gtest/gtest.h>
 
-#include "support/memory_file.h"
 #include "support/module_run.h"
 #include "sweep/stated_messages.h"
 #include "sweep/well_formed.h"
@@ -26,6 +26,29 @@ bool isJpeg(const Bytes& content) {
     return content.size() >= 2 && content[0] == 0xFF && content[1] == 0xD8;
 }
 
+/// Whether there is an Exif directory at any depth.
+bool hasExif(zephra::Value directories) {
+    for (std::size_t field = 0; field < directories.fieldCount(); ++field) {
+        if (directories.fieldName(field) == "DigitalCamera") {
+            return true;
+        }
+        for (std::size_t i = 0; i < directories.size(); ++i) {
+            if (hasExif(directories.field(i, field))) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+/// A memory file that is as old as all others.
+class AgedFile : public MemoryFile {
+public:
+    explicit AgedFile(const Bytes& content) : MemoryFile(content) {
+        setModificationTime(kModified);
+    }
+};
+
 std::string shown(const zephra::Message& message) {
     return message.identifier + ": " + testing::PrintToString(message.text);
 }
@@ -33,24 +56,28 @@ std::string shown(const zephra::Message& message) {
 }  // namespace
 
 BoundedRead::BoundedRead(const Bytes& content)
-    : defaultFields_(isJpeg(content) ? 10 : 34), result_(call(content)) {}
+    : BoundedRead(AgedFile(content), content, boundedHost()) {}
 
-zephra::CallResult BoundedRead::call(const Bytes& content) {
-    const MemoryFile file(content);
-    file.setModificationTime(kModified);
-    fileName_ = file.name();
+BoundedRead::BoundedRead(const MemoryFile& file, const Bytes& content,
+                         const zephra::Settings& settings)
+    : settings_(settings),
+      fileName_(file.name()),
+      defaultFields_(isJpeg(content) ? 10 : 34),
+      result_(call()) {}
+
+zephra::CallResult BoundedRead::call() const {
     const zephra::Argument name{fileName_};
-    return zephra::Host(boundedHost()).call(moduleUnderTest(), {&name, 1});
+    return zephra::Host(settings_).call(moduleUnderTest(), {&name, 1});
 }
 
 bool BoundedRead::wasCutShort() const {
-    return result_.requests().blocks > kBlocks;
+    return result_.requests().blocks > settings_.blockBudget;
 }
 
 // An Exif directory of a TIFF file has no fields of the default names. A tag of such a name makes
 // an array all the same, which finds no place in the output.
 bool BoundedRead::mayLeaveArrays() const {
-    return defaultFields_ == 34 && result_.output().fieldIndex("DigitalCamera").has_value();
+    return defaultFields_ == 34 && hasExif(result_.output());
 }
 
 bool BoundedRead::leftNothingUnstated() const {

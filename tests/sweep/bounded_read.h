@@ -3,18 +3,22 @@
 
 #include <string>
 
-#include "zephra/host/call_result.h"
+#include "zephra/host/host.h"
 
 #include "support/bytes.h"
+#include "support/memory_file.h"
 
 namespace veltrace::test {
 
-/// One call of the module on a memory file, in a strict host that grants 512 blocks of at most
-/// 1 MiB. The sound seeds need less than a tenth of either. The file is closed and gone afterwards,
-/// and its modification time was the same as that of all others, so the next one has its name.
+/// One call of the module on a memory file, in a strict host that bounds its blocks.
 class BoundedRead {
 public:
+    /// The host grants 512 blocks of at most 1 MiB. The sound seeds need less than a tenth of
+    /// either. The file is closed and gone afterwards, and its modification time was the same as
+    /// that of all others, so the next one has its name.
     explicit BoundedRead(const Bytes& content);
+    /// On a file that the caller keeps, which has this content.
+    BoundedRead(const MemoryFile& file, const Bytes& content, const zephra::Settings& settings);
 
     [[nodiscard]] const zephra::CallResult& result() const { return result_; }
     /// Whether the host ran out of blocks.
@@ -25,11 +29,12 @@ public:
     [[nodiscard]] std::string unstated() const;
 
 private:
-    [[nodiscard]] zephra::CallResult call(const Bytes& content);
+    [[nodiscard]] zephra::CallResult call() const;
     [[nodiscard]] bool mayLeaveArrays() const;
     [[nodiscard]] bool leftNothingUnstated() const;
     [[nodiscard]] std::string flawOfValue() const;
 
+    zephra::Settings settings_;
     std::string fileName_;
     std::size_t defaultFields_;
     zephra::CallResult result_;

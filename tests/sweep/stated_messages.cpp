@@ -1,8 +1,10 @@
 #include "sweep/stated_messages.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <functional>
 #include <regex>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -149,16 +151,20 @@ bool matches(const zephra::Message& message, Channel channel) {
 }  // namespace
 
 bool isStated(const zephra::Message& message, Channel channel) {
-    // Sweeps bring the same messages again and again, and regular expressions are slow.
-    static std::set<std::pair<std::string, std::string>> seen[2];
-    auto& known = seen[channel == Channel::error ? 1 : 0];
-    const std::pair key(message.identifier, message.text);
-    if (!known.contains(key)) {
-        if (!matches(message, channel)) {
-            return false;
-        }
-        known.insert(key);
+    // Sweeps bring the same messages again and again, and regular expressions are slow. A table of
+    // hashes does not grow, whatever comes.
+    static std::array<std::size_t, 1 << 14> seen{};
+    const std::hash<std::string> hash;
+    const std::size_t key = hash(message.text) ^ std::rotl(hash(message.identifier), 1) ^
+                            (channel == Channel::error ? 1U : 0U);
+    std::size_t& place = seen[key % seen.size()];
+    if (place == key) {
+        return true;
     }
+    if (!matches(message, channel)) {
+        return false;
+    }
+    place = key;
     return true;
 }
 
