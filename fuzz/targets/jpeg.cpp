@@ -1,0 +1,9 @@
+// JPEG files.
+#include "forced_format.h"
+#include "fuzz_target.h"
+#include "image_check.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    veltrace::fuzz::checkImage(veltrace::fuzz::asJpeg(data, size));
+    return 0;
+}
