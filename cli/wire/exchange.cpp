@@ -95,7 +95,9 @@ std::string encoded(const WorkerSetup& setup) {
     }
     to.number(setup.render.maxValues);
     to.number(setup.render.omitLargerThan.has_value() ? 1 : 0);
-    to.number(setup.render.omitLargerThan.value_or(0));
+    if (setup.render.omitLargerThan) {
+        to.number(*setup.render.omitLargerThan);
+    }
     to.number(setup.render.colour ? 1 : 0);
     to.number(setup.render.largestOutput);
     to.text(setup.module);
@@ -114,10 +116,8 @@ WorkerSetup decodedSetup(std::string_view payload) {
         setup.render.fields.emplace_back(from.text());
     }
     setup.render.maxValues = from.number();
-    const bool omits = from.flag();
-    const std::uint64_t omitLargerThan = from.number();
-    if (omits) {
-        setup.render.omitLargerThan = omitLargerThan;
+    if (from.flag()) {
+        setup.render.omitLargerThan = from.number();
     }
     setup.render.colour = from.flag();
     setup.render.largestOutput = from.number();

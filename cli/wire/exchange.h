@@ -40,7 +40,7 @@ inline constexpr std::size_t kMostMessageBytes = std::size_t{8} << 20;
 [[nodiscard]] std::size_t largestAnswer(std::size_t largestOutput);
 
 [[nodiscard]] std::string encoded(const WorkerSetup& setup);
-/// Throws BadFrame.
+/// Throws BadFrame for whatever `encoded` does not give.
 [[nodiscard]] WorkerSetup decodedSetup(std::string_view payload);
 
 /// Appends to `bytes`.

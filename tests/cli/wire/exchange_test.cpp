@@ -50,6 +50,21 @@ TEST(Setup, MayOmitNothing) {
     EXPECT_EQ(decodedSetup(encoded(WorkerSetup{})).render.omitLargerThan, std::nullopt);
 }
 
+TEST(Setup, WithAnyByteChangedIsRefusedOrAnotherOne) {
+    const std::string bytes = encoded(WorkerSetup{});
+    int refused = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        std::string changed = bytes;
+        changed[i] = '\x7f';
+        try {
+            EXPECT_EQ(encoded(decodedSetup(changed)), changed) << i;
+        } catch (const BadFrame&) {
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 40);
+}
+
 TEST(Answer, ArrivesAsItWasSent) {
     const Answer sent = fullAnswer();
     const Answer received = decodedAnswer(bytesOf(sent));
