@@ -53,8 +53,6 @@ extern "C" {
 std::FILE* __real_fopen64(const char* name, const char* mode);
 int __real_stat64(const char* name, struct stat64* status);
 std::size_t __real_fread(void* to, std::size_t size, std::size_t count, std::FILE* file);
-std::size_t __real___fread_chk(void* to, std::size_t room, std::size_t size, std::size_t count,
-                               std::FILE* file);
 int __real_fseek(std::FILE* file, long offset, int origin);
 long __real_ftell(std::FILE* file);
 int __real_fclose(std::FILE* file);
@@ -80,13 +78,6 @@ int __wrap_stat64(const char* name, struct stat64* status) {
 std::size_t __wrap_fread(void* to, std::size_t size, std::size_t count, std::FILE* file) {
     FileSteps::take(Step::read);
     return __real_fread(to, size, count, file);
-}
-
-// What a hardened build calls where it knows the room.
-std::size_t __wrap___fread_chk(void* to, std::size_t room, std::size_t size, std::size_t count,
-                               std::FILE* file) {
-    FileSteps::take(Step::read);
-    return __real___fread_chk(to, room, size, count, file);
 }
 
 int __wrap_fseek(std::FILE* file, long offset, int origin) {

@@ -1,0 +1,156 @@
+// What comes of a file that changes between two looks at it, or two reads.
+#include <cstddef>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "environment/changing_file.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+Bytes smallFile(Flavour flavour = Flavour::classic) {
+    TiffBuilder file(Order::little, flavour);
+    file.image().shorts(271, {7});
+    return file.bytes();
+}
+
+struct Kind {
+    const char* name;
+    Bytes content;
+    /// How many format tests open the file.
+    std::size_t formatTests;
+};
+
+std::vector<Kind> kinds() {
+    return {{"JPEG", jpegWithExif(smallFile()), 1},
+            {"classic TIFF", smallFile(), 2},
+            {"BigTIFF", smallFile(Flavour::big), 3}};
+}
+
+// The module opens the file to see whether it can be, once for each format test, asks for its
+// status, and opens it to read.
+TEST_F(ChangingFile, ThatVanishesEndsTheCallAtTheNextLook) {
+    for (const Kind& kind : kinds()) {
+        const std::size_t statusLook = 1 + kind.formatTests;
+        for (std::size_t look = 0; look <= statusLook + 1; ++look) {
+            SCOPED_TRACE(std::string(kind.name) + ", look " + std::to_string(look));
+            const ModuleRun result = run(kind.content, beforeLook(look), [this] { vanish(); });
+            zephra::Message expected = kUnguarded;
+            if (look == 0) {
+                expected = message("ZEPHRA:veltrace:badFilename",
+                                   "Could not open file \"" + name() + "\".");
+            } else if (look < statusLook) {
+                expected = kUnhandled;
+            }
+            EXPECT_THAT(result.messages(), ElementsAre(expected));
+            EXPECT_EQ(result.leftovers().blocks, 1U) << "the name";
+        }
+        const ModuleRun after = run(kind.content, beforeLook(statusLook + 2), [this] { vanish(); });
+        EXPECT_THAT(after.messages(), IsEmpty());
+    }
+}
+
+TEST_F(ChangingFile, ThatVanishesOnceItIsOpenIsReadInFull) {
+    const When firstTell = [](std::size_t, Step step) { return step == Step::tell; };
+    const ModuleRun result = run(smallFile(), firstTell, [this] { vanish(); });
+    EXPECT_THAT(result.messages(), IsEmpty());
+    EXPECT_EQ(result.number({"Make"}), 7);
+    EXPECT_EQ(result.number({"FileSize"}), 26);
+}
+
+// Looks 3 and 4 of a classic TIFF file are its status and the open to read, 2 and 3 of a JPEG file.
+
+TEST_F(ChangingFile, ThatGrowsAfterItsStatusHasTheSizeFromBefore) {
+    const ModuleRun result = run(smallFile(), beforeLook(4), [this] { resize(100'000); });
+    EXPECT_THAT(result.messages(), IsEmpty());
+    EXPECT_EQ(result.number({"FileSize"}), 26);
+}
+
+TEST_F(ChangingFile, ThatGrowsBeforeItsStatusHasTheNewSize) {
+    const ModuleRun result = run(smallFile(), beforeLook(3), [this] { resize(100'000); });
+    EXPECT_THAT(result.messages(), IsEmpty());
+    EXPECT_EQ(result.number({"FileSize"}), 100'000);
+}
+
+TEST_F(ChangingFile, ThatShrinksAfterItsStatusHasNoFirstDirectory) {
+    const ModuleRun result = run(smallFile(), beforeLook(4), [this] { resize(8); });
+    EXPECT_THAT(result.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:numIfdEntriesReadError",
+                                    "Unable to read the number of entries in one of the image file "
+                                    "directories, the metadata in \"" +
+                                        name() + "\" may be corrupt.")));
+}
+
+TEST_F(ChangingFile, ThatShrinksBeforeItsStatusPointsPastItsEnd) {
+    const ModuleRun result = run(smallFile(), beforeLook(3), [this] { resize(7); });
+    EXPECT_THAT(result.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffHeaderOffsetRead",
+                                    "Could not read the location of the first TIFF tag table, "
+                                    "the image may be corrupt.")));
+}
+
+// The value of Make stands behind the table, at byte 8 + 2 + 2 * 12 + 4.
+TEST_F(ChangingFile, ThatIsCutBetweenTableAndValueLosesTheValue) {
+    TiffBuilder file;
+    file.image().ascii(271, "a long name").shorts(274, {6});
+    std::size_t moves = 0;
+    const When secondMove = [&moves](std::size_t, Step step) {
+        return step == Step::move && ++moves == 2;
+    };
+    const ModuleRun result = run(file.bytes(), secondMove, [this] { resize(40); });
+    EXPECT_THAT(
+        result.messages(),
+        ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                            "Unable to read TIFF tag \"Make\" value from byte location 38.")));
+    EXPECT_FALSE(result.hasField({"Make"}));
+    EXPECT_EQ(result.number({"Orientation"}), 6);
+}
+
+TEST_F(ChangingFile, ThatBecomesAJpegFileIsNoTiffFile) {
+    const ModuleRun result = run(smallFile(), beforeLook(4), [this] {
+        vanish();
+        write(jpegWithExif(smallFile()));
+    });
+    EXPECT_THAT(
+        result.messages(),
+        ElementsAre(message("ZEPHRA:veltrace:badEndianness",
+                            "The endian signature [255 216] of \"" + name() +
+                                "\"  is neither [77 77] (big-endian) nor [73 73] (little-endian),"
+                                "the image file may be corrupt.")));
+}
+
+TEST_F(ChangingFile, ThatBecomesATiffFileIsNoJpegFile) {
+    const ModuleRun result = run(jpegWithExif(smallFile()), beforeLook(3), [this] {
+        vanish();
+        write(smallFile());
+    });
+    EXPECT_THAT(result.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:JpegTagFile:fileSignatureVerificationFailure",
+                                    "The first two bytes of a JPEG file should be [255 216], and "
+                                    "the first two bytes of this file are [I, I].\n")));
+}
+
+TEST_F(ChangingFile, ThatBecomesADirectoryCannotBeRead) {
+    const auto becomeDirectory = [this] {
+        vanish();
+        std::filesystem::create_directory(name());
+    };
+    EXPECT_THAT(run(smallFile(), beforeLook(2), becomeDirectory).messages(),
+                ElementsAre(kUnhandled));
+    EXPECT_THAT(run(smallFile(), beforeLook(4), becomeDirectory).messages(),
+                ElementsAre(message("ZEPHRA:veltrace:tiffHeaderEndianReadFailure",
+                                    "Could not read TIFF header byte order the image file \"" +
+                                        name() + "\" may be corrupt.")));
+}
+
+}  // namespace
+
+}  // namespace veltrace::test
