@@ -2,11 +2,14 @@
 // Usage: fuzz-seeds FOLDER
 #include "sweep/seeds.h"
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
+
+#include "mutation/random.h"
 
 namespace veltrace::fuzz {
 
@@ -36,6 +39,23 @@ void writeImages(const std::filesystem::path& folder) {
     }
 }
 
+/// For targets that build their files from parameters, any parameters will do.
+void writeParameters(const std::filesystem::path& folder, std::size_t largest) {
+    constexpr unsigned kSeeds = 64;
+    for (unsigned seed = 1; seed <= kSeeds; ++seed) {
+        Random random(seed);
+        test::Bytes content(random.below(largest + 1));
+        std::ranges::generate(content, [&random] { return random.byte(); });
+        write(folder, std::to_string(seed), content);
+    }
+}
+
+void writeAll(const std::filesystem::path& folder) {
+    writeImages(folder);
+    writeParameters(folder / "entry", 48);
+    writeParameters(folder / "byte_order", 384);
+}
+
 }  // namespace
 
 }  // namespace veltrace::fuzz
@@ -46,7 +66,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     try {
-        veltrace::fuzz::writeImages(arguments[1]);
+        veltrace::fuzz::writeAll(arguments[1]);
         return 0;
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';

@@ -1,0 +1,29 @@
+// The same numbers written in either byte order.
+#include "finding.h"
+#include "fuzz_target.h"
+#include "image_check.h"
+#include "parameters.h"
+#include "sweep/value_difference.h"
+#include "twin_plan.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace veltrace::fuzz;
+    const Twins twins = twinsOf(twinPlanOf(Parameters(data, size)));
+    const veltrace::test::BoundedRead left = readImage(twins.little);
+    const veltrace::test::BoundedRead right = readImage(twins.big);
+    checkStated(left);
+    checkStated(right);
+    const zephra::CallResult& little = left.result();
+    const zephra::CallResult& big = right.result();
+    if (const auto difference = veltrace::test::differenceOf(little.output(), big.output());
+        !difference.empty()) {
+        reportFinding("little-endian and big-endian output differ" + difference);
+    }
+    if (little.warnings() != big.warnings() || little.error() != big.error()) {
+        reportFinding("little-endian and big-endian files give other messages");
+    }
+    if (little.leftovers() != big.leftovers()) {
+        reportFinding("little-endian and big-endian files leave other things behind");
+    }
+    return 0;
+}
