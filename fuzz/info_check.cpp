@@ -20,7 +20,9 @@ std::string step(std::string_view name) {
 }
 
 std::string step(std::size_t index) {
-    return "/" + std::to_string(index);
+    std::string place = "/";
+    place += std::to_string(index);
+    return place;
 }
 
 const char* nameOf(double nonfinite) {
