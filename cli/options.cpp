@@ -218,6 +218,7 @@ std::variant<Options, Reply> parseOptions(int argc, const char* const* argv) {
     addWhichFiles(app, options);
     addWhatComesOut(app, options);
     addHowFilesAreRead(app, options);
+    refuseDigits(app);
 
     try {
         app.parse(argc, argv);

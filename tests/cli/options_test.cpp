@@ -152,6 +152,15 @@ TEST(Options, ADoubleDashEndsThem) {
     EXPECT_THAT(optionsFrom({"--", "--json", "-x", "--"}).files, ElementsAre("--json", "-x", "--"));
 }
 
+TEST(Options, AHyphenAndADigitAreNoFile) {
+    for (const char* const argument : {"-4", "-r4", "-r4j2", "-0x"}) {
+        const Reply reply = replyTo({argument, "a.tif"});
+        EXPECT_TRUE(reply.isError) << argument;
+        EXPECT_THAT(reply.text, HasSubstr("there is no such option")) << argument;
+    }
+    EXPECT_THAT(optionsFrom({"-f", "-4", "--", "-4"}).files, ElementsAre("-4"));
+}
+
 TEST(Options, FileNamesAreTakenByteByByte) {
     EXPECT_THAT(
         optionsFrom({"[a,b]", "[]", "{}", "a,b", "%%", "++", "-", "", "\xff\n", "a=b"}).files,
