@@ -22,6 +22,11 @@ public:
         return number % (most + 1);
     }
 
+    template <class Choice, std::size_t Count>
+    Choice oneOf(const Choice (&choices)[Count]) {
+        return choices[upTo(Count - 1)];
+    }
+
     bool flag() { return upTo(1) == 1; }
 
     /// A value with any bytes, such as a double.
@@ -49,59 +54,6 @@ public:
 
 private:
     std::string_view rest_;
-
-// Bytes of a fuzzer, read as parameters.
-#pragma once
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <span>
-
-#include "support/bytes.h"
-
-namespace veltrace::fuzz {
-
-/// Takes parameters from the front. Behind the last byte everything is 0.
-class Parameters {
-public:
-    Parameters(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
-
-    [[nodiscard]] bool isAtEnd() const { return rest_.empty(); }
-
-    template <class Number>
-    Number number() {
-        Number result{};
-        const std::span<const std::uint8_t> taken = take(sizeof result);
-        if (!taken.empty()) {
-            std::memcpy(&result, taken.data(), taken.size());
-        }
-        return result;
-    }
-
-    /// From 0 to `limit` - 1, where `limit` is at most 256.
-    std::size_t below(std::size_t limit) { return number<std::uint8_t>() % limit; }
-
-    template <class Number, std::size_t Count>
-    Number oneOf(const Number (&choices)[Count]) {
-        return choices[below(Count)];
-    }
-
-    /// As many as there are.
-    test::Bytes bytes(std::size_t atMost) {
-        const std::span<const std::uint8_t> taken = take(atMost);
-        return {taken.begin(), taken.end()};
-    }
-
-private:
-    std::span<const std::uint8_t> take(std::size_t atMost) {
-        const std::span<const std::uint8_t> taken = rest_.first(std::min(atMost, rest_.size()));
-        rest_ = rest_.subspan(taken.size());
-        return taken;
-    }
-
-    std::span<const std::uint8_t> rest_;
 };
 
 }  // namespace veltrace::fuzz

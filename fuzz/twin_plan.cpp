@@ -45,14 +45,14 @@ std::size_t inlineSize(Flavour flavour) {
 }
 
 TwinPlace place(Parameters& parameters) {
-    const auto choice = parameters.number<std::uint8_t>();
+    const auto choice = parameters.value<std::uint8_t>();
     return {choice % 4 != 0, choice / 4U, kOutside[choice / 4U % std::size(kOutside)]};
 }
 
 TwinEntry pointer(Parameters& parameters) {
     TwinEntry entry{};
     entry.tag = parameters.oneOf(kPointerTags);
-    const auto choice = parameters.number<std::uint8_t>();
+    const auto choice = parameters.value<std::uint8_t>();
     // No value is read, so any type and count will do.
     entry.type = choice % 4 != 0 ? 4 : static_cast<std::uint16_t>(choice / 4 % 16);
     entry.count = choice % 8 != 0 ? 1 : kHugeCounts[choice / 8 % std::size(kHugeCounts)];
@@ -62,11 +62,11 @@ TwinEntry pointer(Parameters& parameters) {
 
 void readNumbers(Parameters& parameters, TwinEntry& entry, std::size_t perElement) {
     constexpr std::size_t kMostElements = 12;
-    const std::size_t elements = parameters.below(kMostElements + 1);
-    const bool areExtremes = parameters.below(2) != 0;
+    const std::size_t elements = parameters.upTo(kMostElements);
+    const bool areExtremes = parameters.flag();
     for (std::size_t i = 0; i < elements * perElement; ++i) {
         entry.numbers.push_back(areExtremes ? parameters.oneOf(kNumbers)
-                                            : parameters.number<std::uint64_t>());
+                                            : parameters.value<std::uint64_t>());
     }
     entry.count = static_cast<std::uint32_t>(elements);
 }
@@ -75,7 +75,7 @@ void readNumbers(Parameters& parameters, TwinEntry& entry, std::size_t perElemen
 void damageCount(Parameters& parameters, TwinEntry& entry, std::size_t size, Flavour flavour) {
     const std::size_t whole = size * entry.count;
     const bool isInside = whole <= inlineSize(flavour);
-    switch (parameters.below(8)) {
+    switch (parameters.upTo(7)) {
         case 0:
             entry.count = parameters.oneOf(kHugeCounts);
             break;
@@ -104,11 +104,11 @@ bool isPointer(std::uint16_t tag) {
 TwinEntry value(Parameters& parameters, Flavour flavour) {
     TwinEntry entry{};
     entry.tag =
-        parameters.below(8) != 0 ? parameters.oneOf(kTags) : parameters.number<std::uint16_t>();
+        parameters.upTo(7) != 0 ? parameters.oneOf(kTags) : parameters.value<std::uint16_t>();
     if (isPointer(entry.tag)) {
         return pointer(parameters);  // what a value states would be taken for an offset
     }
-    const Element& element = kElements[parameters.below(std::size(kElements))];
+    const Element& element = kElements[parameters.upTo(std::size(kElements) - 1)];
     entry.type = parameters.oneOf(element.types);
     entry.width = element.width;
     readNumbers(parameters, entry, element.size / element.width);
@@ -118,12 +118,12 @@ TwinEntry value(Parameters& parameters, Flavour flavour) {
 
 TwinDirectory directory(Parameters& parameters, Flavour flavour) {
     TwinDirectory result;
-    const std::size_t entries = parameters.below(8);
+    const std::size_t entries = parameters.upTo(7);
     for (std::size_t i = 0; i < entries; ++i) {
-        result.entries.push_back(parameters.below(4) == 0 ? pointer(parameters)
-                                                          : value(parameters, flavour));
+        result.entries.push_back(parameters.upTo(3) == 0 ? pointer(parameters)
+                                                         : value(parameters, flavour));
     }
-    const std::size_t damage = parameters.below(16);
+    const std::size_t damage = parameters.upTo(15);
     if (damage == 1) {
         result.statedCount = parameters.oneOf(kEntryCounts);
     } else if (damage <= 3 && damage != 0) {
@@ -219,12 +219,12 @@ private:
 
 TwinPlan twinPlanOf(Parameters parameters) {
     TwinPlan plan{};
-    const std::size_t format = parameters.below(4);
+    const std::size_t format = parameters.upTo(3);
     plan.flavour = format == 1 ? Flavour::big : Flavour::classic;
     plan.isJpeg = format == 2;
-    const std::size_t images = 1 + parameters.below(3);
-    const std::size_t children = parameters.below(4);
-    if (parameters.below(16) == 1) {
+    const std::size_t images = 1 + parameters.upTo(2);
+    const std::size_t children = parameters.upTo(3);
+    if (parameters.upTo(15) == 1) {
         plan.first = place(parameters);
     }
     for (std::size_t i = 0; i < images; ++i) {

@@ -64,23 +64,24 @@ std::uint32_t naturalCount(std::uint16_t type, std::size_t bytes) {
 }
 
 EntryCase caseOf(Parameters parameters) {
-    const auto flags = parameters.number<std::uint8_t>();
+    const auto flags = parameters.value<std::uint8_t>();
     EntryCase result{};
     result.order = (flags & 1) != 0 ? Order::big : Order::little;
     result.isJpeg = (flags & 6) == 6;
     result.flavour = (flags & 6) == 2 ? Flavour::big : Flavour::classic;
     result.kind = parameters.oneOf(kKinds);
-    const auto tag = parameters.number<std::uint16_t>();
+    const auto tag = parameters.value<std::uint16_t>();
     result.tag = (flags & 8) != 0 ? kTags[tag % std::size(kTags)] : tag;
-    const auto type = parameters.number<std::uint16_t>();
+    const auto type = parameters.value<std::uint16_t>();
     result.type = (flags & 16) != 0 ? static_cast<std::uint16_t>(type % 15) : type;
-    const auto place = parameters.below(8);
+    const auto place = parameters.upTo(7);
     if (place <= static_cast<std::size_t>(Place::end)) {
         result.place = Place{static_cast<int>(place)};
     }
-    result.offset = parameters.number<std::uint32_t>();
-    const auto count = parameters.number<std::uint32_t>();
-    result.value = parameters.bytes(2048);
+    result.offset = parameters.value<std::uint32_t>();
+    const auto count = parameters.value<std::uint32_t>();
+    const std::string_view value = parameters.bytes(2048);
+    result.value.assign(value.begin(), value.end());
     result.count = (flags & 32) != 0 ? naturalCount(result.type, result.value.size()) : count;
     return result;
 }
