@@ -1,6 +1,7 @@
 #include "faults/faulty_call.h"
 
 #include <ctime>
+#include <limits>
 #include <new>
 
 #include "faults/emptied_places.h"
@@ -142,15 +143,22 @@ std::string FaultyCall::flawOfMessages() const {
     return error && !hasCause(*error) ? "error without a cause " + shown(*error) : "";
 }
 
+/// A refused array may leave a place empty.
+std::size_t FaultyCall::mostEmptied() const {
+    if (!memoryWasRefused()) {
+        return 0;
+    }
+    const bool isAlone = !fault_.lasts && settings_.arrayBudget == 0;
+    return isAlone ? 1 : std::numeric_limits<std::size_t>::max();
+}
+
 std::string FaultyCall::flawOfValue(const FaultyCall& usual) const {
     if (result_->error()) {
         return result_->output() ? "an error and a value" : "";
     }
     const bool readAsUsual = result_->warnings() == usual.result_->warnings();
     const auto emptied = emptiedPlaces(usual.result_->output(), result_->output());
-    const bool isAlone = !fault_.lasts && settings_.arrayBudget == 0;
-    const std::size_t mayBeEmpty = !memoryWasRefused() ? 0 : isAlone ? 1 : 1000;
-    if (readAsUsual && emptied && *emptied <= mayBeEmpty) {
+    if (readAsUsual && emptied && *emptied <= mostEmptied()) {
         return {};
     }
     // A position that the system does not tell is taken to be -1, and what is read there may be

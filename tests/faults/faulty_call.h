@@ -68,6 +68,7 @@ public:
 private:
     [[nodiscard]] std::string flawOfMessages() const;
     [[nodiscard]] std::string flawOfValue(const FaultyCall& usual) const;
+    [[nodiscard]] std::size_t mostEmptied() const;
     [[nodiscard]] std::string flawOfReader() const;
     [[nodiscard]] std::string flawOfLeftovers(const FaultyCall& usual) const;
     [[nodiscard]] bool hasCause(const zephra::Message& error) const;

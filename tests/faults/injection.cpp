@@ -134,10 +134,6 @@ Refusal refusal() {
     return state.fault.refusal;
 }
 
-bool isWatching() {
-    return state.isWatching;
-}
-
 void noteBlock(void* block) {
     if (state.isWatching && block != nullptr) {
         blocks().insert(block);

@@ -72,7 +72,6 @@ namespace detail {
 /// Counts a request of this thread. True when it is to be refused.
 [[nodiscard]] bool isRefused(Request kind);
 [[nodiscard]] Refusal refusal();
-[[nodiscard]] bool isWatching();
 void noteBlock(void* block);
 void noteFreed(void* block);
 void noteStream(void* stream);

@@ -1,4 +1,4 @@
-"""Every function by which module and host get memory or reach files is one that the faults cover."""
+"""The faults cover every function by which module and host get memory or reach files."""
 
 import os
 import re
@@ -10,8 +10,8 @@ WRAPPED = set(os.environ["WRAPPED_FUNCTIONS"].split(":"))
 
 MEMORY = set("""aligned_alloc asprintf calloc getdelim getline malloc memalign open_memstream
     posix_memalign pvalloc realloc reallocarray strdup strndup valloc vasprintf""".split())
-FILES = set("""__fread_chk __fgets_chk __pread_chk __pread64_chk __read_chk access close fclose fdopen
-    fgetc fgets fileno fopen fopen64 fread fread_unlocked freopen freopen64 fscanf fseek fseeko
+FILES = set("""__fread_chk __fgets_chk __pread_chk __pread64_chk __read_chk access close fclose
+    fdopen fgetc fgets fileno fopen fopen64 fread fread_unlocked freopen freopen64 fscanf fseek fseeko
     fseeko64 fsetpos fstat fstat64 fstatat fstatat64 ftell ftello ftello64 getc lseek lseek64 lstat
     lstat64 mmap mmap64 open open64 openat openat64 pread pread64 read readv rewind setvbuf stat
     stat64 statx""".split())
