@@ -81,7 +81,7 @@ FaultyCall::FaultyCall(const Prepared& prepared, const Fault& fault,
     triedToOpen_ = Injection::asked(Request::open) != 0;
     strayCloses_ = Injection::strayCloses();
     watch_ = readerWatch();
-    leftReader_ = watch_.reader != nullptr && Injection::streamsOut() == 1;
+    leftReader_ = Injection::isOut(watch_.reader) && Injection::streamsOut() == 1;
 }
 
 FaultyCall::~FaultyCall() {

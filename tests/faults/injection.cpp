@@ -109,6 +109,10 @@ std::size_t Injection::blocksOut() {
     return blocks().size();
 }
 
+bool Injection::isOut(const void* block) {
+    return blocks().contains(const_cast<void*>(block));
+}
+
 std::size_t Injection::streamsOut() {
     return streams().size();
 }

@@ -64,6 +64,7 @@ public:
 
     /// Granted blocks and streams that have not been given back.
     [[nodiscard]] static std::size_t blocksOut();
+    [[nodiscard]] static bool isOut(const void* block);
     [[nodiscard]] static std::size_t streamsOut();
 };
 
