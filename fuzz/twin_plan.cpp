@@ -32,7 +32,7 @@ constexpr Element kElements[] = {
     {8, 8, {12, 12, 12, 12, 12, 12, 0, 18}},
 };
 
-// So large that no table or value of this size is in a file: the read fails or the host refuses.
+// Of so many no value is in a file: the read fails or the host refuses.
 constexpr std::uint32_t kHugeCounts[] = {0x10000,    0x1FFFFFFF, 0x20000000, 0x40000000,
                                          0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 constexpr std::uint64_t kEntryCounts[] = {0, 0x7FFF, 0x8000, 0xFFFF, 0x7FFFFFFF, 0x80000000};
@@ -78,6 +78,10 @@ void damageCount(Parameters& parameters, TwinEntry& entry, std::size_t size, Fla
     switch (parameters.upTo(7)) {
         case 0:
             entry.count = parameters.oneOf(kHugeCounts);
+            if (isInside) {
+                // What stands inside would be taken for the offset of so many.
+                entry.offset = TwinPlace{false, 0, parameters.oneOf(kOutside)};
+            }
             break;
         case 1:
             entry.count = 0;

@@ -1,10 +1,28 @@
 // The same numbers written in either byte order.
+#include <string>
+
 #include "finding.h"
 #include "fuzz_target.h"
 #include "image_check.h"
 #include "parameters.h"
 #include "sweep/value_difference.h"
 #include "twin_plan.h"
+
+namespace veltrace::fuzz {
+
+namespace {
+
+std::string messagesOf(const zephra::CallResult& result) {
+    std::string all;
+    for (const zephra::Message& warning : result.warnings()) {
+        all += "\n  " + warning.text;
+    }
+    return result.error() ? all + "\n  error: " + result.error()->text : all;
+}
+
+}  // namespace
+
+}  // namespace veltrace::fuzz
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veltrace::fuzz;
@@ -20,7 +38,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         reportFinding("little-endian and big-endian output differ" + difference);
     }
     if (little.warnings() != big.warnings() || little.error() != big.error()) {
-        reportFinding("little-endian and big-endian files give other messages");
+        reportFinding("little-endian and big-endian files give other messages:" +
+                      messagesOf(little) + "\nand" + messagesOf(big));
     }
     if (little.leftovers() != big.leftovers()) {
         reportFinding("little-endian and big-endian files leave other things behind");
