@@ -1,0 +1,64 @@
+"""How a prediction and a reading differ, in words."""
+
+import itertools
+import struct
+
+
+def differences(expected, found):
+    """One sentence for each place where they differ; nothing when they are equal, to the bit."""
+    if expected == found:
+        return []
+    told = []
+    for part in ("error", "warnings", "misuses"):
+        tell(told, part, expected[part], found[part])
+    tell(told, "output", expected["output"], found["output"])
+    return told
+
+
+def tell(told, place, expected, found):
+    if expected == found:
+        return
+    if isinstance(expected, dict) and isinstance(found, dict):
+        tell_value(told, place, expected, found)
+    elif isinstance(expected, list) and isinstance(found, list):
+        tell_list(told, place, expected, found)
+    else:
+        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+
+
+def tell_value(told, place, expected, found):
+    if expected.get("fields") != found.get("fields") or expected["class"] != found["class"]:
+        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+        return
+    tell(told, f"dimensions of {place}", expected["dimensions"], found["dimensions"])
+    if expected["class"] == "struct":
+        elements = zip(expected["elements"], found["elements"])
+        for index, (here, there) in enumerate(elements):
+            for field, one, other in zip(expected["fields"], here, there):
+                tell(told, f"{place}[{index}].{field}", one, other)
+    elif expected["class"] == "cell":
+        tell_list(told, place, expected["cells"], found["cells"])
+    elif shown(expected) != shown(found):
+        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+    else:  # NaNs of different bits look alike.
+        told.append(f"{place}: expected the bits {expected['bits']}, the module has {found['bits']}")
+
+
+def tell_list(told, place, expected, found):
+    for index, (one, other) in enumerate(itertools.zip_longest(expected, found)):
+        tell(told, f"{place}[{index}]", one, other)
+
+
+def shown(value):
+    """A value as a person reads it."""
+    if not isinstance(value, dict):
+        return "nothing" if value is None else repr(value)
+    size = " x ".join(map(str, value["dimensions"]))
+    if value["class"] == "double":
+        numbers = struct.unpack(f">{len(value['bits']) // 16}d", bytes.fromhex(value["bits"]))
+        return f"{size} double {list(numbers)}"
+    if value["class"] == "char":
+        return f"{size} char {bytes.fromhex(value['units']).decode('utf-16-be')!r}"
+    if value["class"] == "struct":
+        return f"{size} struct of {', '.join(value['fields'])}"
+    return f"{size} cell"

@@ -1,0 +1,57 @@
+"""The messages that a regular file can bring about, and how often each one came."""
+
+IDENTIFIERS = """
+IFDSet:infoStructAllocationFailure
+IFDSet:strftimeFailure
+IFDSet:unknownTags:infoStructAllocationFailure
+TagFile:failedMemoryAllocation
+TagFile:nextIfdOffsetReadError
+TiffTag:illegallyNestedIfdWithinGpsIfd
+TiffTag:illegallyNestedIfdWithinIopIfd
+TiffTag:noTypeFormatId
+TiffTag:numericAllocationFailure
+TiffTag:unknownTag:charAllocationFailure
+TiffTag:unknownTag:numericAllocationFailure
+TiffTag:unrecognizedIfd
+badEndianness
+badJpegExifHeaderRead
+badJpegExifHeaderValue
+badNextIfdPointer
+badRawIfdBufferMemoryAllocation
+badRawIfdRead
+badTagFormat
+badTiffHeaderIfdOffset
+badTiffHeaderOffsetRead
+badTiffHeaderVersionRead
+badTiffIfdOffset
+badTiffTagOffsetDataRead
+bigTiff:badOffsetSizeRead
+bigTiff:badTiffHeaderIfdOffset
+bigTiff:badTiffHeaderOffsetRead
+bigTiff:badTiffIfdOffset
+highOrderByteSectionSizeReadFailure
+invalidJpegMarker
+jpegApp1MaximumLengthExceeded
+jpegMarkerReadFailure
+lowOrderByteSectionSizeReadFailure
+numIfdEntriesReadError
+processSampleFormat
+rational:badTagValueDivisionByZero
+signedRational:badTagValueDivisionByZero
+tiffHeaderEndianReadFailure
+tifftag:colormapAllocationFailure
+unhandledFileFormat
+unknownTagPayloadState
+zeroLengthIfdTable
+""".split()
+
+
+def identifiers_in(prediction):
+    messages = prediction["warnings"] + [prediction["error"]] * (prediction["error"] is not None)
+    return {identifier.removeprefix("ZEPHRA:veltrace:") for identifier, _ in messages}
+
+
+def outcome(prediction):
+    if prediction["error"]:
+        return "errors"
+    return "warnings" if prediction["warnings"] else "quiet"
