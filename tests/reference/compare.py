@@ -21,7 +21,7 @@ from differences import differences
 from generating.cases import case
 from generator import write
 from messages import IDENTIFIERS, identifiers_in, outcome
-from module_process import readings
+from module_process import ReadingFailed, readings
 from reading.host import Limits
 from reading.prediction import predict
 
@@ -56,7 +56,13 @@ class Tally:
 def compare(program, requests, labels):
     """What is said of a file begins with its label."""
     tally = Tally()
-    for (name, limits), label, found in zip(requests, labels, readings(program, requests)):
+    try:
+        all_found = readings(program, requests)
+    except ReadingFailed as failure:
+        culprit = labels[min(failure.position, len(labels) - 1)]
+        tally.different.append((culprit, [str(failure)]))
+        return tally
+    for (name, limits), label, found in zip(requests, labels, all_found):
         expected = predict(name, limits) | {"misuses": []}
         tally.note(label, expected, differences(expected, found))
     return tally

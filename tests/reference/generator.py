@@ -8,8 +8,13 @@ from generating.cases import case
 
 
 def write(made, path):
+    if made.content is None:
+        return
     with open(path, "wb") as file:
         file.write(made.content)
+        if made.far is not None:
+            file.seek(made.far[0])
+            file.write(made.far[1])
     if made.date is not None:
         try:
             os.utime(path, (made.date, made.date))

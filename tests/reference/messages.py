@@ -1,6 +1,7 @@
 """The messages that a regular file can bring about, and how often each one came."""
 
 IDENTIFIERS = """
+IFDSet:badNextIfdPointer
 IFDSet:infoStructAllocationFailure
 IFDSet:strftimeFailure
 IFDSet:unknownTags:infoStructAllocationFailure
@@ -19,6 +20,7 @@ badJpegExifHeaderValue
 badNextIfdPointer
 badRawIfdBufferMemoryAllocation
 badRawIfdRead
+badFilename
 badTagFormat
 badTiffHeaderIfdOffset
 badTiffHeaderOffsetRead

@@ -4,9 +4,16 @@ import json
 import os
 import subprocess
 
+# Seconds, for a batch that takes less than one as a rule.
+LONGEST = 300
+
 
 class ReadingFailed(Exception):
-    """The program ended before it had read all that it was asked for."""
+    """The program ended, or went on for too long, before it had read all that it was asked for."""
+
+    def __init__(self, position, how):
+        super().__init__(how)
+        self.position = position  # Of the file that it was reading.
 
 
 def request(name, limits):
@@ -16,12 +23,14 @@ def request(name, limits):
 def readings(program, requests):
     """What the module gives for each (name, limits), in order."""
     asked = b"".join(request(*each) for each in requests)
-    run = subprocess.run([program], input=asked, capture_output=True, check=False)
+    try:
+        run = subprocess.run(
+            [program], input=asked, capture_output=True, check=False, timeout=LONGEST
+        )
+    except subprocess.TimeoutExpired as late:
+        raise ReadingFailed((late.stdout or b"").count(b"\n"), "it takes too long") from None
     lines = run.stdout.split(b"\n")[:-1]
     if run.returncode != 0 or len(lines) != len(requests):
-        culprit = requests[min(len(lines), len(requests) - 1)][0]
-        raise ReadingFailed(
-            f"{program} ended with status {run.returncode} at {culprit!r}:\n"
-            + run.stderr.decode("utf-8", "replace")
-        )
+        how = f"{program} ended with status {run.returncode}: "
+        raise ReadingFailed(len(lines), how + run.stderr.decode("utf-8", "replace"))
     return [json.loads(line) for line in lines]

@@ -53,7 +53,7 @@ def fraction(rng, data_type, codes):
     numerator = integer(rng, 32, signed, codes)
     if codes and rng.random() < 0.5:
         return [numerator, 1]
-    denominator = 0 if rng.random() < 0.06 else integer(rng, 32, signed, (1, 2, 3, 100, 1000000))
+    denominator = 0 if rng.random() < 0.03 else integer(rng, 32, signed, (1, 2, 3, 100, 1000000))
     return [numerator, denominator]
 
 

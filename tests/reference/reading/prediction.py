@@ -1,5 +1,6 @@
 """What one call must give for a file."""
 
+import mmap
 import os
 
 from .directories import IMAGE, read_chain
@@ -17,6 +18,10 @@ SIGNATURES = {
     b"MM\x2b\0": BIG,
     b"II\x2b\0": BIG,
 }
+
+
+# Of larger files, which hold holes as a rule, only what is looked at is read.
+FAR = 1 << 26
 
 
 def predict(name, limits=Limits()):
@@ -54,6 +59,8 @@ def contents_of(name):
         ) from None
     try:
         status = os.fstat(descriptor)
+        if status.st_size > FAR:
+            return mmap.mmap(descriptor, 0, prot=mmap.PROT_READ), status
         return read_all(descriptor, status.st_size), status
     finally:
         os.close(descriptor)
