@@ -1,5 +1,8 @@
 // Entries of every tag, type and count, at every place, against an independent computation.
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <set>
@@ -82,6 +85,17 @@ bool decidesNothing(std::uint16_t type, std::uint32_t count) {
     return elementSizeOf(type) == 0 && count > 1;
 }
 
+/// Into the directory that VELTRACE_GRID_FILES names, for other readings of the same files.
+void keepFile(const Bytes& content, std::size_t number) {
+    if (const char* const directory = std::getenv("VELTRACE_GRID_FILES")) {
+        std::ofstream file(std::filesystem::path(directory) / std::to_string(number),
+                           std::ios::binary);
+        file.write(reinterpret_cast<const char*>(content.data()),
+                   static_cast<std::streamsize>(content.size()));
+        ASSERT_TRUE(file.flush()) << "cannot write to " << directory;
+    }
+}
+
 class EntryGrid : public testing::TestWithParam<Setting> {
 protected:
     static void TearDownTestSuite() {
@@ -122,6 +136,7 @@ protected:
         const Bytes content = file.bytes();
         const ModuleRun run(content);
         const Model model(file, {run.fileName(), content.size()});
+        ASSERT_NO_FATAL_FAILURE(keepFile(content, files));
         ++files;
         entries += model.entries();
         ASSERT_EQ(run.error(), std::nullopt);
