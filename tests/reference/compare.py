@@ -20,7 +20,7 @@ import time
 from differences import differences
 from generating.cases import case
 from generator import write
-from messages import IDENTIFIERS, identifiers_in, outcome
+from messages import IDENTIFIERS, identifiers_in, missing, outcome
 from module_process import ReadingFailed, readings
 from reading.host import Limits
 from reading.prediction import predict
@@ -126,6 +126,8 @@ def report(tally, options):
     if options.messages:
         for identifier in sorted(set(IDENTIFIERS) | set(tally.identifiers)):
             print(f"{tally.identifiers[identifier]:8} {identifier}")
+    came = len(IDENTIFIERS) - len(missing(tally.identifiers))
+    print(f"{came} of the {len(IDENTIFIERS)} messages that a file can bring about came")
     shares = ", ".join(f"{tally.outcomes[name]} {name}" for name in ("errors", "warnings", "quiet"))
     print(f"{tally.files} files compared ({shares}): {len(tally.different)} differ")
 

@@ -1,4 +1,4 @@
-"""The messages that a regular file can bring about, and how often each one came."""
+"""The messages that a regular file can bring about."""
 
 IDENTIFIERS = """
 IFDSet:badNextIfdPointer
@@ -57,3 +57,7 @@ def outcome(prediction):
     if prediction["error"]:
         return "errors"
     return "warnings" if prediction["warnings"] else "quiet"
+
+
+def missing(identifiers):
+    return sorted(set(IDENTIFIERS) - set(identifiers))

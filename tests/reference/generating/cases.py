@@ -44,13 +44,13 @@ def case(seed, index):
     rng = random.Random(f"{seed}:{index}")
     if index % 4000 == 1999:
         return crowded(rng)
-    if index % 400 == 399:
+    if index % 300 == 299:
         return far_apart(rng)
     if index % 1000 == 99:
         return Case(None, rng.choice(SUFFIXES))
     chance = rng.random()
     made = Case(content(rng, chance < 0.1), rng.choice(SUFFIXES))
-    if rng.random() < 0.1:
+    if rng.random() < 0.06:
         made.date = rng.choice(DATES)
     if chance < 0.1:
         made.largest_block = rng.choice((300, 400, 600, 1000, 1000, 2000, 2000, 4000, 4000))
@@ -62,9 +62,9 @@ def case(seed, index):
 def content(rng, many=False):
     """`many`: with values that a host which grants little has room to read, but not to keep."""
     chance = rng.random()
-    if chance < 0.01:
-        return stray_walk(rng)
     if chance < 0.02:
+        return stray_walk(rng)
+    if chance < 0.03:
         return rng.choice(BEGINNINGS) + rng.randbytes(rng.randrange(30))
     jpeg = rng.random() < 0.2
     file = sound_file(rng, jpeg)
@@ -76,8 +76,8 @@ def content(rng, many=False):
         for _ in range(rng.choice((1, 1, 2, 3, 5))):
             damage_tree(rng, file)
     made = file.bytes()
-    if chance > 0.97:
-        made = made[: rng.randrange(20)]
+    if chance > 0.96:
+        made = made[: rng.randrange(18)]
     if jpeg:
         made = jpeg_file(rng, made)
     if 0.5 < chance < 0.75:
@@ -86,8 +86,8 @@ def content(rng, many=False):
 
 
 def long_value(rng, file, directory):
-    tag = rng.choice((305, 320, 320, 339, 339, 305, 258, 34377, *UNNAMED))
-    data_type, codes = rng.choice((1, 2, 3)), [1, 2, 3, 4, 5, 6]
+    tag = rng.choice((305, 320, 339, 320, 339, 258, 34377, rng.choice(UNNAMED)))
+    data_type, codes = rng.choice((1, 1, 2, 3)), [1, 2, 3, 4, 5, 6]
     count = rng.randrange(30, 2000)
     value = numbers.value(rng, file.order, data_type, count, codes)
     if tag == 339 or data_type == 2:
@@ -111,7 +111,7 @@ def far_apart(rng):
     far = directory(rng, file.order, "image")
     far.entries = [each for each in far.entries if each.target is None]
     far.position = position
-    if rng.random() < 0.2:
+    if rng.random() < 0.4:
         file.first = position
     if rng.random() < 0.5:
         file.images[-1].next = position

@@ -2,6 +2,7 @@
 
 IDENTIFIERS = [b"Exif\0\0"] * 12 + [b"Exif\xff\xff", b"exif\0\0", b"XMP\0\0\0", b"http:/", b"\0\0\0\0\0\0"]
 IDENTIFIERS += [b'E"%s\xe9\0', b"Exi\0f\0"]
+EXIF_SEGMENT = b"\xff\xe1\0\x10Exif\0\0II*\0\x08\0\0\0"
 CODES = [0xE0, 0xE0, 0xE2, 0xFE, 0xC4, 0xC0, 0xDD, 0xEE, 0xE1, 0xDA, 0xDB]
 
 
@@ -36,8 +37,8 @@ def marker_with_length(code, length):
 
 
 def stray_walk(rng):
-    """Markers and nothing else, cut off anywhere."""
-    parts = [b"\xff\xd8", *(segment_before(rng) for _ in range(rng.randrange(5)))]
-    parts.append(rng.choice((b"\xff\xda\0\x02", b"\xff\xdb\0\x02", b"\xff\xe1\0\x08Exif", b"")))
-    content = b"".join(parts)
-    return content[: rng.randrange(2, len(content) + 1)] if rng.random() < 0.5 else content
+    """Markers and no directory; the last one is cut off anywhere."""
+    parts = [b"\xff\xd8", *(segment_before(rng) for _ in range(rng.randrange(3)))]
+    last = rng.choice((b"\xff\xda\0\2", b"\xff\xdb\0\2", b"", EXIF_SEGMENT, EXIF_SEGMENT))
+    parts.append(last[: rng.randrange(len(last) + 1)])
+    return b"".join(parts)
