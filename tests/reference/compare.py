@@ -138,7 +138,7 @@ def parsed_options():
     parser.add_argument("--generated", type=int, default=0, help="how many files to generate")
     parser.add_argument("--seed", default=secrets.token_hex(4), help="of the generator")
     parser.add_argument("--processes", type=int, default=2)
-    parser.add_argument("--blocks", type=int, default=20000, help="for each named file")
+    parser.add_argument("--blocks", type=int, default=2000, help="for each named file")
     parser.add_argument("--largest-block", type=int, default=1 << 26, help="for each named file")
     parser.add_argument("--messages", action="store_true", help="count messages by identifier")
     parser.add_argument("paths", nargs="*", help="files, and directories of files")

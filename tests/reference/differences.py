@@ -41,7 +41,8 @@ def tell_value(told, place, expected, found):
     elif shown(expected) != shown(found):
         told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
     else:  # NaNs of different bits look alike.
-        told.append(f"{place}: expected the bits {expected['bits']}, the module has {found['bits']}")
+        one, other = expected["bits"], found["bits"]
+        told.append(f"{place}: expected the bits {one}, the module has {other}")
 
 
 def tell_list(told, place, expected, found):

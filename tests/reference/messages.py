@@ -1,4 +1,8 @@
-"""The messages that a regular file can bring about."""
+"""The messages that a regular file can bring about.
+
+The others take a file that cannot be sought in or that vanishes, a misuse of the module from
+inside, or a thread whose stack is used up.
+"""
 
 IDENTIFIERS = """
 IFDSet:badNextIfdPointer

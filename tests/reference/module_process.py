@@ -31,6 +31,6 @@ def readings(program, requests):
         raise ReadingFailed((late.stdout or b"").count(b"\n"), "it takes too long") from None
     lines = run.stdout.split(b"\n")[:-1]
     if run.returncode != 0 or len(lines) != len(requests):
-        how = f"{program} ended with status {run.returncode}: "
-        raise ReadingFailed(len(lines), how + run.stderr.decode("utf-8", "replace"))
+        said = run.stderr.decode("utf-8", "replace")[:2000]
+        raise ReadingFailed(len(lines), f"{program} ended with status {run.returncode}: {said}")
     return [json.loads(line) for line in lines]

@@ -46,7 +46,7 @@ def script(tmp_path, text):
         ('"warnings":[]', '"warnings":[["a","b"]]', "warnings[0]: expected nothing, the module"),
         ('"misuses":[]', '"misuses":["a"]', "misuses[0]: expected nothing, the module has 'a'"),
         ("002f0067", "002f0068", "output[0].Filename: expected 1 x "),  # The name's "/g".
-        ("4052400000000000", "4052400000000001", "output[0].FormatSignature: expected 1 x 4 double"),
+        ("4052400000000000", "4052400000000001", "output[0].FormatSignature: expected"),
         ('"dimensions":[1,4]', '"dimensions":[4,1]', "dimensions of output[0].FormatSignature[0]"),
         ("null", '{"class":"double","dimensions":[0,0],"bits":""}', "expected nothing, the module"),
         ('"Filename","FileModDate"', '"FileModDate","Filename"', "output: expected 1 x 1 struct"),
@@ -82,7 +82,8 @@ def test_a_reading_that_dies_is_told_with_its_file(tmp_path):
 def test_a_prediction_is_what_its_file_says(tmp_path):
     """A file written by hand: one entry, of which the directory holds too few bytes."""
     path = tmp_path / "one.tif"
-    path.write_bytes(b"II*\0\x08\0\0\0" + b"\1\0" + b"\x31\1\2\0\x05\0\0\0\x1a\0\0\0" + b"\0\0\0\0kil")
+    entry = b"\x31\1\2\0" + b"\x05\0\0\0" + b"\x1a\0\0\0"
+    path.write_bytes(b"II*\0\x08\0\0\0" + b"\1\0" + entry + b"\0\0\0\0" + b"kil")
     prediction = predict(path)
     assert prediction["error"] is None
     assert prediction["warnings"] == [

@@ -10,8 +10,8 @@ from .sound import directory, sound_file
 from .tags import UNNAMED
 from .tree import AS_READ, CLASSIC, Directory, Entry, File
 
-SUFFIXES = [b".tif"] * 8 + [b"", b".jpg", b" of two words", b'"quoted"', b"%s%n%100d", b"\xff\xfe\xe9"]
-SUFFIXES += ["–é".encode(), b"line\nline", b"back\\slash"]
+SUFFIXES = [b".tif"] * 8 + [b"", b".jpg", b" of two words", b'"quoted"', b"%s%n%100d"]
+SUFFIXES += [b"\xff\xfe\xe9", "–é".encode(), b"line\nline", b"back\\slash"]
 
 # Before 1970, before 1901, after 2038, in years of five and eight digits, and beyond what fits.
 DATES = [0, -1, 1, 951782399, 2147483648, -2208988800, -62135596801, 253402300800, 3155760000000000]

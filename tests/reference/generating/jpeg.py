@@ -1,7 +1,7 @@
 """JPEG files around a TIFF structure."""
 
-IDENTIFIERS = [b"Exif\0\0"] * 12 + [b"Exif\xff\xff", b"exif\0\0", b"XMP\0\0\0", b"http:/", b"\0\0\0\0\0\0"]
-IDENTIFIERS += [b'E"%s\xe9\0', b"Exi\0f\0"]
+IDENTIFIERS = [b"Exif\0\0"] * 12 + [b"Exif\xff\xff", b"exif\0\0", b"XMP\0\0\0", b"http:/"]
+IDENTIFIERS += [b"\0\0\0\0\0\0", b'E"%s\xe9\0', b"Exi\0f\0"]
 EXIF_SEGMENT = b"\xff\xe1\0\x10Exif\0\0II*\0\x08\0\0\0"
 CODES = [0xE0, 0xE0, 0xE2, 0xFE, 0xC4, 0xC0, 0xDD, 0xEE, 0xE1, 0xDA, 0xDB]
 

@@ -7,7 +7,9 @@ UNDEFINED, SSHORT, SLONG, SRATIONAL, FLOAT, DOUBLE = 7, 8, 9, 10, 11, 12
 
 TYPES = list(range(1, 13))
 SIZES = {1: 1, 2: 1, 3: 2, 4: 4, 5: 8, 6: 1, 7: 1, 8: 2, 9: 4, 10: 8, 11: 4, 12: 8}
-INTEGERS = {1: ("B", 8), 3: ("H", 16), 4: ("I", 32), 6: ("b", 8), 7: ("B", 8), 8: ("h", 16), 9: ("i", 32)}
+# What struct calls them, and their bits.
+INTEGERS = {1: ("B", 8), 3: ("H", 16), 4: ("I", 32), 6: ("b", 8), 7: ("B", 8)}
+INTEGERS |= {8: ("h", 16), 9: ("i", 32)}
 SIGNED = (SBYTE, SSHORT, SLONG)
 
 # Bits of singles and doubles at every edge: zeros, the smallest and largest, infinities, NaNs with

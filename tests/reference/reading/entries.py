@@ -10,7 +10,8 @@ ASCII, RATIONAL, SIGNED_RATIONAL, IFD = 2, 5, 10, 13
 
 SIZES = [0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4]
 # What struct calls the elements; of rationals, their halves.
-LETTERS = {1: "B", 3: "H", 4: "I", 5: "I", 6: "b", 7: "B", 8: "h", 9: "i", 10: "i", 11: "f", 12: "d"}
+LETTERS = {1: "B", 3: "H", 4: "I", 5: "I", 6: "b", 7: "B", 8: "h", 9: "i", 10: "i"}
+LETTERS |= {11: "f", 12: "d"}
 
 # By pointer tag: its directory's kind, and its word in messages.
 POINTERS = {330: (0, "generic"), 34665: (3, "Exif"), 34853: (1, "GPS"), 40965: (2, "IOP")}

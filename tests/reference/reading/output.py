@@ -78,8 +78,7 @@ def field_names(reader, chain):
     default = GENERAL_NAMES + ([] if reader.format == JPEG else BASELINE_NAMES)
     taken = () if reader.format == JPEG else default
     names = list(default) if chain.ifd_id == IMAGE else []
-    names += [chain.names[tag_id] for tag_id in sorted(chain.names)
-              if chain.names[tag_id] not in taken]
+    names += [name for _, name in sorted(chain.names.items()) if name not in taken]
     if chain.has_unknown:
         names.append("UnknownTags")
     return names
