@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdlib>
 
 #include "require.h"
 
@@ -80,6 +81,35 @@ std::string takeCell(std::string_view& row) {
     return cell;
 }
 
+/// The bytes that text and csv show as `shown`.
+std::string unescaped(std::string_view shown) {
+    std::string bytes;
+    while (!shown.empty()) {
+        const char next = shown.size() > 1 && shown.front() == '\\' ? shown[1] : '\0';
+        std::size_t length = 2;
+        if (next == '\0') {
+            require(shown.front() != '\\', "an escape does not end");
+            bytes += shown.front();
+            length = 1;
+        } else if (next == 'x') {
+            bytes += static_cast<char>(std::stoi(std::string(shown.substr(2, 2)), nullptr, 16));
+            length = 4;
+        } else {
+            const std::size_t kind = std::string_view("\\nrt").find(next);
+            require(kind != std::string_view::npos, "there is no such escape");
+            bytes += "\\\n\r\t"[kind];
+        }
+        shown.remove_prefix(length);
+    }
+    return bytes;
+}
+
+bool isNumber(const std::string& text) {
+    char* end = nullptr;
+    std::strtod(text.c_str(), &end);
+    return !text.empty() && *end == '\0';
+}
+
 bool isNonfinite(const Json& entry) {
     return entry.is_object() && entry.size() == 2 &&
            entry.at("at").get_ref<const std::string&>().starts_with("/info/") &&
@@ -137,6 +167,15 @@ std::vector<std::string> cellsOf(std::string_view row) {
         cells.push_back(takeCell(row));
     }
     return cells;
+}
+
+void requireCell(const std::string& cell, const std::string& bytes) {
+    const bool couldRun =
+        !bytes.empty() && std::string_view("=+-@").find(bytes[0]) != std::string_view::npos;
+    const bool isGuarded = couldRun && cell.starts_with('\'');
+    require(!couldRun || isGuarded || isNumber(cell), "a spreadsheet would run a cell");
+    require(unescaped(isGuarded ? cell.substr(1) : cell) == bytes,
+            "a cell has other bytes than went in");
 }
 
 void requireRecord(const Json& record, bool listsOmitted) {

@@ -23,6 +23,9 @@ void requireHarmlessText(std::string_view text, bool hasColour);
 /// The cells of `row`, one line of csv. Ends the process unless it is that and nothing else.
 [[nodiscard]] std::vector<std::string> cellsOf(std::string_view row);
 
+/// Ends the process unless `cell` shows `bytes`, and so that no spreadsheet runs them.
+void requireCell(const std::string& cell, const std::string& bytes);
+
 /// Ends the process unless `record` has the members of a record, in their order, and its lists of
 /// places have nothing but places.
 void requireRecord(const Json& record, bool listsOmitted);

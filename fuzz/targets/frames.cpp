@@ -27,7 +27,7 @@ using cli::Answer;
 using cli::BadFrame;
 using cli::FrameBuffer;
 
-constexpr std::size_t kMostRoom = std::size_t{64} << 10;
+constexpr std::size_t kLargePayload = std::size_t{64} << 10;
 constexpr std::size_t kLargestOutput = std::size_t{1} << 20;
 
 struct OwnedFrame {
@@ -288,7 +288,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veltrace::fuzz;
     Parameters parameters(data, size);
     const Pieces pieces(parameters);
-    const std::size_t largestPayload = parameters.flag() ? kMostRoom : parameters.upTo(1000);
+    const std::size_t largestPayload = parameters.flag() ? kLargePayload : parameters.upTo(1000);
     const std::string stream = madeStream(parameters);
     const Reading whole = readingOf(stream, Pieces(), largestPayload);
     require(readingOf(stream, pieces, largestPayload) == whole,
