@@ -25,7 +25,7 @@ def segment_before(rng):
     if chance < 0.05:
         return rng.choice((b"\xff", b"\xff\xff", b"\0", b"\xff\xd8", b"\xff\xd0", b"\x80\xe0"))
     code = rng.choice([code for code in CODES if code not in (0xE1, 0xDA, 0xDB)])
-    return segment(code, rng.randbytes(rng.randrange(30)))
+    return segment(code, rng.randbytes(rng.randrange(rng.choice((30, 30, 30, 2000)))))
 
 
 def segment(code, payload):
