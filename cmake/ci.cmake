@@ -10,9 +10,12 @@ endfunction()
 add_check(format scripts/check-format)
 add_check(scripts shellcheck .ci/run scripts/check-cppcheck scripts/check-format scripts/check-tidy
   scripts/fuzz scripts/install-packages scripts/mutate scripts/run scripts/test)
-foreach(preset IN ITEMS release asan coverage)
+foreach(preset IN ITEMS release asan tsan coverage)
   add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
 endforeach()
+
+# That the targets still are programs of libFuzzer; what they found before is replayed elsewhere.
+add_check(fuzz scripts/fuzz classic 10)
 
 # The lint reads the compile commands and generated headers of other presets' trees.
 add_check(cppcheck scripts/check-cppcheck)
