@@ -109,6 +109,18 @@ TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
     EXPECT_EQ(run.leftovers().arrays, 2U);
 }
 
+// Replaced directories are gone with all that is in them, but not with what never had a place.
+TEST_P(FieldOrder, LeavesThemOutOfExifDirectoriesThatALaterEntryReplaces) {
+    auto& exif = file.child().shorts(274, {6}).shorts(37383, {5});
+    auto& replaced = file.child().sub(34665, exif);
+    file.image().sub(330, replaced).sub(330, file.child().shorts(37383, {3}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_FALSE(run.hasField({"SubIFDs", "DigitalCamera"}));
+    EXPECT_EQ(run.number({"SubIFDs", "MeteringMode"}), 3);
+    EXPECT_EQ(run.leftovers().arrays, 1U);
+}
+
 INSTANTIATE_TEST_SUITE_P(InEveryEncoding, FieldOrder, ::testing::ValuesIn(kEveryEncoding),
                          encodingName);
 

@@ -1,7 +1,9 @@
 #include "sweep/bounded_read.h"
 
+#include <algorithm>
 #include <ctime>
 #include <gtest/gtest.h>
+#include <iterator>
 
 #include "support/module_run.h"
 #include "sweep/stated_messages.h"
@@ -26,19 +28,15 @@ bool isJpeg(const Bytes& content) {
     return content.size() >= 2 && content[0] == 0xFF && content[1] == 0xD8;
 }
 
-/// Whether there is an Exif directory at any depth.
-bool hasExif(zephra::Value directories) {
-    for (std::size_t field = 0; field < directories.fieldCount(); ++field) {
-        if (directories.fieldName(field) == "DigitalCamera") {
-            return true;
-        }
-        for (std::size_t i = 0; i < directories.size(); ++i) {
-            if (hasExif(directories.field(i, field))) {
-                return true;
-            }
-        }
-    }
-    return false;
+/// Whether an entry may point to an Exif directory (tag 34665), in either byte order.
+bool mayHaveExif(const Bytes& content) {
+    constexpr std::uint8_t kBig[] = {0x87, 0x69};
+    constexpr std::uint8_t kLittle[] = {0x69, 0x87};
+    const auto has = [&content](const auto& tag) {
+        return std::search(content.begin(), content.end(), std::begin(tag), std::end(tag)) !=
+               content.end();
+    };
+    return has(kBig) || has(kLittle);
 }
 
 /// A memory file that is as old as all others.
@@ -63,6 +61,7 @@ BoundedRead::BoundedRead(const MemoryFile& file, const Bytes& content,
     : settings_(settings),
       fileName_(file.name()),
       defaultFields_(isJpeg(content) ? 10 : 34),
+      mayLeaveArrays_(!isJpeg(content) && mayHaveExif(content)),
       result_(call()) {}
 
 zephra::CallResult BoundedRead::call() const {
@@ -74,19 +73,13 @@ bool BoundedRead::wasCutShort() const {
     return result_.requests().blocks > settings_.blockBudget;
 }
 
-// An Exif directory of a TIFF file has no fields of the default names. A tag of such a name makes
-// an array all the same, which finds no place in the output.
-bool BoundedRead::mayLeaveArrays() const {
-    return defaultFields_ == 34 && hasExif(result_.output());
-}
-
 bool BoundedRead::leftNothingUnstated() const {
     const zephra::Leftovers& left = result_.leftovers();
     zephra::Leftovers stated;
     if (result_.error() && result_.error()->identifier == "ZEPHRA:veltrace:unhandledFileFormat") {
         stated = {.blocks = 1, .blockBytes = fileName_.size() + 1, .arrays = 0};
     }
-    if (mayLeaveArrays()) {
+    if (mayLeaveArrays_) {
         stated.arrays = left.arrays;
     }
     return left == stated;

@@ -30,13 +30,16 @@ public:
 
 private:
     [[nodiscard]] zephra::CallResult call() const;
-    [[nodiscard]] bool mayLeaveArrays() const;
     [[nodiscard]] bool leftNothingUnstated() const;
     [[nodiscard]] std::string flawOfValue() const;
 
     zephra::Settings settings_;
     std::string fileName_;
     std::size_t defaultFields_;
+    // An Exif directory of a TIFF file has no fields of the default names. A tag of such a name
+    // makes an array all the same, which finds no place in the output; and the directory may itself
+    // be in one that a later entry replaced, so that the output does not show it.
+    bool mayLeaveArrays_;
     zephra::CallResult result_;
 };
 
