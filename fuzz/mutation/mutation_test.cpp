@@ -120,7 +120,7 @@ TEST(TiffMutation, PointsEntriesAtDirectoriesThatThereAre) {
         Random random(seed);
         TiffMutation mutation(bytes, bytes.size(), random);
         ASSERT_TRUE(mutation.pointEntry());
-        for (const std::size_t entry : {10, 22, 34, 64, 82}) {
+        for (const std::size_t entry : {10U, 22U, 34U, 64U, 82U}) {
             const TiffMap map(bytes);
             const std::uint64_t tag = map.number(mutation.bytes(), entry, 2);
             const std::uint64_t offset = map.number(mutation.bytes(), entry + 8, 4);
@@ -176,7 +176,7 @@ TEST(Mutated, StaysWithinTheSizeAndChangesMostSeeds) {
     std::size_t changed = 0;
     for (const test::Seed& seed : test::seeds()) {
         for (const Bytes& content : {seed.little, seed.big}) {
-            for (const std::size_t room : {0, 1, 300}) {
+            for (const std::size_t room : {0U, 1U, 300U}) {
                 for (unsigned number = 1; number <= 100; ++number) {
                     Random random(number);
                     const Bytes after = mutated(content, content.size() + room, random);
