@@ -28,16 +28,6 @@ CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::s
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void refuseDigits(CLI::App& app) {
-    for (char digit = '0'; digit <= '9'; ++digit) {
-        const std::string name{'-', digit};
-        // Without a group it is not in the help.
-        addFlag(app, name, "", [name] {
-            throw CLI::ValidationError(name + ": there is no such option");
-        })->group("");
-    }
-}
-
 std::string HelpText::make_option_opts(const CLI::Option* option) const {
     return option->get_option_text().empty() ? "" : " " + option->get_option_text();
 }

@@ -82,10 +82,6 @@ CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::s
 /// The arguments that are no options.
 CLI::Option* addFiles(CLI::App& app);
 
-/// Makes "-4" no option, and what is left of "-r4": CLI11 takes them for negative numbers, and
-/// these for names of files.
-void refuseDigits(CLI::App& app);
-
 /// The help without what options exclude, which their descriptions say better.
 class HelpText : public CLI::Formatter {
 public:

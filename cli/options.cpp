@@ -1,10 +1,14 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fmt/format.h>
 #include <map>
+#include <set>
+#include <span>
+#include <string_view>
 #include <thread>
 
 #include "amount.h"
@@ -178,6 +182,25 @@ std::string versionText() {
                        describe(availableConfinement()));
 }
 
+/// A file that nobody named, if there is one. What stands behind a hyphen and is no option at all,
+/// such as "-4", CLI11 takes for the name of a file, even when it is the rest of "-r4"; a file of
+/// such a name stands behind "--".
+std::string strayFile(const std::vector<std::string>& files,
+                      std::span<const char* const> arguments) {
+    const auto mark = std::ranges::find(arguments, std::string_view("--"));
+    std::multiset<std::string_view> named(mark, arguments.end());
+    for (const std::string& file : files) {
+        if (file.size() > 1 && file.front() == '-') {
+            const auto found = named.find(file);
+            if (found == named.end()) {
+                return file;
+            }
+            named.erase(found);
+        }
+    }
+    return {};
+}
+
 /// What is wrong with options that are right one by one.
 std::string complaintAbout(const Options& options) {
     if (options.files.empty() && options.lists.empty() && options.nulLists.empty()) {
@@ -218,7 +241,6 @@ std::variant<Options, Reply> parseOptions(int argc, const char* const* argv) {
     addWhichFiles(app, options);
     addWhatComesOut(app, options);
     addHowFilesAreRead(app, options);
-    refuseDigits(app);
 
     try {
         app.parse(argc, argv);
@@ -234,6 +256,9 @@ std::variant<Options, Reply> parseOptions(int argc, const char* const* argv) {
         return Reply{std::string(recordSchema())};
     }
     options.files = files->results();
+    if (const std::string stray = strayFile(options.files, {argv, argv + argc}); !stray.empty()) {
+        return wrongUsage(fmt::format("{}: there is no such option", stray));
+    }
     if (const std::string complaint = complaintAbout(options); !complaint.empty()) {
         return wrongUsage(complaint);
     }

@@ -152,13 +152,15 @@ TEST(Options, ADoubleDashEndsThem) {
     EXPECT_THAT(optionsFrom({"--", "--json", "-x", "--"}).files, ElementsAre("--json", "-x", "--"));
 }
 
-TEST(Options, AHyphenAndADigitAreNoFile) {
-    for (const char* const argument : {"-4", "-r4", "-r4j2", "-0x"}) {
+TEST(Options, WhatFollowsAHyphenIsNoFile) {
+    for (const char* const argument : {"-4", "-r4", "-r4j2", "-0x", "-!x", "-r!x"}) {
         const Reply reply = replyTo({argument, "a.tif"});
         EXPECT_TRUE(reply.isError) << argument;
         EXPECT_THAT(reply.text, HasSubstr("there is no such option")) << argument;
     }
-    EXPECT_THAT(optionsFrom({"-f", "-4", "--", "-4"}).files, ElementsAre("-4"));
+    EXPECT_THAT(optionsFrom({"-f", "-4", "--", "-4", "-!x"}).files, ElementsAre("-4", "-!x"));
+    EXPECT_TRUE(replyTo({"-r4", "--", "-4"}).isError);
+    EXPECT_TRUE(replyTo({"a.tif", "-!x", "--", "a.tif"}).isError);
 }
 
 TEST(Options, FileNamesAreTakenByteByByte) {
