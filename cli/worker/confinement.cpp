@@ -27,7 +27,11 @@ void append(std::string& list, std::string_view item) {
 
 Confinement hear(int pipe) {
     Confinement holds;
-    return read(pipe, &holds, sizeof holds) == sizeof holds ? holds : Confinement{};
+    ssize_t size = 0;
+    do {
+        size = read(pipe, &holds, sizeof holds);
+    } while (size < 0 && errno == EINTR);
+    return size == sizeof holds ? holds : Confinement{};
 }
 
 void waitFor(pid_t child) {

@@ -2,6 +2,7 @@
 #include "worker/confinement.h"
 
 #include <array>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
@@ -9,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <sys/prctl.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "zephra/host/host.h"
@@ -85,6 +87,24 @@ TEST(Confinement, WhatHoldsIsDescribedInOneLine) {
     EXPECT_EQ(describe({.landlockAbi = 1}), "Landlock ABI 1");
     EXPECT_EQ(describe({.noNewPrivileges = true, .seccomp = true}), "no new privileges, seccomp");
     EXPECT_EQ(describe({}), "none");
+}
+
+// A signal that comes while the answer is awaited must not pass for one.
+TEST(AvailableConfinement, IsTheSameWhileSignalsArrive) {
+    const std::string calm = describe(availableConfinement());
+    const std::string hectic = inChild([&calm]() -> std::string {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};  // and no SA_RESTART
+        sigaction(SIGALRM, &action, nullptr);
+        const itimerval often{{0, 500}, {0, 500}};
+        setitimer(ITIMER_REAL, &often, nullptr);
+        std::string found = calm;
+        for (int call = 0; call < 50 && found == calm; ++call) {
+            found = describe(availableConfinement());
+        }
+        return found;
+    });
+    EXPECT_EQ(hectic, calm);
 }
 
 TEST(Confinement, WhatIsAvailableIsFoundOutWithoutConfiningThisProcess) {
