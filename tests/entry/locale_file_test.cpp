@@ -11,7 +11,7 @@ using testing::ElementsAre;
 
 class GroupingLocale : public testing::Test {
 private:
-    const GlobalGroupingLocale locale_;
+    GlobalGroupingLocale locale_;
 };
 
 TEST_F(GroupingLocale, LeavesPositionsAndSizesAlone) {
