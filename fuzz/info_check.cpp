@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "require.h"
+#include "finding.h"
 
 namespace veltrace::fuzz {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "require.h"
+#include "finding.h"
 
 using AllocationHook = void (*)(const volatile void* block, std::size_t size);
 using ReleaseHook = void (*)(const volatile void* block);

@@ -5,7 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "require.h"
+#include "finding.h"
 
 namespace veltrace::fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "require.h"
+#include "finding.h"
 
 namespace veltrace::fuzz {
 namespace {

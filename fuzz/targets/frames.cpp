@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "finding.h"
 #include "fuzz_target.h"
 #include "largest_block.h"
 #include "output_checks.h"
@@ -16,7 +17,6 @@
 #include "record/record_writer.h"
 #include "render/csv_fields.h"
 #include "render/renderer.h"
-#include "require.h"
 #include "wire/exchange.h"
 #include "wire/frame.h"
 

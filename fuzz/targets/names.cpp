@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "finding.h"
 #include "fuzz_target.h"
 #include "memory_list.h"
 #include "names/argument_names.h"
@@ -18,7 +19,6 @@
 #include "parameters.h"
 #include "pieces.h"
 #include "record/record_writer.h"
-#include "require.h"
 
 namespace veltrace::fuzz {
 namespace {

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "amount.h"
+#include "finding.h"
 #include "fuzz_target.h"
 #include "output_checks.h"
 #include "parameters.h"
-#include "require.h"
 
 namespace veltrace::fuzz {
 namespace {

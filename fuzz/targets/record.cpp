@@ -7,6 +7,7 @@
 
 #include "zephra/host/host.h"
 
+#include "finding.h"
 #include "fuzz_target.h"
 #include "info_check.h"
 #include "made_value.h"
@@ -16,7 +17,6 @@
 #include "record/record_writer.h"
 #include "render/csv_fields.h"
 #include "render/renderer.h"
-#include "require.h"
 
 namespace veltrace::fuzz {
 namespace {
