@@ -1,9 +1,11 @@
 #include "array.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <new>
+
+#include "array_memory.h"
+#include "huge_pages.h"
 
 namespace zephra {
 
@@ -44,16 +46,19 @@ const char* nameOfClass(qvClass classCode) {
 }
 
 void ArrayDeleter::operator()(qvArray* array) const noexcept {
+    const bool isShared = array->isShared_ != 0;
     array->~qvArray();
-    std::free(array);
+    if (!isShared) {
+        std::free(array);
+    }
 }
 
 }  // namespace zephra
 
 static_assert(sizeof(qvArray) % alignof(double) == 0);
 
-zephra::ArrayPtr qvArray::create(qvClass classCode, qvComplexity complexity,
-                                 const zephra::Shape& shape,
+zephra::ArrayPtr qvArray::create(zephra::ArrayMemory* memory, qvClass classCode,
+                                 qvComplexity complexity, const zephra::Shape& shape,
                                  std::unique_ptr<zephra::FieldTable> fields,
                                  std::size_t largestPayload) noexcept {
     std::size_t payload = zephra::bytesPerElement(classCode, complexity);
@@ -61,56 +66,32 @@ zephra::ArrayPtr qvArray::create(qvClass classCode, qvComplexity complexity,
         __builtin_mul_overflow(payload, shape.count(), &payload) || payload > largestPayload) {
         return nullptr;
     }
-    const std::size_t header = sizeof(qvArray) + shape.dimensions().size_bytes();
+    const std::size_t header =
+        sizeof(qvArray) + shape.dimensions().size_bytes() + (fields ? sizeof(void*) : 0);
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         return nullptr;
     }
-    void* const memory = std::calloc(1, header + payload);
-    if (memory == nullptr) {
+    const std::size_t size = header + payload;
+    const bool isShared = memory != nullptr && size <= zephra::ArrayMemory::kLargestBlock;
+    void* const block = isShared ? memory->allocate(size) : std::calloc(1, size);
+    if (block == nullptr) {
         return nullptr;
     }
-    return zephra::ArrayPtr(new (memory) qvArray(classCode, shape, std::move(fields)));
-}
-
-qvArray::qvArray(qvClass classCode, const zephra::Shape& shape,
-                 std::unique_ptr<zephra::FieldTable> fields)
-    : fields_(std::move(fields)),
-      size_(shape.count()),
-      dimensionCount_(static_cast<std::uint16_t>(shape.dimensions().size())),
-      classCode_(classCode) {
-    std::ranges::copy(shape.dimensions(), reinterpret_cast<std::size_t*>(this + 1));
-}
-
-std::span<const std::size_t> qvArray::dimensions() const {
-    return {reinterpret_cast<const std::size_t*>(this + 1), dimensionCount_};
-}
-
-void* qvArray::data() const {
-    return const_cast<std::size_t*>(dimensions().data() + dimensionCount_);
-}
-
-std::span<qvArray*> qvArray::places() const {
-    auto* const first = static_cast<qvArray**>(data());
-    if (classCode_ == qvClassCell) {
-        return {first, size_};
+    if (!isShared) {
+        zephra::adviseHugePages(block, size);
     }
-    return {first, fields_ ? size_ * fields_->size() : 0};
+    zephra::ArrayPtr array(new (block) qvArray(classCode, shape, isShared));
+    if (fields) {
+        *static_cast<zephra::FieldTable**>(array->data()) = fields.release();
+    }
+    return array;
 }
 
-void qvArray::store(qvArray*& place, qvArray& value) {
-    place = &value;
-    value.parent_ = this;
-    hasStored_ = true;
+qvArray::~qvArray() {
+    delete fields();
 }
 
-bool qvArray::holds(const qvArray& other) const {
-    if (this == &other) {
-        return true;
-    }
-    // Most values are filled before they are stored, or never hold anything: no walk for those.
-    if (!hasStored_) {
-        return false;
-    }
+bool qvArray::isAncestorOf(const qvArray& other) const {
     const qvArray* ancestor = other.parent_;
     while (ancestor != nullptr && ancestor != this) {
         ancestor = ancestor->parent_;

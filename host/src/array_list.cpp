@@ -9,16 +9,12 @@ ArrayList::~ArrayList() {
     }
 }
 
-void ArrayList::append(ArrayPtr array) {
-    moveToEnd(*array.release());
-}
-
 void ArrayList::takeTree(qvArray& root) {
     moveToEnd(root);
     // The end of the list is the queue of arrays whose places are still to be looked at.
     for (ArrayLink* link = &root; link != &ring_; link = link->next) {
         auto& array = static_cast<qvArray&>(*link);
-        array.setCall(nullptr);
+        array.setCall(0);
         for (qvArray* const stored : array.places()) {
             if (stored != nullptr) {
                 moveToEnd(*stored);
@@ -41,15 +37,6 @@ std::size_t ArrayList::size() const {
         ++count;
     }
     return count;
-}
-
-void ArrayList::moveToEnd(qvArray& array) {
-    array.previous->next = array.next;
-    array.next->previous = array.previous;
-    array.previous = ring_.previous;
-    array.next = &ring_;
-    ring_.previous->next = &array;
-    ring_.previous = &array;
 }
 
 }  // namespace zephra

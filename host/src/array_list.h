@@ -17,7 +17,7 @@ public:
     ArrayList& operator=(const ArrayList&) = delete;
     ~ArrayList();
 
-    void append(ArrayPtr array);
+    void append(ArrayPtr array) { moveToEnd(*array.release()); }
     /// Takes `root` and all that is stored below it from the lists they are in. They belong to no
     /// call from then on.
     void takeTree(qvArray& root);
@@ -27,7 +27,14 @@ public:
     [[nodiscard]] std::size_t size() const;
 
 private:
-    void moveToEnd(qvArray& array);
+    void moveToEnd(qvArray& array) {
+        array.previous->next = array.next;
+        array.next->previous = array.previous;
+        array.previous = ring_.previous;
+        array.next = &ring_;
+        ring_.previous->next = &array;
+        ring_.previous = &array;
+    }
 
     ArrayLink ring_;
 };

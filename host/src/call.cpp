@@ -1,44 +1,33 @@
 #include "call.h"
 
-#include <cstdlib>
-#include <new>
-#include <string_view>
+#include <atomic>
 #include <utility>
 
 namespace zephra {
 
 namespace {
 
-// Per thread, because calls on different threads do not disturb each other.
-thread_local Call* currentCall = nullptr;
-
 constexpr const char* kForeignArray = "the array is not one of this call";
 
-// Requests count from 1.
-bool isGranted(std::uint64_t request, std::uint64_t failing, std::uint64_t budget) {
-    return request != failing && (budget == 0 || request <= budget);
+std::uint64_t nextNumber() {
+    static std::atomic<std::uint64_t> calls = 0;
+    return ++calls;
 }
 
 }  // namespace
 
-Call* Call::current() {
-    return currentCall;
-}
+thread_local constinit Call* Call::current_ = nullptr;
 
-Call::Scope::Scope(Call& call) : outer_(std::exchange(currentCall, &call)) {}
+Call::Scope::Scope(Call& call) : outer_(std::exchange(current_, &call)) {}
 
 Call::Scope::~Scope() {
-    currentCall = outer_;
-}
-
-void Call::FreeBlock::operator()(void* block) const noexcept {
-    std::free(block);
+    current_ = outer_;
 }
 
 Call::Call(const Settings& settings, std::span<qvArray* const> arguments)
-    : settings_(settings), result_(std::make_unique<CallResult::State>()) {
+    : settings_(settings), number_(nextNumber()), result_(std::make_unique<CallResult::State>()) {
     for (qvArray* const argument : arguments) {
-        argument->setCall(this);
+        argument->setCall(number_);
         argument->setArgument();
         if (settings_.strict) {
             known_.insert(argument);
@@ -46,127 +35,45 @@ Call::Call(const Settings& settings, std::span<qvArray* const> arguments)
     }
 }
 
-bool Call::grantsArray() {
-    return isGranted(++result_->requests.arrays, settings_.failArray, settings_.arrayBudget);
+void Call::noteUnreadable(const char* operation, const qvArray* array) {
+    noteMisuse(operation, array == nullptr ? "no array is given" : kForeignArray);
 }
 
-bool Call::grantsBlock() {
-    return isGranted(++result_->requests.blocks, settings_.failBlock, settings_.blockBudget);
-}
-
-qvArray* Call::createArray(qvClass classCode, qvComplexity complexity,
-                           const std::optional<Shape>& shape, std::unique_ptr<FieldTable> fields) {
-    if (!shape) {
-        return nullptr;
-    }
-    ArrayPtr array =
-        qvArray::create(classCode, complexity, *shape, std::move(fields), settings_.largestBlock);
-    if (!array) {
-        return nullptr;
-    }
-    if (settings_.strict) {
-        known_.insert(array.get());
-    }
-    qvArray* const made = array.get();
-    made->setCall(this);
-    arrays_.append(std::move(array));
-    return made;
-}
-
-bool Call::isKnown(const qvArray* array) const {
-    return !settings_.strict || (known_.contains(array) && array->call() == this);
-}
-
-const qvArray* Call::readable(const char* operation, const qvArray* array) {
-    if (array == nullptr) {
-        noteMisuse(operation, "no array is given");
-        return nullptr;
-    }
-    if (!isKnown(array)) {
+void Call::noteUnchangeable(const char* operation, const qvArray& array, qvClass classCode,
+                            std::size_t index) {
+    if (!isOfThisCall(array)) {
         noteMisuse(operation, kForeignArray);
-        return nullptr;
-    }
-    return array;
-}
-
-qvArray* Call::writable(const char* operation, qvArray* array, qvClass classCode,
-                        std::size_t index) {
-    if (readable(operation, array) == nullptr) {
-        return nullptr;
-    }
-    if (array->call() != this) {
-        noteMisuse(operation, kForeignArray);
-        return nullptr;
-    }
-    if (array->isArgument()) {
+    } else if (array.isArgument()) {
         noteMisuse(operation, "an argument cannot be changed");
-        return nullptr;
-    }
-    if (array->classCode() != classCode) {
-        noteMisuse(operation, std::string("the array has class ") +
-                                  nameOfClass(array->classCode()) + ", it must be " +
-                                  nameOfClass(classCode));
-        return nullptr;
-    }
-    if (index >= array->size()) {
+    } else if (array.classCode() != classCode) {
+        noteMisuse(operation, std::string("the array has class ") + nameOfClass(array.classCode()) +
+                                  ", it must be " + nameOfClass(classCode));
+    } else {
         noteMisuse(operation, "index " + std::to_string(index) + " is past the end of " +
-                                  std::to_string(array->size()) + " elements");
-        return nullptr;
+                                  std::to_string(array.size()) + " elements");
     }
-    return array;
 }
 
-bool Call::isStorable(const char* operation, const qvArray& array, const qvArray* value) {
-    if (!isKnown(value) || value->call() != this) {
+void Call::noteUnstorable(const char* operation, const qvArray* value) {
+    if (!isKnown(value) || !isOfThisCall(*value)) {
         noteMisuse(operation, "the value is not an array of this call");
-        return false;
-    }
-    if (value->isArgument()) {
+    } else if (value->isArgument()) {
         noteMisuse(operation, "the value is an argument, which belongs to the host");
-        return false;
-    }
-    if (value->parent() != nullptr) {
+    } else if (value->parent() != nullptr) {
         noteMisuse(operation, "the value is already stored in an array");
-        return false;
-    }
-    if (value->holds(array)) {
+    } else {
         noteMisuse(operation, "the value would hold itself");
-        return false;
-    }
-    return true;
-}
-
-void Call::store(const char* operation, qvArray& array, qvArray*& place, qvArray* value) {
-    if (value != nullptr && !isStorable(operation, array, value)) {
-        return;
-    }
-    if (place != nullptr) {
-        replaced_.takeTree(*std::exchange(place, nullptr));
-    }
-    if (value != nullptr) {
-        array.store(place, *value);
     }
 }
 
 void* Call::allocate(std::size_t size) noexcept {
-    if (!grantsBlock() || size > settings_.largestBlock) {
-        return nullptr;
-    }
-    Block block{std::unique_ptr<void, FreeBlock>(std::malloc(size)), size};
-    void* const memory = block.memory.get();
-    if (memory == nullptr) {
-        return nullptr;
-    }
-    try {
-        blocks_.emplace(memory, std::move(block));
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-    return memory;
+    const bool isAllowed =
+        isGranted(++result_->requests.blocks, settings_.failBlock, settings_.blockBudget);
+    return isAllowed && size <= settings_.largestBlock ? blocks_.allocate(size) : nullptr;
 }
 
 void Call::release(const char* operation, void* block) {
-    if (block != nullptr && blocks_.erase(block) == 0) {
+    if (block != nullptr && !blocks_.release(block)) {
         noteMisuse(operation, "the block is not one of this call, or it is freed already");
     }
 }
@@ -207,11 +114,7 @@ CallResult Call::finish(qvArray* output, std::optional<Message> error) {
 }
 
 Leftovers Call::leftovers() const {
-    Leftovers left{.blocks = blocks_.size(), .blockBytes = 0, .arrays = arrays_.size()};
-    for (const auto& [memory, block] : blocks_) {
-        left.blockBytes += block.size;
-    }
-    return left;
+    return {.blocks = blocks_.count(), .blockBytes = blocks_.bytes(), .arrays = arrays_.size()};
 }
 
 }  // namespace zephra

@@ -7,14 +7,15 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "zephra/host/call_result.h"
 #include "zephra/host/host.h"
 
 #include "array.h"
 #include "array_list.h"
+#include "block_ledger.h"
 #include "call_result_state.h"
 
 namespace zephra {
@@ -30,7 +31,7 @@ public:
     Call(const Settings& settings, std::span<qvArray* const> arguments);
 
     /// The call that runs on this thread; null outside of any.
-    [[nodiscard]] static Call* current();
+    [[nodiscard]] static Call* current() { return current_; }
 
     /// Makes a call the current one of this thread until the end of the scope.
     class Scope {
@@ -45,21 +46,63 @@ public:
     };
 
     /// Counts a request for an array; false when it is to be refused.
-    [[nodiscard]] bool grantsArray();
+    [[nodiscard]] bool grantsArray() {
+        return isGranted(++result_->requests.arrays, settings_.failArray, settings_.arrayBudget);
+    }
     /// Makes an array of this call; null when the host cannot. May throw std::bad_alloc.
     [[nodiscard]] qvArray* createArray(qvClass classCode, qvComplexity complexity,
-                                       const std::optional<Shape>& shape,
-                                       std::unique_ptr<FieldTable> fields = nullptr);
+                                       const Shape& shape,
+                                       std::unique_ptr<FieldTable> fields = nullptr) {
+        ArrayPtr array = qvArray::create(&result_->memory, classCode, complexity, shape,
+                                         std::move(fields), settings_.largestBlock);
+        if (!array) {
+            return nullptr;
+        }
+        if (settings_.strict) {
+            known_.insert(array.get());
+        }
+        qvArray* const made = array.get();
+        made->setCall(number_);
+        arrays_.append(std::move(array));
+        return made;
+    }
 
     /// `array` if the module may read it, else null.
-    [[nodiscard]] const qvArray* readable(const char* operation, const qvArray* array);
+    [[nodiscard]] const qvArray* readable(const char* operation, const qvArray* array) {
+        if (array != nullptr && isKnown(array)) {
+            return array;
+        }
+        noteUnreadable(operation, array);
+        return nullptr;
+    }
     /// `array` if it is one of this call and of class `classCode` and has an element `index`, else
     /// null.
     [[nodiscard]] qvArray* writable(const char* operation, qvArray* array, qvClass classCode,
-                                    std::size_t index);
+                                    std::size_t index) {
+        if (readable(operation, array) == nullptr) {
+            return nullptr;
+        }
+        if (isOfThisCall(*array) && !array->isArgument() && array->classCode() == classCode &&
+            index < array->size()) {
+            return array;
+        }
+        noteUnchangeable(operation, *array, classCode, index);
+        return nullptr;
+    }
     /// Stores `value` in a place of `array`, or empties the place when `value` is null. What was
     /// there before is gone for the module.
-    void store(const char* operation, qvArray& array, qvArray*& place, qvArray* value);
+    void store(const char* operation, qvArray& array, qvArray*& place, qvArray* value) {
+        if (value != nullptr && !isStorable(array, value)) {
+            noteUnstorable(operation, value);
+            return;
+        }
+        if (place != nullptr) {
+            replaced_.takeTree(*std::exchange(place, nullptr));
+        }
+        if (value != nullptr) {
+            array.store(place, *value);
+        }
+    }
 
     /// A block of `size` bytes, or null. Counts as a request.
     [[nodiscard]] void* allocate(std::size_t size) noexcept;
@@ -76,31 +119,40 @@ public:
     [[nodiscard]] CallResult finish(qvArray* output, std::optional<Message> error);
 
 private:
-    struct FreeBlock {
-        void operator()(void* block) const noexcept;
-    };
-    struct Block {
-        std::unique_ptr<void, FreeBlock> memory;
-        std::size_t size;
-    };
-
-    [[nodiscard]] bool grantsBlock();
+    // Requests count from 1.
+    [[nodiscard]] static bool isGranted(std::uint64_t request, std::uint64_t failing,
+                                        std::uint64_t budget) {
+        return request != failing && (budget == 0 || request <= budget);
+    }
     /// True for an array of this call or an argument; for those only it looks behind the pointer.
-    [[nodiscard]] bool isKnown(const qvArray* array) const;
-    [[nodiscard]] bool isStorable(const char* operation, const qvArray& array,
-                                  const qvArray* value);
+    [[nodiscard]] bool isKnown(const qvArray* array) const {
+        return !settings_.strict || (known_.contains(array) && isOfThisCall(*array));
+    }
+    [[nodiscard]] bool isOfThisCall(const qvArray& array) const { return array.call() == number_; }
+    [[nodiscard]] bool isStorable(const qvArray& array, const qvArray* value) const {
+        return isKnown(value) && isOfThisCall(*value) && !value->isArgument() &&
+               value->parent() == nullptr && !value->holds(array);
+    }
+    // Each finds out what is wrong and records it.
+    void noteUnreadable(const char* operation, const qvArray* array);
+    void noteUnchangeable(const char* operation, const qvArray& array, qvClass classCode,
+                          std::size_t index);
+    void noteUnstorable(const char* operation, const qvArray* value);
     [[nodiscard]] bool isReturnable(const qvArray* output);
     [[nodiscard]] Leftovers leftovers() const;
 
+    // Per thread, because calls on different threads do not disturb each other.
+    static thread_local Call* current_;
+
     const Settings settings_;
+    const std::uint64_t number_;  // no other call of this process has had it
     std::unique_ptr<CallResult::State> result_;
     ArrayList arrays_;
     // Arrays that another value has replaced, and what is stored below them. They stay until the
     // end, so that a module which still points at them does no harm.
     ArrayList replaced_;
     std::unordered_set<const qvArray*> known_;  // in strict mode: arguments, and arrays ever made
-    // Blocks carry no header, so that memory checkers see both ends of each one.
-    std::unordered_map<void*, Block> blocks_;
+    BlockLedger blocks_;
     bool raised_ = false;
 };
 

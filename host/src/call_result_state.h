@@ -8,12 +8,14 @@
 #include "zephra/host/call_result.h"
 
 #include "array_list.h"
+#include "array_memory.h"
 
 namespace zephra {
 
 class CallResult::State {
 public:
-    ArrayList arrays;  // what the output reaches
+    ArrayMemory memory;  // outlives all arrays of the call
+    ArrayList arrays;    // what the output reaches
     const qvArray* output = nullptr;
     std::vector<Message> warnings;
     std::optional<Message> error;

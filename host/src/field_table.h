@@ -3,34 +3,62 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 namespace zephra {
 
-/// Field names in creation order, found by name in constant time. One table serves all elements of
+/// Field names in creation order, found by name in constant time unless many differ in their middle
+/// alone. One table serves all elements of
 /// a structure array. Of two fields with one name, the name finds the first.
 class FieldTable {
 public:
     /// Copies `names`, none of which may be null. Throws std::bad_alloc.
     explicit FieldTable(std::span<const char* const> names);
 
-    [[nodiscard]] std::size_t size() const { return ends_.size(); }
+    [[nodiscard]] std::size_t size() const { return fields_.size(); }
     /// Name of field `index`, which must be less than `size()`.
-    [[nodiscard]] std::string_view name(std::size_t index) const;
+    [[nodiscard]] std::string_view name(std::size_t index) const {
+        return {text_.data() + fields_[index].begin, fields_[index].length};
+    }
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
-private:
-    [[nodiscard]] std::size_t slotOf(std::string_view wanted) const;
+    /// As `find`, for names that come in the same order again and again, element by element: what
+    /// followed the last name is looked at first. Not for several threads at once.
+    [[nodiscard]] std::optional<std::size_t> findNext(const char* name) {
+        const std::size_t likely = last_ < fields_.size() ? fields_[last_].successor : 0;
+        if (likely < fields_.size() &&
+            std::strcmp(text_.data() + fields_[likely].begin, name) == 0) {
+            last_ = likely;
+            return likely;
+        }
+        return findAnew(name);
+    }
 
-    std::string text_;               // all names, one after the other
-    std::vector<std::size_t> ends_;  // where each name ends in `text_`
-    // Open addressing, at most half full: field index + 1, or 0 for a free slot. Two small blocks
-    // in all, where a map would take one for each name of each of a million structures.
-    std::vector<std::uint32_t> slots_;
+private:
+    struct Field {
+        std::uint32_t begin;  // of its name in `text_`
+        std::uint32_t length;
+        std::uint32_t successor;  // the field whose name was asked for after this one
+    };
+    struct Slot {
+        std::uint32_t field = 0;  // its index + 1; 0 where the slot is free
+        std::uint32_t hash = 0;
+    };
+
+    [[nodiscard]] std::optional<std::size_t> findAnew(const char* name);
+    /// The slot that holds a name, or the free one where it belongs.
+    [[nodiscard]] std::size_t slotOf(std::string_view wanted, std::uint32_t hash) const;
+
+    std::vector<char> text_;  // all names, each with its NUL
+    std::vector<Field> fields_;
+    // Open addressing, at most half full. Three small blocks in all, where a map would take one for
+    // each name of each of a million structures.
+    std::vector<Slot> slots_;
+    std::size_t last_ = 0;
 };
 
 }  // namespace zephra

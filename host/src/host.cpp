@@ -22,7 +22,7 @@ ArrayPtr makeArray(qvClass classCode, const Shape& shape) {
     if (classCode == qvClassStruct) {
         fields = std::make_unique<FieldTable>(std::span<const char* const>());
     }
-    ArrayPtr array = qvArray::create(classCode, qvReal, shape, std::move(fields),
+    ArrayPtr array = qvArray::create(nullptr, classCode, qvReal, shape, std::move(fields),
                                      std::numeric_limits<std::size_t>::max());
     if (!array) {
         throw std::bad_alloc();

@@ -219,6 +219,11 @@ std::string formatMessage(const char* format, std::va_list arguments) {
     if (format == nullptr) {
         return {};
     }
+    // Without a conversion there is nothing to format, and no need to find out where the text is.
+    const std::string_view text(format);
+    if (text.find('%') == std::string_view::npos && text.size() <= kLongestFormatted) {
+        return format;
+    }
     return isLiteral(format) ? Formatter(arguments).format(format) : format;
 }
 

@@ -40,8 +40,8 @@ void qvSetField(qvArray* structure, size_t index, const char* name, qvArray* val
         return;
     }
     // A module may offer values for fields that it did not ask for: they find no place.
-    const zephra::FieldTable& fields = *structure->fields();
-    if (const std::optional<std::size_t> field = fields.find(name)) {
+    zephra::FieldTable& fields = *structure->fields();
+    if (const std::optional<std::size_t> field = fields.findNext(name)) {
         call->store("qvSetField", *structure, structure->places()[index * fields.size() + *field],
                     value);
     }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "zephra/qv.h"
 
@@ -32,6 +33,12 @@ qvArray* create(Make make) noexcept {
     }
 }
 
+qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim, const size_t* dims,
+                  std::unique_ptr<zephra::FieldTable> fields = nullptr) {
+    const std::optional<Shape> shape = Shape::of(ndim, dims);
+    return shape ? call.createArray(cls, complexity, *shape, std::move(fields)) : nullptr;
+}
+
 bool isNumeric(qvClass cls) {
     return cls == qvClassDouble || cls == qvClassLogical || cls == qvClassChar;
 }
@@ -45,7 +52,7 @@ qvArray* qvCreateNumericArray(size_t ndim, const size_t* dims, qvClass cls,
             call.noteMisuse("qvCreateNumericArray", "no numeric array has this class");
             return nullptr;
         }
-        return call.createArray(cls, complexity, Shape::of(ndim, dims));
+        return createOf(call, cls, complexity, ndim, dims);
     });
 }
 
@@ -76,13 +83,11 @@ qvArray* qvCreateString(const char* text) {
 }
 
 qvArray* qvCreateCharArray(size_t ndim, const size_t* dims) {
-    return create(
-        [=](Call& call) { return call.createArray(qvClassChar, qvReal, Shape::of(ndim, dims)); });
+    return create([=](Call& call) { return createOf(call, qvClassChar, qvReal, ndim, dims); });
 }
 
 qvArray* qvCreateCellArray(size_t ndim, const size_t* dims) {
-    return create(
-        [=](Call& call) { return call.createArray(qvClassCell, qvReal, Shape::of(ndim, dims)); });
+    return create([=](Call& call) { return createOf(call, qvClassCell, qvReal, ndim, dims); });
 }
 
 qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
@@ -97,8 +102,8 @@ qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
             call.noteMisuse("qvCreateStructArray", "a field name is missing");
             return nullptr;
         }
-        return call.createArray(qvClassStruct, qvReal, Shape::of(ndim, dims),
-                                std::make_unique<zephra::FieldTable>(names));
+        return createOf(call, qvClassStruct, qvReal, ndim, dims,
+                        std::make_unique<zephra::FieldTable>(names));
     });
 }
 

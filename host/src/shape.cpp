@@ -4,9 +4,7 @@
 
 namespace zephra {
 
-namespace {
-
-std::optional<std::size_t> productOf(std::span<const std::size_t> dimensions) {
+std::optional<std::size_t> Shape::checkedProductOf(std::span<const std::size_t> dimensions) {
     // A zero anywhere makes the array empty, however large the other dimensions are.
     if (std::ranges::find(dimensions, std::size_t{0}) != dimensions.end()) {
         return 0;
@@ -20,9 +18,7 @@ std::optional<std::size_t> productOf(std::span<const std::size_t> dimensions) {
     return product;
 }
 
-}  // namespace
-
-std::optional<Shape> Shape::of(std::size_t ndim, const std::size_t* dims) {
+std::optional<Shape> Shape::ofAny(std::size_t ndim, const std::size_t* dims) {
     if (ndim == 0) {
         return Shape(0, 0);
     }
@@ -33,7 +29,7 @@ std::optional<Shape> Shape::of(std::size_t ndim, const std::size_t* dims) {
         return Shape(dims[0], 1);
     }
     const std::span<const std::size_t> many(dims, ndim);
-    const std::optional<std::size_t> count = productOf(many);
+    const std::optional<std::size_t> count = checkedProductOf(many);
     return count ? std::optional(Shape(many, *count)) : std::nullopt;
 }
 
