@@ -56,7 +56,8 @@ std::string_view nameOf(HeaderByteOrder byteOrder) {
     return "unknown???";
 }
 
-void writeTags(std::ostream& stream, const std::vector<TiffTag>& tags, std::string_view kind) {
+template <class Tags>
+void writeTags(std::ostream& stream, const Tags& tags, std::string_view kind) {
     writeLine(stream, "There are ", tags.size(), ' ', kind, " tags.");
     for (const TiffTag& tag : tags) {
         stream << tag;

@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <concepts>
+#include <cstddef>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -33,7 +34,9 @@ requires(sizeof(Number) > 1) void appendPiece(std::string& text, Number number) 
 /// A byte that is meant as a number must be widened first.
 template <class... Pieces>
 [[nodiscard]] std::string message(const Pieces&... pieces) {
+    constexpr std::size_t kMostMessages = 128;
     std::string text;
+    text.reserve(kMostMessages);
     (detail::appendPiece(text, pieces), ...);
     return text;
 }

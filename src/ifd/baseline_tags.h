@@ -26,13 +26,28 @@ constexpr std::array<std::uint16_t, 22> kBaselineTags{
 static_assert(std::ranges::adjacent_find(kBaselineTags, std::ranges::greater_equal{}) ==
               kBaselineTags.end());
 
+/// Position + 1 of each id from the first baseline tag to the last; 0 for others between them.
+using BaselinePlaces =
+    std::array<std::uint8_t, std::size_t{kBaselineTags.back()} - kBaselineTags.front() + 1>;
+
+constexpr BaselinePlaces baselinePlaces() {
+    BaselinePlaces places{};
+    for (std::size_t i = 0; i < kBaselineTags.size(); ++i) {
+        places[std::size_t{kBaselineTags[i]} - kBaselineTags.front()] =
+            static_cast<std::uint8_t>(i + 1);
+    }
+    return places;
+}
+
+constexpr BaselinePlaces kBaselinePlaces = baselinePlaces();
+
 /// Position of a tag in `kBaselineTags`.
 constexpr std::optional<std::size_t> baselineIndex(std::uint16_t tagId) {
-    const auto* const place = std::ranges::lower_bound(kBaselineTags, tagId);
-    if (place == kBaselineTags.end() || *place != tagId) {
+    if (tagId < kBaselineTags.front() || tagId > kBaselineTags.back()) {
         return std::nullopt;
     }
-    return static_cast<std::size_t>(place - kBaselineTags.begin());
+    const std::size_t place = kBaselinePlaces[std::size_t{tagId} - kBaselineTags.front()];
+    return place != 0 ? std::optional(place - 1) : std::nullopt;
 }
 
 }  // namespace veltrace

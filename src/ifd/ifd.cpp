@@ -1,5 +1,6 @@
 #include "ifd/ifd.h"
 
+#include <algorithm>
 #include <ostream>
 #include <sstream>
 #include <utility>
@@ -18,6 +19,8 @@ namespace {
 
 // An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
 constexpr std::uint32_t kMostApp1Bytes = 65536;
+
+constexpr std::uint32_t kUsualEntries = 32;
 
 }  // namespace
 
@@ -72,7 +75,7 @@ void IFD::requireAcceptableTable() const {
 void IFD::readRawIfd(std::byte* table) const {
     const bool wrapped =
         tableSize_ / static_cast<std::uint32_t>(reader_->entrySize()) != entryCount_;
-    if (wrapped || std::fread(table, 1, tableSize_, reader_->stream()) < tableSize_) {
+    if (wrapped || reader_->read(table, 1, tableSize_) < tableSize_) {
         throw VeltraceRecoverableError{
             "ZEPHRA:veltrace:badRawIfdRead",
             message("Could not read ", tableDescription(),
@@ -96,6 +99,8 @@ std::string IFD::tableDescription() const {
 }
 
 void IFD::createTags(const std::byte* table) {
+    // Room for the tags of most files at once; more than that may be unknown tags.
+    knownTags_.reserve(std::min(entryCount_, kUsualEntries));
     for (std::uint64_t i = 0; i < entryCount_; ++i) {
         try {
             createTag(table + i * static_cast<std::uint64_t>(reader_->entrySize()));
@@ -109,6 +114,12 @@ void IFD::createTags(const std::byte* table) {
 }
 
 void IFD::createTag(const std::byte* entry) {
+    // What damage makes of an entry is mostly no type. There may be thousands of them, and a
+    // warning costs a fraction of an exception.
+    if (const auto fault = TiffTag::faultOfType(*reader_, entry)) {
+        issueHostWarning(fault->identifier.c_str(), fault->message);
+        return;
+    }
     TiffTag tag(*reader_, entry, ifdId_);
     noteTag(tag);
     if (tag.tagId() == tag_id::kWidth) {
@@ -116,8 +127,15 @@ void IFD::createTag(const std::byte* entry) {
     } else if (tag.tagId() == tag_id::kHeight) {
         height_ = tag.firstValue().value_or(height_);
     } else {
-        auto& tags = tag.name().empty() ? unknownTags_ : knownTags_;
-        tags.push_back(std::move(tag));
+        addTag(std::move(tag));
+    }
+}
+
+void IFD::addTag(TiffTag&& tag) {
+    if (tag.name().empty()) {
+        unknownTags_.push_back(std::move(tag));
+    } else {
+        knownTags_.append(std::move(tag));
     }
 }
 
@@ -136,7 +154,7 @@ void IFD::noteTag(const TiffTag& tag) {
             return;
         case tag_id::kSamplesPerPixel:
             // Kept: the number of values, not the value.
-            sampleCount_ = static_cast<std::uint32_t>(tag.outputValues().size());
+            sampleCount_ = static_cast<std::uint32_t>(tag.outputCount());
             return;
         default:
             return;
@@ -144,22 +162,25 @@ void IFD::noteTag(const TiffTag& tag) {
 }
 
 void IFD::addDefaultTags() {
-    for (const std::uint16_t tagId : kBaselineTags) {
-        if (has(tagId)) {
-            continue;
-        }
-        switch (tagId) {
-            case tag_id::kBitsPerSample:
-                knownTags_.emplace_back(tagId, ifdId_, sampleCount_);
-                bitsPerSample_.insert(bitsPerSample_.end(), sampleCount_, 1.0);
-                break;
-            case tag_id::kMaxSampleValue:
-                knownTags_.emplace_back(tagId, ifdId_, bitsPerSample_);
-                break;
-            default:
-                knownTags_.emplace_back(tagId, ifdId_);
+    for (std::size_t i = 0; i < kBaselineTags.size(); ++i) {
+        if (!present_.test(i)) {
+            addDefaultTag(i);
         }
     }
+}
+
+void IFD::addDefaultTag(std::size_t baselineIndex) {
+    const std::uint16_t tagId = kBaselineTags[baselineIndex];
+    if (tagId == tag_id::kBitsPerSample) {
+        bitsPerSample_.insert(bitsPerSample_.end(), sampleCount_, 1.0);
+        if (sampleCount_ != KnownTags::kSharedSampleCount) {
+            return knownTags_.appendStandIn({tagId, ifdId_, sampleCount_});
+        }
+    }
+    if (tagId == tag_id::kMaxSampleValue && bitsPerSample_ != KnownTags::sharedBitsPerSample()) {
+        return knownTags_.appendStandIn({tagId, ifdId_, bitsPerSample_});
+    }
+    knownTags_.appendSharedStandIn(baselineIndex);
 }
 
 bool IFD::has(std::uint16_t baselineTag) const {

@@ -11,6 +11,7 @@
 
 #include "ifd/baseline_tags.h"
 #include "ifd/ifd_id.h"
+#include "ifd/known_tags.h"
 #include "tag/tiff_tag.h"
 
 namespace veltrace {
@@ -51,8 +52,8 @@ public:
     [[nodiscard]] double width() const { return width_; }
     [[nodiscard]] double height() const { return height_; }
     /// Always 0.
-    [[nodiscard]] double spare() const { return spare_; }
-    [[nodiscard]] const std::vector<TiffTag>& knownTags() const { return knownTags_; }
+    [[nodiscard]] static constexpr double spare() { return 0; }
+    [[nodiscard]] const KnownTags& knownTags() const { return knownTags_; }
     [[nodiscard]] const std::vector<TiffTag>& unknownTags() const { return unknownTags_; }
     /// Whether the directory itself has this baseline tag; false for any other tag.
     [[nodiscard]] bool has(std::uint16_t baselineTag) const;
@@ -77,10 +78,12 @@ private:
     [[nodiscard]] std::string tableDescription() const;
     void createTags(const std::byte* table);
     void createTag(const std::byte* entry);
+    void addTag(TiffTag&& tag);
     void addDefaultTags();
+    void addDefaultTag(std::size_t baselineIndex);
     void outputUnknownTags(qvArray* structure, std::size_t element) const;
 
-    std::vector<TiffTag> knownTags_;
+    KnownTags knownTags_;
     std::vector<TiffTag> unknownTags_;
     std::uint32_t entryCount_ = 0;
     TagFile* reader_ = nullptr;
@@ -89,7 +92,6 @@ private:
     std::uint32_t tableSize_ = 0;
     double width_ = 0;
     double height_ = 0;
-    double spare_ = 0;
     std::bitset<kBaselineTags.size()> present_;
     std::int32_t photometricCode_ = -1;
     std::vector<double> bitsPerSample_;

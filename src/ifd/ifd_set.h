@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "zephra/qv.h"
@@ -20,8 +20,10 @@ class TagFile;
 /// which outlives it. Copies are deep.
 class IFDSet {
 public:
-    /// Ascending tag ids and their field names.
-    using FieldNames = std::map<std::uint16_t, std::string_view>;
+    /// A tag id and its field name.
+    using FieldName = std::pair<std::uint16_t, std::string_view>;
+    /// Ascending by id.
+    using FieldNames = std::vector<FieldName>;
 
     /// An empty chain of no reader, for containers.
     IFDSet() = default;
@@ -51,6 +53,7 @@ private:
     [[nodiscard]] bool moveToNext(std::int64_t position, std::uint32_t tableSize) const;
     [[nodiscard]] std::uint64_t readNextIfdOffset() const;
     void addIfd(IFD ifd);
+    void addFieldNames(const IFD& ifd);
 
     [[nodiscard]] qvArray* createStructure() const;
     [[nodiscard]] std::vector<const char*> outputFieldNames() const;

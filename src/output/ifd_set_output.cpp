@@ -104,9 +104,7 @@ std::vector<const char*> IFDSet::outputFieldNames() const {
     for (const auto& [tagId, name] : fieldNames_) {
         // Kept: in a TIFF file the default names take precedence in every chain, also in those
         // that do not carry them.
-        const bool isDefault =
-            isTiff(*reader_) && std::ranges::find(defaults, name) != defaults.end();
-        if (!isDefault) {
+        if (!isTiff(*reader_) || !reader_->isDefaultFieldName(name)) {
             names.push_back(name.data());
         }
     }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "entry/errors.h"
 #include "entry/message.h"
@@ -49,7 +50,7 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId) : tagId_(tagId), ifdId_(ifdId
         refuse(tagId, "");
     }
     if (fallback->value) {
-        outputValues_.assign(1, *fallback->value);
+        reported_.set({*fallback->value});
     }
     processSpecificTags();
 }
@@ -60,7 +61,7 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, std::uint32_t sampleCount)
     if (tagId != tag_id::kBitsPerSample) {
         refuse(tagId, " with supplied value");
     }
-    outputValues_.assign(sampleCount, 1.0);
+    reported_.set(std::vector<double>(sampleCount, 1.0));
     processSpecificTags();
 }
 
@@ -69,11 +70,13 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, const std::vector<double>& bi
     if (tagId != tag_id::kMaxSampleValue) {
         refuse(tagId, " with supplied value");
     }
-    count_ = bitsPerSample.size();
-    outputValues_.reserve(bitsPerSample.size());
+    value_ = TagValue(0, static_cast<std::uint32_t>(bitsPerSample.size()));
+    std::vector<double> largest;
+    largest.reserve(bitsPerSample.size());
     for (const double bits : bitsPerSample) {
-        outputValues_.push_back(std::pow(2.0, bits) - 1.0);
+        largest.push_back(std::pow(2.0, bits) - 1.0);
     }
+    reported_.set(std::move(largest));
     getTagName();
     processSpecificTags();
 }

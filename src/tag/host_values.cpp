@@ -15,10 +15,13 @@ qvArray* charRow(std::string_view bytes) {
     return row;
 }
 
-qvArray* doubleMatrix(std::size_t rows, std::size_t columns, std::span<const double> values) {
+qvArray* createDoubleMatrix(std::size_t rows, std::size_t columns) {
     const std::array<std::size_t, 2> dimensions{rows, columns};
-    qvArray* matrix =
-        qvCreateNumericArray(dimensions.size(), dimensions.data(), qvClassDouble, qvReal);
+    return qvCreateNumericArray(dimensions.size(), dimensions.data(), qvClassDouble, qvReal);
+}
+
+qvArray* doubleMatrix(std::size_t rows, std::size_t columns, std::span<const double> values) {
+    qvArray* matrix = createDoubleMatrix(rows, columns);
     if (matrix != nullptr) {
         std::ranges::copy(values.first(rows * columns), static_cast<double*>(qvGetData(matrix)));
     }

@@ -13,6 +13,9 @@ namespace veltrace {
 /// it.
 [[nodiscard]] qvArray* charRow(std::string_view bytes);
 
+/// A new rows x columns double array of zeros; null when the host cannot make it.
+[[nodiscard]] qvArray* createDoubleMatrix(std::size_t rows, std::size_t columns);
+
 /// A new rows x columns double array filled in column order from `values`, which must hold
 /// rows x columns numbers; null when the host cannot make it.
 [[nodiscard]] qvArray* doubleMatrix(std::size_t rows, std::size_t columns,

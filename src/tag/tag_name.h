@@ -22,7 +22,7 @@ constexpr bool strictlyAscending(std::span<const TagName> rows) {
 /// The name of a tag, or an empty one.
 constexpr std::string_view nameIn(std::span<const TagName> rows, std::uint16_t id) {
     const auto row = std::ranges::lower_bound(rows, id, {}, &TagName::id);
-    return row != rows.end() && row->id == id ? row->name : std::string_view{};
+    return row != rows.end() && row->id == id ? row->name : std::string_view{""};
 }
 
 }  // namespace veltrace

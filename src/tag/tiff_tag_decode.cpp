@@ -1,8 +1,5 @@
 // From the raw entry to the tag's values.
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstring>
 #include <limits>
 
 #include "entry/errors.h"
@@ -38,6 +35,14 @@ const Pointer* pointerFor(std::uint16_t tagId) {
     return pointer != std::end(kPointers) ? pointer : nullptr;
 }
 
+std::uint16_t tagIdOf(const TagFile& reader, const std::byte* entry) {
+    return reader.entryField<std::uint16_t>(entry);
+}
+
+std::uint16_t typeOf(const TagFile& reader, const std::byte* entry) {
+    return reader.entryField<std::uint16_t>(entry + 2);
+}
+
 std::string illegalNesting(std::uint16_t tagId, const char* directory) {
     return message("Tag id # ", tagId, " is illegal within the ", directory,
                    " subIFD.  There may have been some loss of metadata.\n");
@@ -53,73 +58,76 @@ TiffTag::TiffTag(TagFile& reader, const std::byte* entry, IfdId ifdId) : ifdId_(
 }
 
 void TiffTag::decodeHeader(const TagFile& reader, const std::byte* entry) {
-    tagId_ = reader.entryField<std::uint16_t>(entry);
+    tagId_ = tagIdOf(reader, entry);
     getTagName();
-    dataType_ = reader.entryField<std::uint16_t>(entry + 2);
-    requireValidType();
-    count_ = reader.entryCountField(entry);
-    byteSize_ = count_ * kElementSizes[dataType_];
+    if (const auto fault = faultOfType(reader, entry)) {
+        throw VeltraceRecoverableError(*fault);
+    }
+    value_ = TagValue(typeOf(reader, entry), reader.entryCountField(entry));
 }
 
-void TiffTag::requireValidType() const {
-    if (DataType{dataType_} == DataType::noType) {
-        throw VeltraceRecoverableError{
+std::optional<VeltraceRecoverableError> TiffTag::faultOfType(const TagFile& reader,
+                                                             const std::byte* entry) {
+    const std::uint16_t type = typeOf(reader, entry);
+    if (DataType{type} != DataType::noType && type < kElementSizes.size()) {
+        return std::nullopt;
+    }
+    const std::uint16_t tagId = tagIdOf(reader, entry);
+    if (DataType{type} == DataType::noType) {
+        return VeltraceRecoverableError{
             "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-            message("Tag ID ", tagId_,
+            message("Tag ID ", tagId,
                     " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
     }
-    if (dataType_ >= kElementSizes.size()) {
-        throw VeltraceRecoverableError{
-            "ZEPHRA:veltrace:badTagFormat",
-            message("Tag ID ", tagId_, " with datatype format value ", dataType_,
-                    " is invalid.  Only values 0-13 are allowed.\n")};
-    }
+    return VeltraceRecoverableError{"ZEPHRA:veltrace:badTagFormat",
+                                    message("Tag ID ", tagId, " with datatype format value ", type,
+                                            " is invalid.  Only values 0-13 are allowed.\n")};
 }
 
 // Kept: the request passes 32 bits of the size. A value that does not fit in them is refused
 // whatever the host answers; a pointer tag has no value, so its size decides nothing.
 HostBuffer TiffTag::allocateValue() const {
-    HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(byteSize_));
-    const bool refused = value == nullptr && byteSize_ != 0;
-    const bool tooLarge = byteSize_ > std::numeric_limits<std::uint32_t>::max();
+    const std::uint64_t size = value_.byteSize();
+    HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(size));
+    const bool refused = value == nullptr && size != 0;
+    const bool tooLarge = size > std::numeric_limits<std::uint32_t>::max();
     if (refused || (tooLarge && pointerFor(tagId_) == nullptr)) {
-        throw VeltraceRecoverableError{"ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
-                                       message("Unable to allocate ", byteSize_,
-                                               " to hold tag data for tag ID ", tagId_, '\n')};
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
+            message("Unable to allocate ", size, " to hold tag data for tag ID ", tagId_, '\n')};
     }
     return value;
 }
 
 void TiffTag::readValue(TagFile& reader, const std::byte* entry, std::byte* value) {
-    const bool pairs = isRational(DataType{dataType_});
-    const std::uint32_t width = pairs ? 4 : kElementSizes[dataType_];
-    const std::uint64_t elements = pairs ? 2 * count_ : count_;
-    byteSize_ = static_cast<std::uint32_t>(elements * width);  // wraps by design
     if (pointerFor(tagId_) != nullptr) {
         valueOffset_ = reader.entryOffsetField(entry);
         return;
     }
-    if (byteSize_ > static_cast<std::uint32_t>(reader.offsetSize())) {
+    const bool pairs = isRational(DataType{dataType()});
+    const std::uint32_t width = pairs ? 4 : kElementSizes[dataType()];
+    const std::uint64_t elements = pairs ? 2 * count() : count();
+    if (byteSize() > static_cast<std::uint32_t>(reader.offsetSize())) {
         valueOffset_ = reader.entryOffsetField(entry);
         readValueAtOffset(reader, value, width, static_cast<std::uint32_t>(elements));
     } else {
-        std::copy_n(entry + reader.valueFieldStart(), byteSize_, value);
+        std::copy_n(entry + reader.valueFieldStart(), byteSize(), value);
     }
     swapBytes(value, static_cast<int>(width), static_cast<unsigned>(elements), reader.swapFlag());
 }
 
 void TiffTag::readValueAtOffset(TagFile& reader, std::byte* value, std::uint32_t width,
                                 std::uint32_t elements) {
-    const std::int64_t position = reader.offsetBase() + static_cast<std::int64_t>(valueOffset_);
+    const std::int64_t position = reader.offsetBase() + std::int64_t{valueOffset_};
     if (!reader.seek(position)) {
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badTagDataOffsetSeek",
                                        message("Could not seek to data for tag with ID ", tagId_,
                                                ", the image may be corrupt.")};
     }
-    if (std::fread(value, width, elements, reader.stream()) < elements) {
+    if (reader.read(value, width, elements) < elements) {
         const std::string what =
-            name_.empty() ? message("Unable to read value for TIFF tag #", tagId_)
-                          : message("Unable to read TIFF tag ", inQuotes(name_), " value");
+            name().empty() ? message("Unable to read value for TIFF tag #", tagId_)
+                           : message("Unable to read TIFF tag ", inQuotes(name()), " value");
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:badTiffTagOffsetDataRead",
                                        message(what, " from byte location ", position, '.')};
     }
@@ -135,87 +143,53 @@ void TiffTag::finishDecoding(TagFile& reader, const std::byte* value) {
 }
 
 void TiffTag::decodeValues(const std::byte* value) {
-    switch (DataType{dataType_}) {
+    switch (DataType{dataType()}) {
         case DataType::noType:
             throw VeltraceRecoverableError{
                 "ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
                 "Encountered tag with datatype format TIFF_NOTYPE.  Skipping... \n"};
         case DataType::byte:
-        case DataType::undefined:
-            return appendNumbers<std::uint8_t>(value);
         case DataType::ascii:
-            rawText_.assign(reinterpret_cast<const char*>(value), count_);
-            return;
         case DataType::unsignedShort:
-            return appendNumbers<std::uint16_t>(value);
         case DataType::unsignedLong:
-            return appendNumbers<std::uint32_t>(value);
-        case DataType::rational:
-            return convertRationals<std::uint32_t>(
-                value, "ZEPHRA:veltrace:rational:badTagValueDivisionByZero");
         case DataType::signedByte:
-            return appendNumbers<std::int8_t>(value);
+        case DataType::undefined:
         case DataType::signedShort:
-            return appendNumbers<std::int16_t>(value);
         case DataType::signedLong:
-            return appendNumbers<std::int32_t>(value);
-        case DataType::signedRational:
-            return convertRationals<std::int32_t>(
-                value, "ZEPHRA:veltrace:signedRational:badTagValueDivisionByZero");
         case DataType::singleFloat:
-            return appendNumbers<float>(value);
         case DataType::doubleFloat:
-            return appendNumbers<double>(value);
+            value_.set(value);
+            return;
+        case DataType::rational:
+            value_.set(value);
+            warnOfDivisionByZero("ZEPHRA:veltrace:rational:badTagValueDivisionByZero");
+            return;
+        case DataType::signedRational:
+            value_.set(value);
+            warnOfDivisionByZero("ZEPHRA:veltrace:signedRational:badTagValueDivisionByZero");
+            return;
         case DataType::ifd:
             throw VeltraceRecoverableError{
                 "ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
                 message("Tag ", tagId_, " has an unrecognized TIFF_IFD data format.\n")};
     }
     throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
-                                   message("Did not recognize tag format ", dataType_, '\n')};
-}
-
-template <class Element>
-void TiffTag::appendNumbers(const std::byte* value) {
-    rawValues_.reserve(count_);
-    for (std::uint64_t i = 0; i < count_; ++i) {
-        Element element{};
-        std::memcpy(&element, value + i * sizeof element, sizeof element);
-        rawValues_.push_back(static_cast<double>(element));
-    }
-    outputValues_ = rawValues_;
-}
-
-template <class Word>
-void TiffTag::convertRationals(const std::byte* value, const char* warningIdentifier) {
-    rawValues_.reserve(2 * count_);
-    outputValues_.reserve(count_);
-    bool dividedByZero = false;
-    for (std::uint64_t i = 0; i < count_; ++i) {
-        std::array<Word, 2> pair{};
-        std::memcpy(pair.data(), value + i * sizeof pair, sizeof pair);
-        const auto numerator = static_cast<double>(pair[0]);
-        const auto denominator = static_cast<double>(pair[1]);
-        rawValues_.push_back(numerator);
-        rawValues_.push_back(denominator);
-        dividedByZero = dividedByZero || pair[1] == 0;
-        outputValues_.push_back(pair[1] != 0 ? numerator / denominator : qvGetNaN());
-    }
-    if (dividedByZero) {
-        warnOfDivisionByZero(warningIdentifier);
-    }
+                                   message("Did not recognize tag format ", dataType(), '\n')};
 }
 
 void TiffTag::warnOfDivisionByZero(const char* warningIdentifier) const {
+    if (!value_.dividesByZero()) {
+        return;
+    }
     issueHostWarning(warningIdentifier,
-                     message("The computation of the tag value for ", inQuotes(name_),
+                     message("The computation of the tag value for ", inQuotes(name()),
                              " involves division by zero.  The value has been set to NaN."));
 }
 
 void TiffTag::readSubDirectory(TagFile& reader) {
     const Pointer& pointer = *pointerFor(tagId_);
     const std::int64_t returnTo = reader.position();
-    if (!reader.seek(reader.offsetBase() + static_cast<std::int64_t>(valueOffset_))) {
+    if (!reader.seek(reader.offsetBase() + std::int64_t{valueOffset_})) {
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badSubIfdSeek",
                                        pointer.seekMessage};
     }

@@ -1,5 +1,6 @@
 // From decoded values to what a few tags mean.
 #include <algorithm>
+#include <utility>
 
 #include "entry/errors.h"
 #include "entry/message.h"
@@ -47,29 +48,18 @@ void TiffTag::processSpecificTags() {
                              message("Did not recognize IFD ID ", number(ifdId_), '\n')};
 }
 
+/// Only tags of these directories mean more than their values.
+bool TiffTag::isInterpreted() const {
+    return ifdId_ == IfdId::image || ifdId_ == IfdId::exif;
+}
+
 void TiffTag::applySpecificTreatment() {
-    const auto* enumerated = std::ranges::find(kEnumeratedTags, tagId_, &EnumeratedTag::tagId);
-    if (enumerated != std::end(kEnumeratedTags)) {
-        if (const auto value = firstValue()) {
-            outputText_ = wordFor(*enumerated->words, integerCode(*value));
-        }
-        return;
-    }
     switch (tagId_) {
-        case tag_id::kImageDescription:
-            // Kept: the only text that loses its terminating NUL.
-            if (!rawText_.empty()) {
-                rawText_.pop_back();
-            }
-            return;
         case tag_id::kGrayResponseUnit:
             applyGrayResponseUnit();
             return;
-        case tag_id::kXmp:
-            appendXmpText();
-            return;
         case tag_id::kIccProfile:
-            outputValues_.assign(1, static_cast<double>(static_cast<std::int64_t>(valueOffset_)));
+            reported_.set({static_cast<double>(valueOffset_)});
             return;
         default:
             return;
@@ -83,17 +73,24 @@ void TiffTag::applyGrayResponseUnit() {
     }
     const std::int32_t code = integerCode(*value);
     if (code >= 1 && code <= 5) {
-        outputValues_.front() = kGrayResponseMultipliers[code - 1];
-    } else {
-        outputText_ = "Unknown";
+        std::vector<double> values = outputValues();
+        values.front() = kGrayResponseMultipliers[code - 1];
+        reported_.set(std::move(values));
     }
 }
 
-void TiffTag::appendXmpText() {
-    outputText_.reserve(outputValues_.size());
-    for (const double value : outputValues_) {
-        outputText_.push_back(static_cast<char>(integerCode(value) & 0xFF));
+std::string_view TiffTag::word() const {
+    const bool isUnknownUnit = tagId_ == tag_id::kGrayResponseUnit && reported_.get() == nullptr;
+    const auto* enumerated = std::ranges::find(kEnumeratedTags, tagId_, &EnumeratedTag::tagId);
+    const bool isEnumerated = enumerated != std::end(kEnumeratedTags);
+    if ((!isUnknownUnit && !isEnumerated) || !isInterpreted()) {
+        return {};
     }
+    const auto value = firstValue();
+    if (!value) {
+        return {};
+    }
+    return isEnumerated ? wordFor(*enumerated->words, integerCode(*value)) : "Unknown";
 }
 
 }  // namespace veltrace

@@ -51,7 +51,7 @@ std::size_t JpegTagFile::readOffset(std::uint64_t* offset) {
 
 void JpegTagFile::checkSignature() {
     unsigned char bytes[2] = {};
-    if (std::fread(bytes, 1, sizeof bytes, stream()) < sizeof bytes) {
+    if (read(bytes, 1, sizeof bytes) < sizeof bytes) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:JpegTagFile:fileSignatureReadFailure",
                                  message("Unable to read the first two bytes of the file. ",
                                          inQuotes(fileName()), " is probably corrupt.\n")};
@@ -68,7 +68,7 @@ void JpegTagFile::checkSignature() {
 
 unsigned char JpegTagFile::readMarker() {
     unsigned char marker[2] = {};
-    if (std::fread(marker, 1, sizeof marker, stream()) < sizeof marker) {
+    if (read(marker, 1, sizeof marker) < sizeof marker) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:jpegMarkerReadFailure",
             message("Could not read one of the JPEG markers, ", mayBeCorrupt())};
@@ -84,14 +84,14 @@ unsigned char JpegTagFile::readMarker() {
 
 std::uint16_t JpegTagFile::readSegmentLength() {
     unsigned char high = 0;
-    if (std::fread(&high, 1, 1, stream()) != 1) {
+    if (read(&high, 1, 1) != 1) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:highOrderByteSectionSizeReadFailure",
             message("Could not read the high order byte of the JPEG section size, ",
                     mayBeCorrupt())};
     }
     unsigned char low = 0;
-    if (std::fread(&low, 1, 1, stream()) != 1) {
+    if (read(&low, 1, 1) != 1) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:lowOrderByteSectionSizeReadFailure",
             message("Could not read the low order byte of the JPEG section size, ",
@@ -102,7 +102,7 @@ std::uint16_t JpegTagFile::readSegmentLength() {
 
 // Kept: a stated length of 0 or 1 moves backwards, into the length itself.
 void JpegTagFile::skipPayload(std::uint16_t segmentLength) {
-    if (std::fseek(stream(), long{segmentLength} - 2, SEEK_CUR) != 0) {
+    if (!skip(std::int64_t{segmentLength} - 2)) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:badJpegSectionSeek",
             message("Could not read past one of the JPEG data sections, ", mayBeCorrupt())};
@@ -111,7 +111,7 @@ void JpegTagFile::skipPayload(std::uint16_t segmentLength) {
 
 void JpegTagFile::readExifHeader() {
     char identifier[6] = {};
-    if (std::fread(identifier, 1, sizeof identifier, stream()) < sizeof identifier) {
+    if (read(identifier, 1, sizeof identifier) < sizeof identifier) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:badJpegExifHeaderRead",
                                  message("Unable to read the JPEG Exif header, ", mayBeCorrupt())};
     }

@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t kMostKeptBack = std::size_t{256} * 1024;
 // Assumed below the first caller when the system does not tell the limits.
 constexpr std::size_t kRoomWhenUnknown = std::size_t{128} * 1024;
+// Taken to be there below the first caller; the directories of a photograph nest no deeper.
+constexpr std::size_t kRoomOfAnyStack = std::size_t{4} * 1024;
 
 std::uintptr_t currentAddress() {
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -28,16 +30,23 @@ std::size_t mostThatMemoryAllows() {
 }  // namespace
 
 void StackRoom::require() {
+    const std::uintptr_t here = currentAddress();
+    if (first_ == 0) {
+        first_ = here;
+    }
+    if (here > first_ - kRoomOfAnyStack) {
+        return;
+    }
     if (lowest_ == 0) {
         measure();
     }
-    if (currentAddress() < lowest_) {
+    if (here < lowest_) {
         throw StackExhausted{};
     }
 }
 
 void StackRoom::measure() {
-    lowest_ = currentAddress() - kRoomWhenUnknown;
+    lowest_ = first_ - kRoomWhenUnknown;
     pthread_attr_t attributes;
     if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
         return;

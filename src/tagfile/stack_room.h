@@ -9,7 +9,8 @@ namespace veltrace {
 /// classes, so the entry point reports it as it reports exhausted memory.
 struct StackExhausted {};
 
-/// The stack of the thread that first asks. Used by one thread only.
+/// The stack of the thread that first asks, of which a few kilobytes below that caller are taken to
+/// be there. Used by one thread only.
 class StackRoom {
 public:
     /// Returns while there is stack left for one more level of nesting; throws `StackExhausted`
@@ -20,9 +21,10 @@ public:
     void require();
 
 private:
-    // Finding the limits costs a system call or more, so only files that nest pay, and once.
+    // To find the limits the system may read a file, so only files that nest deep pay, and once.
     void measure();
 
+    std::uintptr_t first_ = 0;   // address of the first caller's frame
     std::uintptr_t lowest_ = 0;  // address that no frame of a read may go below; 0: not measured
 };
 

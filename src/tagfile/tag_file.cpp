@@ -1,6 +1,7 @@
 // Life of a reader: opening, copying, closing.
 #include "tagfile/tag_file.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "entry/errors.h"
@@ -28,7 +29,7 @@ TagFile::TagFile(const char* fileName) : fileName_(fileName) {
             message("The image file ", inQuotes(fileName_), " may not exist.\n")};
     }
     determineComputerByteOrder();
-    openStream("ZEPHRA:veltrace:TagFile:fileOpenFailure");
+    openFile("ZEPHRA:veltrace:TagFile:fileOpenFailure");
     defaultFieldNames_.reserve(kMostDefaultFieldNames);
     for (const char* name : kGeneralFieldNames) {
         appendDefaultFieldName(name);
@@ -42,26 +43,33 @@ TagFile::TagFile() {
 
 TagFile::TagFile(const TagFile& other) {
     copyDescription(other);
-    openStream("ZEPHRA:veltrace:TagFileCopyConstructer:fileOpenFailure");
+    openFile("ZEPHRA:veltrace:TagFileCopyConstructer:fileOpenFailure");
 }
 
 // Kept: no test for self-assignment; the file is closed and opened again.
 TagFile& TagFile::operator=(const TagFile& other) {  // NOLINT(cert-oop54-cpp)
-    if (!closeStream()) {
+    if (!file_.close()) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:operator_equals",
                                  message("Could not properly close ", inQuotes(fileName_), '\n')};
     }
     copyDescription(other);
-    openStream("ZEPHRA:veltrace:TagFileAssignmentOperator:fileOpenFailure");
+    openFile("ZEPHRA:veltrace:TagFileAssignmentOperator:fileOpenFailure");
     return *this;
 }
 
 TagFile::~TagFile() noexcept(false) {  // NOLINT(bugprone-exception-escape)
     ifdSet_.reset();
-    if (!closeStream()) {
+    if (!file_.close()) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:fileCloseFailure",
                                  message("Could not properly close ", inQuotes(fileName_), '\n')};
     }
+}
+
+bool TagFile::isDefaultFieldName(std::string_view name) const {
+    // Names rarely begin alike, and a whole comparison costs a call.
+    return std::ranges::any_of(defaultFieldNames_, [name](const char* defaultName) {
+        return *defaultName == name.front() && name == defaultName;
+    });
 }
 
 std::uint32_t TagFile::getNumIfds() const {
@@ -82,19 +90,19 @@ std::int64_t TagFile::absolutePosition(std::uint64_t offset) const {
 }
 
 std::int64_t TagFile::position() const {
-    return std::ftell(stream());
+    return file_.position();
 }
 
 bool TagFile::seek(std::int64_t position) {
-    return std::fseek(stream(), position, SEEK_SET) != -1;
+    return file_.seek(position);
 }
 
-std::uint64_t TagFile::entryCountField(const std::byte* entry) const {
-    return entryField<std::uint32_t>(entry + 4);
+bool TagFile::skip(std::int64_t distance) {
+    return file_.skip(distance);
 }
 
-std::uint64_t TagFile::entryOffsetField(const std::byte* entry) const {
-    return entryField<std::uint32_t>(entry + 8);
+std::size_t TagFile::read(void* items, std::size_t size, std::size_t count) {
+    return file_.read(items, size, count);
 }
 
 void TagFile::setLayout(std::int32_t entrySize, std::int32_t countSize, std::int32_t offsetSize) {
@@ -115,17 +123,11 @@ void TagFile::determineComputerByteOrder() {
     computerIsBigEndian_ = !computerIsLittleEndian_;
 }
 
-void TagFile::openStream(const char* failureIdentifier) {
-    stream_.reset(fopen64(fileName_.c_str(), "rb"));
-    if (!stream_) {
+void TagFile::openFile(const char* failureIdentifier) {
+    if (!file_.open(fileName_.c_str(), fileSize())) {
         throw VeltraceFatalError{failureIdentifier,
                                  message("Could not open ", inQuotes(fileName_), '\n')};
     }
-}
-
-bool TagFile::closeStream() {
-    std::FILE* stream = stream_.release();
-    return stream == nullptr || std::fclose(stream) == 0;
 }
 
 void TagFile::copyDescription(const TagFile& other) {

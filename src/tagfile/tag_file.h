@@ -9,11 +9,13 @@
 #include <ctime>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
 #include "zephra/qv.h"
 
+#include "tagfile/input_file.h"
 #include "tagfile/stack_room.h"
 #include "tagfile/swap_bytes.h"
 
@@ -67,7 +69,7 @@ public:
     virtual std::size_t readOffset(std::uint64_t* offset) = 0;
 
     [[nodiscard]] FormatType formatType() const { return formatType_; }
-    [[nodiscard]] std::FILE* stream() const { return stream_.get(); }
+    [[nodiscard]] std::FILE* stream() const { return file_.stream(); }
     [[nodiscard]] std::string fileName() const { return fileName_; }
     [[nodiscard]] bool swapFlag() const { return swapFlag_; }
     /// Absolute position of the TIFF header; every offset in the file counts from it.
@@ -92,6 +94,7 @@ public:
     [[nodiscard]] const std::vector<const char*>& defaultFieldNames() const {
         return defaultFieldNames_;
     }
+    [[nodiscard]] bool isDefaultFieldName(std::string_view name) const;
     /// Stack for sub-directories of this file.
     [[nodiscard]] StackRoom& stackRoom() { return stackRoom_; }
 
@@ -110,6 +113,11 @@ public:
     [[nodiscard]] std::int64_t position() const;
     /// Moves to an absolute position; false when the system refuses.
     [[nodiscard]] bool seek(std::int64_t position);
+    /// Moves by a distance; false when the system refuses.
+    [[nodiscard]] bool skip(std::int64_t distance);
+    /// Reads `count` items of `size` bytes as they stand in the file. Gives the number of whole
+    /// items that are there.
+    [[nodiscard]] std::size_t read(void* items, std::size_t size, std::size_t count);
     /// Reads one item of the size of `Number` and brings it into this computer's byte order. False,
     /// with `number` unspecified, when the item is not there in full.
     template <class Number>
@@ -119,8 +127,12 @@ public:
     template <class Number>
     [[nodiscard]] Number entryField(const std::byte* field) const;
     /// Count (bytes 4 to 7) and value or offset (bytes 8 to 11) of a raw entry.
-    [[nodiscard]] std::uint64_t entryCountField(const std::byte* entry) const;
-    [[nodiscard]] std::uint64_t entryOffsetField(const std::byte* entry) const;
+    [[nodiscard]] std::uint32_t entryCountField(const std::byte* entry) const {
+        return entryField<std::uint32_t>(entry + 4);
+    }
+    [[nodiscard]] std::uint32_t entryOffsetField(const std::byte* entry) const {
+        return entryField<std::uint32_t>(entry + 8);
+    }
 
 protected:
     void setFormatType(FormatType formatType) { formatType_ = formatType; }
@@ -138,21 +150,13 @@ protected:
                         const char* seekIdentifier);
 
 private:
-    struct CloseStream {
-        void operator()(std::FILE* stream) const {
-            static_cast<void>(std::fclose(stream));  // only on the way out of an error
-        }
-    };
-
     void determineComputerByteOrder();
     void readByteOrder();
-    void openStream(const char* failureIdentifier);
-    /// False when the system could not close the stream properly. It is gone either way.
-    bool closeStream();
+    void openFile(const char* failureIdentifier);
     void copyDescription(const TagFile& other);
 
     FormatType formatType_ = FormatType::jpeg;
-    std::unique_ptr<std::FILE, CloseStream> stream_;
+    InputFile file_;
     std::string fileName_;
     bool swapFlag_ = false;
     std::int64_t offsetBase_ = 0;
@@ -172,7 +176,7 @@ private:
 
 template <class Number>
 bool TagFile::readNumber(Number* number) {
-    const bool complete = std::fread(number, sizeof *number, 1, stream()) == 1;
+    const bool complete = read(number, sizeof *number, 1) == 1;
     if (complete) {
         swapBytes(number, sizeof *number, 1, swapFlag_);
     }

@@ -26,7 +26,7 @@ void TagFile::beginHeader() {
 }
 
 void TagFile::readByteOrder() {
-    if (std::fread(byteOrderMark_.data(), byteOrderMark_.size(), 1, stream()) != 1) {
+    if (read(byteOrderMark_.data(), byteOrderMark_.size(), 1) != 1) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:tiffHeaderEndianReadFailure",
                                  message("Could not read TIFF header byte order the image file ",
                                          inQuotes(fileName_), " may be corrupt.")};

@@ -95,7 +95,7 @@ TEST(DumpStream, GetsNumbersWithoutPunctuationAndKeepsItsLocale) {
         expectWithoutPunctuation(reader);
         expectWithoutPunctuation(*reader.ifdSet());
         expectWithoutPunctuation(reader.ifdSet()->directories().at(0));
-        expectWithoutPunctuation(reader.ifdSet()->directories().at(0).knownTags().at(0));
+        expectWithoutPunctuation(reader.ifdSet()->directories().at(0).knownTags()[0]);
     });
 }
 

@@ -51,7 +51,7 @@ TEST(TagDump, HasARowForEachFactOfTheEntry) {
         TiffBuilder file;
         file.image().shorts(37383, {5});
         const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
-        EXPECT_EQ(dump(directory.knownTags().at(0)), kMeteringMode);
+        EXPECT_EQ(dump(directory.knownTags()[0]), kMeteringMode);
     });
 }
 
@@ -60,7 +60,7 @@ TEST(TagDump, OfATextHasNoNumbersButTheBlankAfterEachColonAndTheRawBytes) {
         TiffBuilder file;
         file.image().rawAscii(305, std::string_view("kiln\0\x1b\0", 7));
         const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
-        EXPECT_EQ(dump(directory.knownTags().at(0)),
+        EXPECT_EQ(dump(directory.knownTags()[0]),
                   kHeavy +
                       "Tag ID 305: Software\n"
                       "Format:  2\n"
@@ -78,7 +78,7 @@ TEST(TagDump, WritesAThirdWithEightSignificantDigits) {
         TiffBuilder file;
         file.image().rationals(33434, {{1, 3}, {123'456'789, 10}});
         const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
-        EXPECT_EQ(dump(directory.knownTags().at(0)),
+        EXPECT_EQ(dump(directory.knownTags()[0]),
                   kHeavy +
                       "Tag ID 33434: ExposureTime\n"
                       "Format:  5\n"
@@ -97,16 +97,16 @@ TEST(TagDump, OfAnUnknownTagHasNoName) {
         TiffBuilder file;
         file.image().longs(60'000, {7, 4'000'000'000});
         const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
-        EXPECT_EQ(dump(directory.unknownTags().at(0)), kHeavy +
-                                                           "Tag ID 60000: \n"
-                                                           "Format:  4\n"
-                                                           "Num Components:  2\n"
-                                                           "Total Size:  8 bytes.\n"
-                                                           "Offset:  26\n"
-                                                           "Raw Numeric data: 7 4e+09 \n"
-                                                           "Processed Numeric data: 7 4e+09 \n"
-                                                           "Raw String data: \n" +
-                                                           kHeavy);
+        EXPECT_EQ(dump(directory.unknownTags()[0]), kHeavy +
+                                                        "Tag ID 60000: \n"
+                                                        "Format:  4\n"
+                                                        "Num Components:  2\n"
+                                                        "Total Size:  8 bytes.\n"
+                                                        "Offset:  26\n"
+                                                        "Raw Numeric data: 7 4e+09 \n"
+                                                        "Processed Numeric data: 7 4e+09 \n"
+                                                        "Raw String data: \n" +
+                                                        kHeavy);
     });
 }
 
@@ -116,9 +116,9 @@ TEST(TagDump, LeavesOutTheOutputText) {
         file.image().shorts(259, {1});  // Compression, reported as a word
         const IFDSet chain(*OpenedTiff<>(file), IfdId::image);
         const auto& tags = chain.directories().at(0).knownTags();
-        ASSERT_EQ(tags.at(0).tagId(), 259);
-        ASSERT_EQ(tags.at(0).outputText(), "Uncompressed");
-        EXPECT_EQ(dump(tags.at(0)).find("Uncompressed"), std::string::npos);
+        ASSERT_EQ(tags[0].tagId(), 259);
+        ASSERT_EQ(tags[0].outputText(), "Uncompressed");
+        EXPECT_EQ(dump(tags[0]).find("Uncompressed"), std::string::npos);
     });
 }
 
@@ -130,7 +130,7 @@ TEST(TagDump, RestoresTheFormatFlagsButNotThePrecision) {
         std::ostringstream stream;
         stream << std::hex << std::showbase << std::scientific << std::setprecision(3);
         const auto flags = stream.flags();
-        stream << directory.knownTags().at(0);
+        stream << directory.knownTags()[0];
         EXPECT_EQ(stream.str(), kMeteringMode) << "decimal, whatever the stream was used for";
         EXPECT_EQ(stream.flags(), flags);
         EXPECT_EQ(stream.precision(), 8);
@@ -142,16 +142,16 @@ TEST(TagDump, OfAnExifPointerHoldsTheWholeDirectorySetBeforeItsClosingRule) {
         TiffBuilder file;
         file.image().sub(34665, file.child().shorts(37383, {5}));
         const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
-        EXPECT_EQ(dump(directory.knownTags().at(0)), kHeavy +
-                                                         "Tag ID 34665: DigitalCamera\n"
-                                                         "Format:  4\n"
-                                                         "Num Components:  1\n"
-                                                         "Total Size:  4 bytes.\n"
-                                                         "Offset:  26\n"
-                                                         "Raw Numeric data: \n"
-                                                         "Processed Numeric data: \n"
-                                                         "Raw String data: \n" +
-                                                         kMeteringChain + kHeavy);
+        EXPECT_EQ(dump(directory.knownTags()[0]), kHeavy +
+                                                      "Tag ID 34665: DigitalCamera\n"
+                                                      "Format:  4\n"
+                                                      "Num Components:  1\n"
+                                                      "Total Size:  4 bytes.\n"
+                                                      "Offset:  26\n"
+                                                      "Raw Numeric data: \n"
+                                                      "Processed Numeric data: \n"
+                                                      "Raw String data: \n" +
+                                                      kMeteringChain + kHeavy);
     });
 }
 

@@ -24,7 +24,7 @@ TEST(TagDump, HasAnOffsetBeyond2Gigabytes) {
         IFD directory(reader, IfdId::exif);
         directory.readIfd();
         std::ostringstream text;
-        text << directory.knownTags().at(0);
+        text << directory.knownTags()[0];
         EXPECT_THAT(text.str(), testing::HasSubstr("Offset:  3000000000\n"));
         EXPECT_THAT(text.str(), testing::HasSubstr("Raw Numeric data: 101 109 98 101 114 \n"));
     });

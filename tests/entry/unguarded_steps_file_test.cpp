@@ -62,15 +62,16 @@ TEST(UnguardedStep, FileThatNoLongerOpensReachesTheHostUnconvertedAndLeavesTheNa
     EXPECT_EQ(openDescriptors(), descriptors - 1) << "the end that feeds the file is closed";
 }
 
-// The format test takes the first two bytes, so a third one is with the reader.
+// The format test takes the first two bytes, so what follows is with the reader, which waits for
+// one byte more when its stream is closed.
 
 TEST(UnguardedStep, FailingCloseReachesTheHostUnconvertedAfterTheNameIsFreed) {
     PacedFile file;
     const ModuleRun run = pacedRun(file, [&file] {
         file.feedAndWait({0xFF, 0xD8});
-        file.feedAndWait({0xFF});
+        file.feedAndWait({0xFF, 0xD8, 0xFF, 0xDB, 0});
         file.closeStreams();
-        file.feed({0xD8, 0xFF, 0xDB, 0, 2});
+        file.feed({2});
     });
     EXPECT_THAT(run.messages(), ElementsAre(kUnconverted));
     EXPECT_EQ(run.leftovers().blocks, 0U);
@@ -80,9 +81,9 @@ TEST(UnguardedStep, FailingCloseAfterAFatalErrorTakesItsPlaceAndLeavesTheName) {
     PacedFile file;
     const ModuleRun run = pacedRun(file, [&file] {
         file.feedAndWait({0xFF, 0xD8});
-        file.feedAndWait({0xFF});
+        file.feedAndWait({0xFF, 0xD8, 0});
         file.closeStreams();
-        file.feed({0xD8, 0, 0xE1, 0, 8});
+        file.feed({0xE1});
     });
     EXPECT_THAT(run.messages(), ElementsAre(kUnconverted));
     EXPECT_FALSE(run.output());

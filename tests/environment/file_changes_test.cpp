@@ -97,19 +97,20 @@ TEST_F(ChangingFile, ThatShrinksBeforeItsStatusPointsPastItsEnd) {
                                     "the image may be corrupt.")));
 }
 
-// The value of Make stands behind the table, at byte 8 + 2 + 2 * 12 + 4.
+// The description stands behind the table, at byte 8 + 2 + 3 * 12 + 4, and is longer than what is
+// read ahead; the value of Make is read fifth, after two format tests and two reads of the above.
 TEST_F(ChangingFile, ThatIsCutBetweenTableAndValueLosesTheValue) {
     TiffBuilder file;
-    file.image().ascii(271, "a long name").shorts(274, {6});
-    std::size_t moves = 0;
-    const When secondMove = [&moves](std::size_t, Step step) {
-        return step == Step::move && ++moves == 2;
+    file.image().ascii(270, std::string(40'001, 'd')).ascii(271, "a long name").shorts(274, {6});
+    std::size_t reads = 0;
+    const When fifthRead = [&reads](std::size_t, Step step) {
+        return step == Step::read && ++reads == 5;
     };
-    const ModuleRun result = run(file.bytes(), secondMove, [this] { resize(40); });
+    const ModuleRun result = run(file.bytes(), fifthRead, [this] { resize(40'060); });
     EXPECT_THAT(
         result.messages(),
         ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
-                            "Unable to read TIFF tag \"Make\" value from byte location 38.")));
+                            "Unable to read TIFF tag \"Make\" value from byte location 40052.")));
     EXPECT_FALSE(result.hasField({"Make"}));
     EXPECT_EQ(result.number({"Orientation"}), 6);
 }

@@ -1,12 +1,14 @@
 #include "faults/faulty_call.h"
 
 #include <ctime>
+#include <gtest/gtest.h>
 #include <limits>
 #include <new>
 
 #include "faults/emptied_places.h"
 #include "faults/fault_messages.h"
 #include "support/module_run.h"
+#include "support/tiff_builder.h"
 #include "sweep/well_formed.h"
 #include "tagfile/tag_file.h"
 
@@ -51,6 +53,22 @@ std::string Prepared::fileName() const {
     return name != nullptr ? *name : "";
 }
 
+namespace {
+
+/// The module keeps the stand-ins for baseline tags from its first TIFF file on.
+void makeWhatAllCallsShare() {
+    static const bool isMade = [] {
+        TiffBuilder file;
+        file.image().shorts(274, {1});
+        const MemoryFile memory(file.bytes());
+        const zephra::Argument name{memory.name()};
+        return !zephra::Host().call(moduleUnderTest(), {&name, 1}).error();
+    }();
+    EXPECT_TRUE(isMade);
+}
+
+}  // namespace
+
 zephra::Settings boundedHost() {
     zephra::Settings settings = strictHost();
     settings.blockBudget = kBlocks;
@@ -62,8 +80,9 @@ FaultyCall::FaultyCall(const Prepared& prepared, const Fault& fault,
     : fileName_(prepared.fileName()),
       defaultFields_(prepared.defaultFields()),
       fault_(fault),
-      settings_(settings),
-      blocksBefore_(Injection::blocksOut()) {
+      settings_(settings) {
+    makeWhatAllCallsShare();
+    blocksBefore_ = Injection::blocksOut();
     const zephra::EntryPoint module = moduleUnderTest();
     const zephra::Host host(settings);
     resetReaderWatch();

@@ -81,7 +81,7 @@ private:
     std::size_t defaultFields_;
     Fault fault_;
     zephra::Settings settings_;
-    std::size_t blocksBefore_;
+    std::size_t blocksBefore_ = 0;
     std::optional<zephra::CallResult> result_;
     std::uint64_t asked_ = 0;
     std::uint64_t refused_ = 0;

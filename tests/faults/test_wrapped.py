@@ -15,6 +15,8 @@ FILES = set("""__fread_chk __fgets_chk __pread_chk __pread64_chk __read_chk acce
     fseeko64 fsetpos fstat fstat64 fstatat fstatat64 ftell ftello ftello64 getc lseek lseek64 lstat
     lstat64 mmap mmap64 open open64 openat openat64 pread pread64 read readv rewind setvbuf stat
     stat64 statx""".split())
+# Reads nothing; a stream whose buffer cannot be taken away reads the same.
+HARMLESS = {"setvbuf"}
 NEW = re.compile(r"_Zn[wa]\w+")  # operator new in any of its forms, each of which is replaced
 
 
@@ -26,7 +28,7 @@ def imports_of(path, *options):
 
 def test_all_that_is_imported_is_wrapped():
     imported = imports_of(MODULE, "-D") | imports_of(HOST)
-    assert (imported & (MEMORY | FILES)) <= WRAPPED
+    assert (imported & (MEMORY | FILES)) - HARMLESS <= WRAPPED
     assert any(NEW.fullmatch(name) for name in imported)
 
 

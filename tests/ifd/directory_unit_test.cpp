@@ -16,7 +16,8 @@ using testing::IsEmpty;
 const std::vector<std::uint16_t> kBaseline{254, 258, 259, 263, 266, 273, 274, 277, 278, 279, 280,
                                            281, 282, 283, 284, 290, 296, 320, 322, 323, 324, 325};
 
-std::vector<std::uint16_t> idsOf(const std::vector<TiffTag>& tags) {
+template <class Tags>
+std::vector<std::uint16_t> idsOf(const Tags& tags) {
     std::vector<std::uint16_t> ids;
     for (const TiffTag& tag : tags) {
         ids.push_back(tag.tagId());
@@ -133,7 +134,7 @@ TEST(ReadDirectory, CopyHasEverything) {
         IFD copy;
         copy = directory;
         EXPECT_THAT(idsOf(copy.knownTags()), ElementsAre(258, 262, 277));
-        EXPECT_NE(copy.knownTags().data(), directory.knownTags().data());
+        EXPECT_NE(&copy.knownTags().front(), &directory.knownTags().front());
         EXPECT_THAT(idsOf(copy.unknownTags()), ElementsAre(60'000));
         EXPECT_EQ(copy.position(), 8);
         EXPECT_EQ(copy.ifdId(), IfdId::exif);

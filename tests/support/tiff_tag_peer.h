@@ -1,7 +1,7 @@
 // Reaches operations of a tag that no file can reach.
 #pragma once
 
-#include <string_view>
+#include <cstdint>
 
 #include "tag/tiff_tag.h"
 
@@ -9,8 +9,9 @@ namespace veltrace {
 
 struct TiffTagPeer {
     static void setIfdId(TiffTag& tag, IfdId ifdId) { tag.ifdId_ = ifdId; }
-    static void setDataType(TiffTag& tag, std::uint16_t dataType) { tag.dataType_ = dataType; }
-    static void setRawText(TiffTag& tag, std::string_view text) { tag.rawText_ = text; }
+    static void setDataType(TiffTag& tag, std::uint16_t dataType) {
+        tag.value_ = TagValue(dataType, 0);
+    }
     static void getTagName(TiffTag& tag) { tag.getTagName(); }
     static void processSpecificTags(TiffTag& tag) { tag.processSpecificTags(); }
     static void checkNesting(const TiffTag& tag) { tag.checkNesting(); }

@@ -32,8 +32,8 @@ TEST(EntryFacts, LowWordOfAnOffsetHas32Bits) {
         reader.readHeader();
         IFD directory(reader, IfdId::exif);
         directory.readIfd();
-        EXPECT_EQ(directory.knownTags().at(0).valueOffset(), 3'000'000'000U);
-        EXPECT_EQ(directory.knownTags().at(0).valueOffsetLowWord(), 3'000'000'000U);
+        EXPECT_EQ(directory.knownTags()[0].valueOffset(), 3'000'000'000U);
+        EXPECT_EQ(directory.knownTags()[0].valueOffsetLowWord(), 3'000'000'000U);
     });
 }
 

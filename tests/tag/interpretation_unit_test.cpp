@@ -56,15 +56,16 @@ TEST(Interpretation, KeepsTheRawValuesOfWhatItReplaces) {
     });
 }
 
-// No file makes a tag with a word and a text: words come from numbers.
-TEST(Interpretation, GivesAWordThatPrecedesTextAndNumbers) {
+// A value is a text or numbers, and words come from numbers.
+TEST(Interpretation, GivesAWordThatPrecedesNumbersAndATextInPlaceOfThem) {
     inQuietCall([] {
         TiffTag tag(259, IfdId::image);
-        TiffTagPeer::setRawText(tag, "text");
         EXPECT_EQ(zephra::Value(tag.outputValue()).text(), "Uncompressed");
-        TiffTag withoutWord(274, IfdId::image);
-        TiffTagPeer::setRawText(withoutWord, "text");
-        EXPECT_EQ(zephra::Value(withoutWord.outputValue()).text(), "text");
+        TiffBuilder file;
+        file.image().rawAscii(259, "text");
+        const OneTag one(file.bytes());
+        TiffTag text = one.tag();
+        EXPECT_EQ(zephra::Value(text.outputValue()).text(), "text");
     });
 }
 

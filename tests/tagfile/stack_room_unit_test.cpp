@@ -89,6 +89,7 @@ TEST(StackRoom, Is128KilobytesWhenTheSystemDoesNotTellTheLimits) {
     {
         const Limited noMoreFiles(RLIMIT_NOFILE, 0);
         EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
+        EXPECT_TRUE(hasRoomBelow(room, 16 * kKilobyte));
     }
     EXPECT_TRUE(hasRoomBelow(room, 120 * kKilobyte));
     EXPECT_FALSE(hasRoomBelow(room, 136 * kKilobyte));
@@ -102,6 +103,7 @@ TEST(StackRoom, IsAQuarterOfTheMemoryThatTheProcessMayHaveWhereTheStackIsLarger)
         {
             const Limited memory(RLIMIT_AS, 4 * 1024 * kKilobyte);
             EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
+            EXPECT_TRUE(hasRoomBelow(room, 16 * kKilobyte));
         }
         EXPECT_TRUE(hasRoomBelow(room, (1024 - 256 - 32) * kKilobyte));
         EXPECT_FALSE(hasRoomBelow(room, (1024 - 256) * kKilobyte));
