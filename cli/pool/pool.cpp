@@ -49,6 +49,12 @@ bool Pool::isIdle() const {
                                [](const WorkerProcess& worker) { return worker.load() == 0; });
 }
 
+bool Pool::isBusy() const {
+    return !workers_.empty() && std::ranges::all_of(workers_, [](const WorkerProcess& worker) {
+        return worker.isReady() && worker.load() > kMostInFlight / 2;
+    });
+}
+
 /// A file that a process has died of goes to a new one, alone, so that it costs no other file a
 /// second time.
 void Pool::dispatch() {

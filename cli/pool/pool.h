@@ -52,6 +52,9 @@ public:
     /// Whether every request has its outcome.
     [[nodiscard]] bool isIdle() const;
 
+    /// Whether every worker has so many requests left that none will wait for more soon.
+    [[nodiscard]] bool isBusy() const;
+
     /// Hands requests over, and adds the descriptors to wait for. The caller holds `held` bytes of
     /// outcomes.
     void addTo(std::vector<pollfd>& set, std::size_t held);

@@ -1,6 +1,8 @@
 #include "render/json_check.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <rapidjson/reader.h>
 #include <string>
 
@@ -53,10 +55,29 @@ bool startsInvisibly(std::string_view bytes) {
     return lead < 0x80 || bytes.starts_with("\xE2\x80\xA8") || bytes.starts_with("\xE2\x80\xA9");
 }
 
+/// Whether all of eight bytes are printable ASCII characters and none is a backslash.
+bool arePlain(const char* bytes) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    constexpr std::uint64_t kHighBits = 0x80 * kOnes;
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    if ((word & kHighBits) != 0) {
+        return false;
+    }
+    // With the high bits clear no sum carries into the next byte.
+    const std::uint64_t reachesBlank = word + (0x80 - 0x20) * kOnes;
+    const std::uint64_t reachesDelete = word + (0x80 - 0x7F) * kOnes;
+    const std::uint64_t isNoBackslash = (word ^ ('\\' * kOnes)) + 0x7F * kOnes;
+    return (reachesBlank & ~reachesDelete & isNoBackslash & kHighBits) == kHighBits;
+}
+
 /// Whether `json` has no control character, and no escape but those that `appendText` writes: an
 /// escaped half of a surrogate pair is a text for some readers and an error for others.
 bool isWrittenVisibly(std::string_view json) {
     for (std::size_t i = 0; i < json.size(); ++i) {
+        while (json.size() - i > 8 && arePlain(json.data() + i)) {
+            i += 8;
+        }
         const auto byte = static_cast<unsigned char>(json[i]);
         if (byte == '\\') {
             const std::string_view escape = json.substr(++i);  // two backslashes start no other

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <chrono>
 #include <memory>
+#include <thread>
 #include <utility>
 
 #include "render/renderer.h"
@@ -16,6 +18,8 @@ constexpr std::chrono::milliseconds kOversleep{100};
 /// Work between two waits that no worker can make longer, piece by piece, at its own pace. What
 /// takes longer waited for something: the output, the list of names, the end of a process.
 constexpr std::chrono::milliseconds kWork{10};
+/// A few small files are read in this time, and a large one does not get noticeably later.
+constexpr std::chrono::microseconds kGathering{150};
 
 class IsolatedReading {
 public:
@@ -34,6 +38,7 @@ public:
             if (feed_.isAtEnd() && pool_.isIdle()) {
                 break;
             }
+            reading_.sink.flush();
             wait();
             reading_.progress.show(reading_.sink.tally(),
                                    reading_.total ? reading_.total : feed_.total());
@@ -55,8 +60,17 @@ private:
         }
     }
 
+    /// A process that sleeps is woken for every answer, which costs both sides more than a small
+    /// file does. While the workers have enough to do, answers are left to gather.
+    void letAnswersGather() {
+        if (pool_.isBusy()) {
+            std::this_thread::sleep_for(kGathering);
+        }
+    }
+
     void wait() {
         // Names that are not taken now would be ready all the time.
+        letAnswersGather();
         set_ = {{wakeUpDescriptor(), POLLIN, 0}, {hasRoom() ? feed_.descriptor() : -1, POLLIN, 0}};
         pool_.addTo(set_, reading_.sink.heldBytes());
         waitForReady();

@@ -29,6 +29,7 @@ Ending readInProcess(const Reading& reading, const WorkerSetup& setup) {
         if (const auto file = feed.next()) {
             reading.sink.expect(file->sequence, file->path);
             reading.sink.deliver(file->sequence, reader.read(file->path));
+            reading.sink.flush();  // the next file may end this process
             reading.progress.show(reading.sink.tally(),
                                   reading.total ? reading.total : feed.total());
         } else if (!feed.isAtEnd()) {

@@ -12,6 +12,8 @@ constexpr std::size_t kMostHeldRecords = 2048;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
 /// What a record has besides its outcome, most of the time.
 constexpr std::size_t kMoreThanOutcome = std::size_t{16} << 10;
+/// Records are written together up to this many bytes.
+constexpr std::size_t kMostUnwritten = std::size_t{64} << 10;
 /// What the buffer keeps between records.
 constexpr std::size_t kKeptCapacity = std::size_t{1} << 20;
 
@@ -78,9 +80,13 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
     for (const std::uint32_t field : record.outcome.rendering.fieldsSeen) {
         fieldsSeen_.at(field) = true;
     }
-    begin();
     const bool hasMessages = record.outcome.error || !record.outcome.warnings.empty();
-    if (options_.sharesTerminal || (options_.tellsMessages && hasMessages)) {
+    const bool tells = options_.tellsMessages && hasMessages;
+    if (tells) {
+        flush();  // where both go to one place, messages come before the record that they belong to
+    }
+    begin();
+    if (options_.sharesTerminal || tells) {
         progress_.clear();
     }
     if (options_.tellsMessages) {
@@ -88,7 +94,9 @@ void RecordSink::write(std::uint64_t sequence, Held held) {
     }
     text_.reserve(text_.size() + size + kMoreThanOutcome);  // growing by itself it would double
     writer_->record(record, text_);
-    flush();
+    if (options_.sharesTerminal || tells || text_.size() >= kMostUnwritten) {
+        flush();
+    }
 }
 
 void RecordSink::end() {

@@ -36,6 +36,8 @@ public:
     /// A file that will have an outcome. Sequences ascend.
     void expect(std::uint64_t sequence, std::string path);
     void deliver(std::uint64_t sequence, Outcome outcome);
+    /// Writes what is not written yet. Records wait for this, or until there are many of them.
+    void flush();
     /// Completes the output, which is then whole also without any record.
     void end();
 
@@ -57,7 +59,6 @@ private:
     void begin();
     void writeThoseInTurn();
     void write(std::uint64_t sequence, Held held);
-    void flush();
 
     SinkOptions options_;
     std::unique_ptr<RecordWriter> writer_;

@@ -1,6 +1,7 @@
 #include "worker/worker.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
 #include <new>
 #include <optional>
@@ -109,6 +110,8 @@ private:
 };
 
 int work(Requests& requests, const WorkerSetup& setup) {
+    // Without a name for the time zone the C library looks at its file for every date.
+    static_cast<void>(setenv("TZ", ":/etc/localtime", 0));
     const zephra::Module module = zephra::Module::load(setup.module);
     Worker worker(setup, module.entryPoint());
     static_cast<void>(

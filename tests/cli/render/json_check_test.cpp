@@ -10,6 +10,21 @@ using namespace std::string_literals;
 namespace veltrace::cli {
 namespace {
 
+/// Whether the check says `expected` of texts of up to 40 bytes with `piece` at any place. It looks
+/// at several bytes at once, so that a byte's neighbours and its place may matter.
+testing::AssertionResult saysEverywhere(bool expected, const std::string& piece) {
+    for (std::size_t others = 0; others + piece.size() <= 40; ++others) {
+        const std::string without = "[\"" + std::string(others, 'a') + "\"]";
+        for (std::size_t place = 0; place <= others; ++place) {
+            if (isJsonArray(std::string(without).insert(2 + place, piece)) != expected) {
+                return testing::AssertionFailure()
+                       << testing::PrintToString(piece) << " at " << place << " among " << others;
+            }
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
 TEST(JsonCheck, TakesArraysOfEveryKindOfValue) {
     for (const char* const json :
          {"[]", "[{}]",
@@ -52,6 +67,50 @@ TEST(JsonCheck, RefusesTextThatIsNoUnicode) {
          {"\xff", "\x80", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xc3", "\xe2", "\xc2",
           R"(\ud800)", R"(\udc00)", R"(\uD83D\uDCF7)", R"(\x41)", R"(\u00g0)", R"(\u00)", R"(\)"}) {
         EXPECT_FALSE(isJsonArray("[\""s + text + "\"]")) << testing::PrintToString(text);
+    }
+}
+
+TEST(JsonCheck, TakesEveryPrintableAsciiCharacterAtEveryPlace) {
+    for (char character = ' '; character <= '~'; ++character) {
+        if (character != '"' && character != '\\') {
+            EXPECT_TRUE(saysEverywhere(true, std::string(1, character)));
+        }
+    }
+    EXPECT_TRUE(saysEverywhere(false, "\""));
+}
+
+TEST(JsonCheck, RefusesControlsAtEveryPlace) {
+    for (char control = 0; control < ' '; ++control) {
+        EXPECT_TRUE(saysEverywhere(false, std::string(1, control)));
+    }
+    EXPECT_TRUE(saysEverywhere(false, "\x7f"));
+    EXPECT_TRUE(saysEverywhere(false, "~\x7f\x7f~"));
+}
+
+TEST(JsonCheck, RefusesSingleBytesAboveAsciiAtEveryPlace) {
+    for (int byte = 0x80; byte <= 0xFF; ++byte) {
+        EXPECT_TRUE(saysEverywhere(false, std::string(1, static_cast<char>(byte))));
+    }
+}
+
+TEST(JsonCheck, TakesCharactersAboveAsciiAtEveryPlaceButControlsAndSeparators) {
+    for (const char* const taken : {"\u00a0", "\u00ff", "\u0101", "\u07ff", "\u0800", "\u2027",
+                                    "\u202a", "\uffff", "\U00010000", "\U0010ffff"}) {
+        EXPECT_TRUE(saysEverywhere(true, taken));
+    }
+    for (const char* const refused : {"\u0080", "\u009f", "\u2028", "\u2029", "\xed\xa0\x80"}) {
+        EXPECT_TRUE(saysEverywhere(false, refused));
+    }
+}
+
+TEST(JsonCheck, TakesItsOwnEscapesAtEveryPlaceAndNoOthers) {
+    for (const char* const taken : {R"(\\)", R"(\")", R"(\b)", R"(\n)", R"(\u0000)", R"(\u007f)",
+                                    R"(\u2028)", R"(\\u1234)", R"(\\\\ud800)"}) {
+        EXPECT_TRUE(saysEverywhere(true, taken));
+    }
+    for (const char* const refused :
+         {R"(\)", R"(\\\)", R"(\x)", R"(\u12)", R"(\u1234)", R"(\ud83d\udcf7)", R"(\\\u1234)"}) {
+        EXPECT_TRUE(saysEverywhere(false, refused));
     }
 }
 
