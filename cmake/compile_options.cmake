@@ -3,6 +3,11 @@ add_library(veltrace-options INTERFACE)
 target_compile_options(veltrace-options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Nobody puts a function of their own in place of one of these; clang takes that for granted.
+  target_compile_options(veltrace-options INTERFACE -fno-semantic-interposition)
+endif()
+
 if(VELTRACE_HARDEN)
   target_compile_definitions(veltrace-options INTERFACE
     $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=3>  # needs optimisation
