@@ -10,7 +10,7 @@ endfunction()
 add_check(format scripts/check-format)
 add_check(scripts shellcheck .ci/run scripts/check-cppcheck scripts/check-format scripts/check-tidy
   scripts/fuzz scripts/install-packages scripts/mutate scripts/run scripts/test)
-foreach(preset IN ITEMS release asan tsan coverage)
+foreach(preset IN ITEMS release bench asan tsan coverage)
   add_check(${preset} ${CMAKE_COMMAND} --workflow --preset ${preset})
 endforeach()
 
@@ -19,6 +19,6 @@ add_check(fuzz scripts/fuzz classic 10)
 
 # The lint reads the compile commands and generated headers of other presets' trees.
 add_check(cppcheck scripts/check-cppcheck)
-set_tests_properties(cppcheck PROPERTIES DEPENDS release)
+set_tests_properties(cppcheck PROPERTIES DEPENDS asan)
 add_check(tidy scripts/check-tidy)
 set_tests_properties(tidy PROPERTIES DEPENDS asan)

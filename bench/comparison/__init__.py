@@ -1,0 +1,1 @@
+"""The comparison of the module and the command with their peers."""

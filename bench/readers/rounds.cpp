@@ -1,0 +1,66 @@
+#include "readers/rounds.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+
+namespace veltrace::bench {
+
+namespace {
+
+std::uint64_t timeOf(Reader& reader, const std::vector<std::string>& files) {
+    const auto start = std::chrono::steady_clock::now();
+    for (const std::string& file : files) {
+        reader.read(file);
+    }
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(elapsed).count());
+}
+
+Delivered countAll(Reader& reader, const std::vector<std::string>& files) {
+    Delivered sum;
+    for (const std::string& file : files) {
+        const Delivered one = reader.count(file);
+        sum.directories += one.directories;
+        sum.entries += one.entries;
+        sum.values += one.values;
+        sum.refused += one.refused;
+    }
+    return sum;
+}
+
+}  // namespace
+
+std::vector<FileSet> setsOf(const std::vector<std::string>& files) {
+    std::map<Format, std::vector<std::string>> byFormat;
+    for (const std::string& file : files) {
+        byFormat[formatOf(file)].push_back(file);
+    }
+    byFormat.erase(Format::other);
+    std::vector<FileSet> sets;
+    for (auto& [format, members] : byFormat) {
+        sets.push_back({std::string(nameOf(format)), std::move(members), {}});
+    }
+    return sets;
+}
+
+void measure(FileSet& set, Readers& readers, unsigned rounds) {
+    const Format format = formatOf(set.files.front());
+    std::vector<Reader*> chosen;
+    for (const auto& reader : readers) {
+        if (reader->knows(format)) {
+            chosen.push_back(reader.get());
+            set.courses.push_back({std::string(reader->name()), {}, countAll(*reader, set.files)});
+            timeOf(*reader, set.files);
+        }
+    }
+    for (std::size_t round = 0; round < rounds; ++round) {
+        for (std::size_t i = 0; i < chosen.size(); ++i) {
+            const std::size_t turn = (round + i) % chosen.size();
+            set.courses[turn].rounds.push_back(timeOf(*chosen[turn], set.files));
+        }
+    }
+}
+
+}  // namespace veltrace::bench
