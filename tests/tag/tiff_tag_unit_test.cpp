@@ -226,6 +226,25 @@ TEST(TiffTag, SaysWhenTheHostCannotSeekToItsSubDirectory) {
     });
 }
 
+TEST(TiffTag, IsNotMadeOfAnEntryWithoutAValidType) {
+    inQuietCall([] {
+        const MemoryFile memory(Bytes(64, 0));
+        ClassicTiffTagFile reader(memory.name().c_str());
+        const auto errorOf = [&](std::uint16_t type) {
+            const auto entry = rawEntry(271, type, 1, 0);
+            return recoverableErrorOf(
+                [&] { const TiffTag tag(reader, entry.data(), IfdId::image); });
+        };
+        EXPECT_EQ(errorOf(0),
+                  message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                          "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                          "processed.\n"));
+        EXPECT_EQ(errorOf(14), message("ZEPHRA:veltrace:badTagFormat",
+                                       "Tag ID 271 with datatype format value 14 is invalid.  Only "
+                                       "values 0-13 are allowed.\n"));
+    });
+}
+
 TEST(TiffTag, SeeksBeforeItChecksTheNesting) {
     inQuietCall([] {
         const UnseekableFile file;
