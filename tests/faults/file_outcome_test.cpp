@@ -125,6 +125,26 @@ std::string linkUnreadAt(std::uint64_t position) {
            " to a following image file directory, the metadata in %q may be corrupt.";
 }
 
+/// What comes before the reader of a classic TIFF file of two directories reads, besides `others`.
+std::vector<Case> withOpenings(const std::vector<Case>& others) {
+    using enum Request;
+    std::vector<Case> cases = {
+        {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
+        {open, 2, isAsUsual(2)},  // the test for JPEG
+        {open, 3, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
+        {open, 4, leavingName(isUnconverted())},
+        {status, 1, leavingName(isUnconverted())},
+        {close, 1, isAsUsual(2)},
+        {close, 2, isAsUsual(2)},
+        {close, 3, isAsUsual(2)},
+        {close, 4, isUnconverted()},
+        {read, 1, isAsUsual(2)},
+        {read, 2, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
+    };
+    cases.insert(cases.end(), others.begin(), others.end());
+    return cases;
+}
+
 // All of it is read ahead at once.
 TEST(FileFaultOutcome, OfASmallClassicTiff) {
     using enum Request;
@@ -133,23 +153,12 @@ TEST(FileFaultOutcome, OfASmallClassicTiff) {
     file.addImage().shorts(274, {6});
     expectOutcomes(
         file.bytes(),
-        {
-            {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
-            {open, 2, isAsUsual(2)},  // the test for JPEG
-            {open, 3, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
-            {open, 4, leavingName(isUnconverted())},
-            {status, 1, leavingName(isUnconverted())},
-            {close, 1, isAsUsual(2)},
-            {close, 2, isAsUsual(2)},
-            {close, 3, isAsUsual(2)},
-            {close, 4, isUnconverted()},
-            {read, 1, isAsUsual(2)},
-            {read, 2, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
+        withOpenings({
             // What was not read ahead is read when it is needed.
             {read, 3, fails("tiffHeaderEndianReadFailure", kByteOrder), isAsUsual(2)},
             // The header is taken to be at -1: 512 entries at 7, of which the file has few.
             {tell, 1, fails("badRawIfdRead", kTable)},
-        });
+        }));
 }
 
 // The first directory is at 8 and has three entries: its link is at 46, its description at 50 and
@@ -172,18 +181,7 @@ TEST(FileFaultOutcome, OfAClassicTiffWhosePartsAreFarApart) {
     };
     expectOutcomes(
         file.bytes(),
-        {
-            {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
-            {open, 2, isAsUsual(2)},
-            {open, 3, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
-            {open, 4, leavingName(isUnconverted())},
-            {status, 1, leavingName(isUnconverted())},
-            {close, 1, isAsUsual(2)},
-            {close, 2, isAsUsual(2)},
-            {close, 3, isAsUsual(2)},
-            {close, 4, isUnconverted()},
-            {read, 1, isAsUsual(2)},
-            {read, 2, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
+        withOpenings({
             {read, 3, fails("tiffHeaderEndianReadFailure", kByteOrder), isAsUsual(2)},
             {read, 4, unread("ImageDescription", "50")},
             {read, 5, unread("Software", "40052"), isAsUsual(2)},
@@ -208,7 +206,7 @@ TEST(FileFaultOutcome, OfAClassicTiffWhosePartsAreFarApart) {
                    1)},
             {seek, 6, warns("IFDSet:badNextIfdPointer", kLinkSeek, 2)},
             // A header at -1 makes of this file what no text states in advance.
-        },
+        }),
         {open, status, close, read, seek});
 }
 
