@@ -16,7 +16,6 @@
 #include "tag/host_buffer.h"
 #include "tag/owned.h"
 #include "tag/sub_directory.h"
-#include "tag/tag_name.h"
 #include "tag/tag_value.h"
 
 namespace veltrace {
