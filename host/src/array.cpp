@@ -1,11 +1,9 @@
 #include "array.h"
 
-#include <cstdlib>
 #include <limits>
 #include <new>
 
 #include "array_memory.h"
-#include "huge_pages.h"
 
 namespace zephra {
 
@@ -45,56 +43,59 @@ const char* nameOfClass(qvClass classCode) {
     return "";
 }
 
-void ArrayDeleter::operator()(qvArray* array) const noexcept {
-    const bool isShared = array->isShared_ != 0;
-    array->~qvArray();
-    if (!isShared) {
-        std::free(array);
-    }
-}
-
 }  // namespace zephra
 
-static_assert(sizeof(qvArray) % alignof(double) == 0);
-
-zephra::ArrayPtr qvArray::create(zephra::ArrayMemory* memory, qvClass classCode,
-                                 qvComplexity complexity, const zephra::Shape& shape,
-                                 std::unique_ptr<zephra::FieldTable> fields,
-                                 std::size_t largestPayload) noexcept {
-    std::size_t payload = zephra::bytesPerElement(classCode, complexity);
-    if (__builtin_mul_overflow(payload, fields ? fields->size() : 1, &payload) ||
-        __builtin_mul_overflow(payload, shape.count(), &payload) || payload > largestPayload) {
+qvArray* qvArray::create(zephra::ArrayMemory& memory, qvClass classCode, qvComplexity complexity,
+                         zephra::Dimensions dimensions, zephra::FieldTable* fields,
+                         std::size_t largestPayload) noexcept {
+    std::size_t payload = 0;
+    if (!zephra::multiply(dimensions, &payload) ||
+        (fields != nullptr && __builtin_mul_overflow(payload, fields->size(), &payload)) ||
+        __builtin_mul_overflow(payload, zephra::bytesPerElement(classCode, complexity), &payload) ||
+        payload > largestPayload) {
         return nullptr;
     }
     const std::size_t header =
-        sizeof(qvArray) + shape.dimensions().size_bytes() + (fields ? sizeof(void*) : 0);
+        sizeof(qvArray) + dimensions.size_bytes() + (fields != nullptr ? sizeof fields : 0);
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         return nullptr;
     }
-    const std::size_t size = header + payload;
-    const bool isShared = memory != nullptr && size <= zephra::ArrayMemory::kLargestBlock;
-    void* const block = isShared ? memory->allocate(size) : std::calloc(1, size);
+    void* const block = memory.allocate(header + payload);
     if (block == nullptr) {
         return nullptr;
     }
-    if (!isShared) {
-        zephra::adviseHugePages(block, size);
-    }
-    zephra::ArrayPtr array(new (block) qvArray(classCode, shape, isShared));
-    if (fields) {
-        *static_cast<zephra::FieldTable**>(array->data()) = fields.release();
+    auto* const array = new (block) qvArray(classCode, dimensions);
+    if (fields != nullptr) {
+        *static_cast<zephra::FieldTable**>(array->data()) = fields;
     }
     return array;
 }
 
-qvArray::~qvArray() {
-    delete fields();
-}
-
 bool qvArray::isAncestorOf(const qvArray& other) const {
-    const qvArray* ancestor = other.parent_;
+    const qvArray* ancestor = other.link_;
     while (ancestor != nullptr && ancestor != this) {
-        ancestor = ancestor->parent_;
+        ancestor = ancestor->link_;
     }
     return ancestor != nullptr;
+}
+
+// An array that left needs no parent: the links are the queue of those still to be looked at, so
+// the depth to which arrays nest does not matter.
+std::size_t qvArray::leaveCall(bool asResult) {
+    std::size_t count = 0;
+    qvArray* last = this;
+    link_ = nullptr;
+    for (qvArray* array = this; array != nullptr; array = array->link_) {
+        ++count;
+        array->call_ = 0;
+        array->isResult_ = asResult ? 1 : 0;
+        for (qvArray* const stored : array->places()) {
+            if (stored != nullptr) {
+                stored->link_ = nullptr;
+                last->link_ = stored;
+                last = stored;
+            }
+        }
+    }
+    return count;
 }

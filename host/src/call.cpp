@@ -82,14 +82,14 @@ void Call::warn(Message message) {
     result_->warnings.push_back(std::move(message));
 }
 
-void Call::noteMisuse(const char* operation, const std::string& sentence) {
+void Call::noteMisuse(const char* operation, std::string_view sentence) {
     if (settings_.strict) {
-        result_->misuses.push_back(std::string(operation) + ": " + sentence);
+        result_->misuses.push_back((std::string(operation) + ": ").append(sentence));
     }
 }
 
 bool Call::isReturnable(const qvArray* output) {
-    if (!arrays_.contains(output)) {
+    if (!result_->arrays.contains(output) || !isOfThisCall(*output)) {
         noteMisuse("outputs[0]", kForeignArray);
         return false;
     }
@@ -105,16 +105,18 @@ CallResult Call::finish(qvArray* output, std::optional<Message> error) {
         noteMisuse("qvxErrMsgIdAndTxt", "the module went on after the error");
     }
     if (!error && output != nullptr && isReturnable(output)) {
-        result_->arrays.takeTree(*output);
+        arrayCount_ -= output->leaveCall(true);
         result_->output = output;
     }
+    result_->arrays.releaseAlone(
+        [](void* block) { return !static_cast<const qvArray*>(block)->isResult(); });
     result_->error = std::move(error);
     result_->leftovers = leftovers();
     return CallResult(std::move(result_));
 }
 
 Leftovers Call::leftovers() const {
-    return {.blocks = blocks_.count(), .blockBytes = blocks_.bytes(), .arrays = arrays_.size()};
+    return {.blocks = blocks_.count(), .blockBytes = blocks_.bytes(), .arrays = arrayCount_};
 }
 
 }  // namespace zephra

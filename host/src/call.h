@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
@@ -14,7 +15,6 @@
 #include "zephra/host/host.h"
 
 #include "array.h"
-#include "array_list.h"
 #include "block_ledger.h"
 #include "call_result_state.h"
 
@@ -51,20 +51,23 @@ public:
     }
     /// Makes an array of this call; null when the host cannot. May throw std::bad_alloc.
     [[nodiscard]] qvArray* createArray(qvClass classCode, qvComplexity complexity,
-                                       const Shape& shape,
-                                       std::unique_ptr<FieldTable> fields = nullptr) {
-        ArrayPtr array = qvArray::create(&result_->memory, classCode, complexity, shape,
-                                         std::move(fields), settings_.largestBlock);
-        if (!array) {
+                                       Dimensions dimensions, FieldTable* fields = nullptr) {
+        qvArray* const array = qvArray::create(result_->arrays, classCode, complexity, dimensions,
+                                               fields, settings_.largestBlock);
+        if (array == nullptr) {
             return nullptr;
         }
         if (settings_.strict) {
-            known_.insert(array.get());
+            known_.insert(array);
         }
-        qvArray* const made = array.get();
-        made->setCall(number_);
-        arrays_.append(std::move(array));
-        return made;
+        array->setCall(number_);
+        ++arrayCount_;
+        return array;
+    }
+    /// Makes a structure array of this call, likewise.
+    [[nodiscard]] qvArray* createStruct(Dimensions dimensions, std::span<const char* const> names) {
+        return createArray(qvClassStruct, qvReal, dimensions,
+                           &result_->fieldTables.emplace_front(names));
     }
 
     /// `array` if the module may read it, else null.
@@ -97,7 +100,8 @@ public:
             return;
         }
         if (place != nullptr) {
-            replaced_.takeTree(*std::exchange(place, nullptr));
+            // It stays in memory, so that a module which still points at it does no harm.
+            arrayCount_ -= std::exchange(place, nullptr)->leaveCall(false);
         }
         if (value != nullptr) {
             array.store(place, *value);
@@ -113,7 +117,7 @@ public:
     void noteRaised() { raised_ = true; }
 
     /// Records a misuse in strict mode: "operation: sentence".
-    void noteMisuse(const char* operation, const std::string& sentence);
+    void noteMisuse(const char* operation, std::string_view sentence);
 
     /// Ends the call: keeps what `output` reaches unless there is an error, and counts the rest.
     [[nodiscard]] CallResult finish(qvArray* output, std::optional<Message> error);
@@ -147,10 +151,7 @@ private:
     const Settings settings_;
     const std::uint64_t number_;  // no other call of this process has had it
     std::unique_ptr<CallResult::State> result_;
-    ArrayList arrays_;
-    // Arrays that another value has replaced, and what is stored below them. They stay until the
-    // end, so that a module which still points at them does no harm.
-    ArrayList replaced_;
+    std::size_t arrayCount_ = 0;                // without those that another value has replaced
     std::unordered_set<const qvArray*> known_;  // in strict mode: arguments, and arrays ever made
     BlockLedger blocks_;
     bool raised_ = false;

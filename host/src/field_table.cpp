@@ -41,7 +41,7 @@ std::uint32_t hashOf(std::string_view name) {
 }  // namespace
 
 FieldTable::FieldTable(std::span<const char* const> names)
-    : slots_(std::bit_ceil(names.size() * 2)), last_(names.size()) {
+    : size_(names.size()), slots_(std::bit_ceil(names.size() * 2)), last_(names.size()) {
     std::size_t bytes = 0;
     fields_.reserve(names.size());
     for (const char* const name : names) {
@@ -70,15 +70,16 @@ std::optional<std::size_t> FieldTable::find(std::string_view name) const {
     return field == 0 ? std::nullopt : std::optional<std::size_t>(field - 1);
 }
 
-std::optional<std::size_t> FieldTable::findAnew(const char* name) {
+std::size_t FieldTable::findAnew(const char* name) {
     const std::optional<std::size_t> field = find(name);
-    if (field) {
-        if (last_ < fields_.size()) {
-            fields_[last_].successor = static_cast<std::uint32_t>(*field);
-        }
-        last_ = *field;
+    if (!field) {
+        return kNone;
     }
-    return field;
+    if (last_ < size_) {
+        fields_[last_].successor = static_cast<std::uint32_t>(*field);
+    }
+    last_ = *field;
+    return *field;
 }
 
 std::size_t FieldTable::slotOf(std::string_view wanted, std::uint32_t hash) const {

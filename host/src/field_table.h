@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -19,7 +20,7 @@ public:
     /// Copies `names`, none of which may be null. Throws std::bad_alloc.
     explicit FieldTable(std::span<const char* const> names);
 
-    [[nodiscard]] std::size_t size() const { return fields_.size(); }
+    [[nodiscard]] std::size_t size() const { return size_; }
     /// Name of field `index`, which must be less than `size()`.
     [[nodiscard]] std::string_view name(std::size_t index) const {
         return {text_.data() + fields_[index].begin, fields_[index].length};
@@ -27,16 +28,17 @@ public:
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
     /// As `find`, for names that come in the same order again and again, element by element: what
-    /// followed the last name is looked at first. Not for several threads at once.
-    [[nodiscard]] std::optional<std::size_t> findNext(const char* name) {
-        const std::size_t likely = last_ < fields_.size() ? fields_[last_].successor : 0;
-        if (likely < fields_.size() &&
-            std::strcmp(text_.data() + fields_[likely].begin, name) == 0) {
+    /// followed the last name is looked at first. `kNone` for a name that is none. Not for several
+    /// threads at once.
+    [[nodiscard]] std::size_t findNext(const char* name) {
+        const std::size_t likely = last_ < size_ ? fields_[last_].successor : 0;
+        if (likely < size_ && std::strcmp(text_.data() + fields_[likely].begin, name) == 0) {
             last_ = likely;
             return likely;
         }
         return findAnew(name);
     }
+    static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
 private:
     struct Field {
@@ -49,10 +51,11 @@ private:
         std::uint32_t hash = 0;
     };
 
-    [[nodiscard]] std::optional<std::size_t> findAnew(const char* name);
+    [[nodiscard]] std::size_t findAnew(const char* name);
     /// The slot that holds a name, or the free one where it belongs.
     [[nodiscard]] std::size_t slotOf(std::string_view wanted, std::uint32_t hash) const;
 
+    std::size_t size_;
     std::vector<char> text_;  // all names, each with its NUL
     std::vector<Field> fields_;
     // Open addressing, at most half full. Three small blocks in all, where a map would take one for

@@ -1,6 +1,7 @@
 #include "zephra/host/host.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <new>
 #include <optional>
@@ -8,43 +9,48 @@
 #include <vector>
 
 #include "array.h"
-#include "array_list.h"
+#include "array_memory.h"
 #include "boundary.h"
 #include "call.h"
+#include "field_table.h"
 
 namespace zephra {
 
 namespace {
 
-// What the host grants itself: no limit but memory.
-ArrayPtr makeArray(qvClass classCode, const Shape& shape) {
-    std::unique_ptr<FieldTable> fields;
-    if (classCode == qvClassStruct) {
-        fields = std::make_unique<FieldTable>(std::span<const char* const>());
-    }
-    ArrayPtr array = qvArray::create(nullptr, classCode, qvReal, shape, std::move(fields),
-                                     std::numeric_limits<std::size_t>::max());
-    if (!array) {
-        throw std::bad_alloc();
-    }
-    return array;
-}
+/// Makes the array of an argument. What the host grants itself has no limit but memory.
+class ArgumentMaker {
+public:
+    ArgumentMaker(ArrayMemory& memory, FieldTable& noFields)
+        : memory_(memory), noFields_(noFields) {}
 
-struct ArgumentMaker {
-    ArrayPtr operator()(const std::string& bytes) const {
-        ArrayPtr array = makeArray(qvClassChar, Shape(1, bytes.size()));
+    qvArray* operator()(const std::string& bytes) const {
+        qvArray* const array = make(qvClassChar, {1, bytes.size()});
         std::ranges::transform(bytes, array->elements<qvChar>().begin(),
                                [](char byte) { return static_cast<unsigned char>(byte); });
         return array;
     }
-    ArrayPtr operator()(double number) const {
-        ArrayPtr array = makeArray(qvClassDouble, Shape(1, 1));
+    qvArray* operator()(double number) const {
+        qvArray* const array = make(qvClassDouble, {1, 1});
         array->elements<double>().front() = number;
         return array;
     }
-    ArrayPtr operator()(EmptyArgument argument) const {
-        return makeArray(argument.classCode, Shape(0, 0));
+    qvArray* operator()(EmptyArgument argument) const { return make(argument.classCode, {0, 0}); }
+
+private:
+    [[nodiscard]] qvArray* make(qvClass classCode,
+                                const std::array<std::size_t, 2>& dimensions) const {
+        FieldTable* const fields = classCode == qvClassStruct ? &noFields_ : nullptr;
+        qvArray* const array = qvArray::create(memory_, classCode, qvReal, dimensions, fields,
+                                               std::numeric_limits<std::size_t>::max());
+        if (array == nullptr) {
+            throw std::bad_alloc();
+        }
+        return array;
     }
+
+    ArrayMemory& memory_;
+    FieldTable& noFields_;
 };
 
 }  // namespace
@@ -52,12 +58,11 @@ struct ArgumentMaker {
 Host::Host(Settings settings) : settings_(settings) {}
 
 CallResult Host::call(const EntryPoint& entryPoint, std::span<const Argument> arguments) const {
-    ArrayList owned;
+    ArrayMemory memory;
+    FieldTable noFields({});
     std::vector<qvArray*> made;
     for (const Argument& argument : arguments) {
-        ArrayPtr array = std::visit(ArgumentMaker{}, argument);
-        made.push_back(array.get());
-        owned.append(std::move(array));
+        made.push_back(std::visit(ArgumentMaker(memory, noFields), argument));
     }
 
     Call call(settings_, made);

@@ -1,7 +1,6 @@
 // Storing, inspection and memory functions of the host interface. Outside of any call nothing is
 // stored and no memory is given, but arrays of a result may be read.
 #include <algorithm>
-#include <optional>
 #include <span>
 
 #include "zephra/qv.h"
@@ -40,10 +39,8 @@ void qvSetField(qvArray* structure, size_t index, const char* name, qvArray* val
         return;
     }
     // A module may offer values for fields that it did not ask for: they find no place.
-    zephra::FieldTable& fields = *structure->fields();
-    if (const std::optional<std::size_t> field = fields.findNext(name)) {
-        call->store("qvSetField", *structure, structure->places()[index * fields.size() + *field],
-                    value);
+    if (qvArray** const place = structure->findPlace(index, name)) {
+        call->store("qvSetField", *structure, *place, value);
     }
 }
 

@@ -1,23 +1,23 @@
 // Creation functions of the host interface. Outside of any call they make nothing.
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <exception>
 #include <limits>
-#include <memory>
-#include <optional>
 #include <span>
-#include <utility>
 
 #include "zephra/qv.h"
 
 #include "call.h"
-#include "field_table.h"
-#include "shape.h"
+#include "dimensions.h"
 
 namespace {
 
 using zephra::Call;
-using zephra::Shape;
+using zephra::Dimensions;
+
+constexpr std::array<std::size_t, 2> kOneElement{1, 1};
 
 // Runs `make` for the current call and turns every failure to NULL: the functions are C.
 template <class Make>
@@ -33,10 +33,24 @@ qvArray* create(Make make) noexcept {
     }
 }
 
-qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim, const size_t* dims,
-                  std::unique_ptr<zephra::FieldTable> fields = nullptr) {
-    const std::optional<Shape> shape = Shape::of(ndim, dims);
-    return shape ? call.createArray(cls, complexity, *shape, std::move(fields)) : nullptr;
+// Runs `make` for the dimensions that are given: none make 0 x 0, one makes n x 1. Null when they
+// are missing or too many.
+template <class Make>
+qvArray* createOf(size_t ndim, const size_t* dims, Make make) {
+    if (ndim == 0) {
+        return make(std::array<std::size_t, 2>{});
+    }
+    if (dims == nullptr || ndim > zephra::kMostDimensions) {
+        return nullptr;
+    }
+    return ndim == 1 ? make(std::array<std::size_t, 2>{*dims, 1}) : make(Dimensions(dims, ndim));
+}
+
+qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim,
+                  const size_t* dims) {
+    return createOf(ndim, dims, [&](Dimensions dimensions) {
+        return call.createArray(cls, complexity, dimensions);
+    });
 }
 
 bool isNumeric(qvClass cls) {
@@ -58,9 +72,9 @@ qvArray* qvCreateNumericArray(size_t ndim, const size_t* dims, qvClass cls,
 
 qvArray* qvCreateDoubleScalar(double value) {
     return create([=](Call& call) {
-        qvArray* const array = call.createArray(qvClassDouble, qvReal, Shape(1, 1));
+        qvArray* const array = call.createArray(qvClassDouble, qvReal, kOneElement);
         if (array != nullptr) {
-            array->elements<double>().front() = value;
+            *static_cast<double*>(array->data()) = value;
         }
         return array;
     });
@@ -73,9 +87,10 @@ qvArray* qvCreateString(const char* text) {
             return nullptr;
         }
         const std::span<const char> bytes(text, std::strlen(text));
-        qvArray* const array = call.createArray(qvClassChar, qvReal, Shape(1, bytes.size()));
+        qvArray* const array =
+            call.createArray(qvClassChar, qvReal, std::array<std::size_t, 2>{1, bytes.size()});
         if (array != nullptr) {
-            std::ranges::transform(bytes, array->elements<qvChar>().begin(),
+            std::ranges::transform(bytes, static_cast<qvChar*>(array->data()),
                                    [](char byte) { return static_cast<unsigned char>(byte); });
         }
         return array;
@@ -102,8 +117,9 @@ qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
             call.noteMisuse("qvCreateStructArray", "a field name is missing");
             return nullptr;
         }
-        return createOf(call, qvClassStruct, qvReal, ndim, dims,
-                        std::make_unique<zephra::FieldTable>(names));
+        return createOf(ndim, dims, [&](Dimensions dimensions) {
+            return call.createStruct(dimensions, names);
+        });
     });
 }
 

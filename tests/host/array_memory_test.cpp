@@ -7,6 +7,7 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <span>
 #include <utility>
 #include <vector>
@@ -30,7 +31,7 @@ bool areAll(const auto& elements, double value) {
 }
 
 TEST(ArrayMemory, GivesAlignedZeroBlocksThatDoNotOverlap) {
-    constexpr std::size_t kLargest = std::max<std::size_t>(ArrayMemory::kLargestBlock, 1);
+    constexpr std::size_t kLargest = std::max<std::size_t>(ArrayMemory::kLargestSharing, 1);
     if (kLargest == 1) {
         GTEST_SKIP() << "AddressSanitizer watches blocks of their own";
     }
@@ -49,6 +50,63 @@ TEST(ArrayMemory, GivesAlignedZeroBlocksThatDoNotOverlap) {
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         ASSERT_TRUE(areAll(blocks[i], static_cast<double>(i % 255 + 1))) << i;
     }
+}
+
+// Where nothing shares, all are on their own.
+TEST(ArrayMemory, FreesOfTheBlocksOnTheirOwnThoseThatAreUnused) {
+    constexpr std::size_t kLarge = 5000;
+    ArrayMemory memory;
+    auto* const small = static_cast<unsigned char*>(memory.allocate(16));
+    std::vector<void*> large;
+    for (int i = 0; i < 5; ++i) {
+        large.push_back(memory.allocate(kLarge));
+        ASSERT_NE(large.back(), nullptr);
+        EXPECT_TRUE(isAligned(large.back()));
+        EXPECT_TRUE(areAll(std::span(static_cast<unsigned char*>(large.back()), kLarge), 0));
+        std::memset(large.back(), i + 1, kLarge);
+    }
+    small[15] = 'k';
+    memory.releaseAlone([&](const void* block) {
+        return block == large[0] || block == large[3] || block == large[4];
+    });
+    for (const std::size_t i : {0U, 3U, 4U}) {
+        EXPECT_FALSE(memory.contains(large[i])) << i;
+    }
+    for (const std::size_t i : {1U, 2U}) {
+        EXPECT_TRUE(memory.contains(large[i])) << i;
+        EXPECT_TRUE(areAll(std::span(static_cast<unsigned char*>(large[i]), kLarge),
+                           static_cast<double>(i + 1)));
+    }
+    EXPECT_TRUE(memory.contains(small));
+    EXPECT_EQ(small[15], 'k');
+    EXPECT_NE(memory.allocate(kLarge), nullptr);
+}
+
+TEST(ArrayMemory, KnowsItsBlocksByTheirAddresses) {
+    ArrayMemory memory;
+    const ArrayMemory other;
+    int local = 0;
+    EXPECT_FALSE(memory.contains(&local));
+    EXPECT_FALSE(memory.contains(nullptr));
+    std::vector<void*> blocks;
+    for (const std::size_t size : {1U, 24U, 1024U, 1025U, 100'000U}) {
+        for (int i = 0; i < 20; ++i) {  // more than a chunk
+            blocks.push_back(memory.allocate(size));
+        }
+    }
+    for (const void* const block : blocks) {
+        EXPECT_TRUE(memory.contains(block));
+        EXPECT_FALSE(other.contains(block));
+    }
+    EXPECT_FALSE(memory.contains(&local));
+    EXPECT_FALSE(memory.contains(nullptr));
+}
+
+TEST(ArrayMemory, RefusesWhatNoMemoryCouldHold) {
+    ArrayMemory memory;
+    EXPECT_EQ(memory.allocate(std::numeric_limits<std::size_t>::max()), nullptr);
+    EXPECT_EQ(memory.allocate(std::numeric_limits<std::size_t>::max() - 7), nullptr);
+    EXPECT_NE(memory.allocate(8), nullptr);
 }
 
 /// Makes arrays with `make`, for each size up to `sizes`, and fills each with elements of its own.

@@ -37,7 +37,7 @@ TEST(FieldTable, OfNoFieldsFindsNone) {
     EXPECT_EQ(table.size(), 0U);
     for (const char* const name : {"", "Width"}) {
         EXPECT_EQ(table.find(name), std::nullopt);
-        EXPECT_EQ(table.findNext(name), std::nullopt);
+        EXPECT_EQ(table.findNext(name), FieldTable::kNone);
     }
 }
 
@@ -45,7 +45,7 @@ TEST(FieldTable, FindsOnlyWholeNamesInTheirOwnCase) {
     FieldTable table(Names{"Width", "WidthUnit"});
     for (const char* const name : {"", "W", "Widt", "width", "Width ", "WidthUni", "Height"}) {
         EXPECT_EQ(table.find(name), std::nullopt) << name;
-        EXPECT_EQ(table.findNext(name), std::nullopt) << name;
+        EXPECT_EQ(table.findNext(name), FieldTable::kNone) << name;
     }
     using namespace std::string_view_literals;
     EXPECT_EQ(table.find("Width\0"sv), std::nullopt);
@@ -58,7 +58,8 @@ void expectSameAsFind(FieldTable& table, const Names& names,
     ASSERT_EQ(names.size(), expected.size());
     for (int element = 0; element < 3; ++element) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            EXPECT_EQ(table.findNext(names[i]), expected[i]) << names[i];
+            EXPECT_EQ(table.findNext(names[i]), expected[i].value_or(FieldTable::kNone))
+                << names[i];
             EXPECT_EQ(table.find(names[i]), expected[i]) << names[i];
         }
     }
@@ -104,7 +105,7 @@ TEST(FieldTable, FindsEachOfManyNamesInScatteredOrder) {
         ASSERT_EQ(table.name(index), texts[index]);
     }
     EXPECT_EQ(table.find("field5000"), std::nullopt);
-    EXPECT_EQ(table.findNext("field"), std::nullopt);
+    EXPECT_EQ(table.findNext("field"), FieldTable::kNone);
 }
 
 TEST(FieldTable, TellsApartNamesThatDifferOnlyInTheirMiddleOrLength) {
