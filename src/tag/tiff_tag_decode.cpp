@@ -43,6 +43,21 @@ std::uint16_t typeOf(const TagFile& reader, const std::byte* entry) {
     return reader.entryField<std::uint16_t>(entry + 2);
 }
 
+bool isValid(std::uint16_t type) {
+    return DataType{type} != DataType::noType && type < kElementSizes.size();
+}
+
+VeltraceRecoverableError faultOf(std::uint16_t tagId, std::uint16_t type) {
+    if (DataType{type} == DataType::noType) {
+        return {"ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                message("Tag ID ", tagId,
+                        " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
+    }
+    return {"ZEPHRA:veltrace:badTagFormat",
+            message("Tag ID ", tagId, " with datatype format value ", type,
+                    " is invalid.  Only values 0-13 are allowed.\n")};
+}
+
 std::string illegalNesting(std::uint16_t tagId, const char* directory) {
     return message("Tag id # ", tagId, " is illegal within the ", directory,
                    " subIFD.  There may have been some loss of metadata.\n");
@@ -60,28 +75,17 @@ TiffTag::TiffTag(TagFile& reader, const std::byte* entry, IfdId ifdId) : ifdId_(
 void TiffTag::decodeHeader(const TagFile& reader, const std::byte* entry) {
     tagId_ = tagIdOf(reader, entry);
     getTagName();
-    if (const auto fault = faultOfType(reader, entry)) {
-        throw VeltraceRecoverableError(*fault);
+    const std::uint16_t type = typeOf(reader, entry);
+    if (!isValid(type)) {
+        throw VeltraceRecoverableError(faultOf(tagId_, type));
     }
-    value_ = TagValue(typeOf(reader, entry), reader.entryCountField(entry));
+    value_ = TagValue(type, reader.entryCountField(entry));
 }
 
 std::optional<VeltraceRecoverableError> TiffTag::faultOfType(const TagFile& reader,
                                                              const std::byte* entry) {
     const std::uint16_t type = typeOf(reader, entry);
-    if (DataType{type} != DataType::noType && type < kElementSizes.size()) {
-        return std::nullopt;
-    }
-    const std::uint16_t tagId = tagIdOf(reader, entry);
-    if (DataType{type} == DataType::noType) {
-        return VeltraceRecoverableError{
-            "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-            message("Tag ID ", tagId,
-                    " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
-    }
-    return VeltraceRecoverableError{"ZEPHRA:veltrace:badTagFormat",
-                                    message("Tag ID ", tagId, " with datatype format value ", type,
-                                            " is invalid.  Only values 0-13 are allowed.\n")};
+    return isValid(type) ? std::nullopt : std::optional(faultOf(tagIdOf(reader, entry), type));
 }
 
 // Kept: the request passes 32 bits of the size. A value that does not fit in them is refused

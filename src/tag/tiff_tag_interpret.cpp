@@ -1,5 +1,4 @@
 // From decoded values to what a few tags mean.
-#include <algorithm>
 #include <utility>
 
 #include "entry/errors.h"
@@ -13,21 +12,29 @@ namespace veltrace {
 
 namespace {
 
-struct EnumeratedTag {
-    std::uint16_t tagId;
-    const WordTable* words;
-};
-
-constexpr EnumeratedTag kEnumeratedTags[] = {
-    {tag_id::kCompression, &kCompression},
-    {tag_id::kPhotometricInterpretation, &kPhotometricInterpretation},
-    {tag_id::kPlanarConfiguration, &kPlanarConfiguration},
-    {tag_id::kResolutionUnit, &kResolutionUnit},
-    {tag_id::kPredictor, &kPredictor},
-    {tag_id::kInkSet, &kInkSet},
-    {tag_id::kJpegProc, &kJpegProc},
-    {tag_id::kYCbCrPositioning, &kYCbCrPositioning},
-};
+/// The words of an enumerated tag; null for any other.
+const WordTable* wordsOf(std::uint16_t tagId) {
+    switch (tagId) {
+        case tag_id::kCompression:
+            return &kCompression;
+        case tag_id::kPhotometricInterpretation:
+            return &kPhotometricInterpretation;
+        case tag_id::kPlanarConfiguration:
+            return &kPlanarConfiguration;
+        case tag_id::kResolutionUnit:
+            return &kResolutionUnit;
+        case tag_id::kPredictor:
+            return &kPredictor;
+        case tag_id::kInkSet:
+            return &kInkSet;
+        case tag_id::kJpegProc:
+            return &kJpegProc;
+        case tag_id::kYCbCrPositioning:
+            return &kYCbCrPositioning;
+        default:
+            return nullptr;
+    }
+}
 
 // Codes 1 to 5 of GrayResponseUnit (TIFF 6.0, section 8).
 constexpr double kGrayResponseMultipliers[] = {0.1, 0.01, 0.001, 0.0001, 0.00001};
@@ -81,16 +88,15 @@ void TiffTag::applyGrayResponseUnit() {
 
 std::string_view TiffTag::word() const {
     const bool isUnknownUnit = tagId_ == tag_id::kGrayResponseUnit && reported_.get() == nullptr;
-    const auto* enumerated = std::ranges::find(kEnumeratedTags, tagId_, &EnumeratedTag::tagId);
-    const bool isEnumerated = enumerated != std::end(kEnumeratedTags);
-    if ((!isUnknownUnit && !isEnumerated) || !isInterpreted()) {
+    const WordTable* const words = wordsOf(tagId_);
+    if ((!isUnknownUnit && words == nullptr) || !isInterpreted()) {
         return {};
     }
     const auto value = firstValue();
     if (!value) {
         return {};
     }
-    return isEnumerated ? wordFor(*enumerated->words, integerCode(*value)) : "Unknown";
+    return words != nullptr ? wordFor(*words, integerCode(*value)) : "Unknown";
 }
 
 }  // namespace veltrace

@@ -51,6 +51,9 @@ qvArray* TiffTag::constantOutput() const {
 }
 
 qvArray* TiffTag::doubleMatrix(std::size_t rows, std::size_t columns) const {
+    if (rows * columns == 1) {
+        return qvCreateDoubleScalar(firstValue().value_or(0));  // most tags have one number
+    }
     qvArray* matrix = createDoubleMatrix(rows, columns);
     if (matrix != nullptr) {
         copyOutputValues(static_cast<double*>(qvGetData(matrix)));
