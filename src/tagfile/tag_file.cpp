@@ -1,7 +1,6 @@
 // Life of a reader: opening, copying, closing.
 #include "tagfile/tag_file.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "entry/errors.h"
@@ -63,13 +62,6 @@ TagFile::~TagFile() noexcept(false) {  // NOLINT(bugprone-exception-escape)
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:fileCloseFailure",
                                  message("Could not properly close ", inQuotes(fileName_), '\n')};
     }
-}
-
-bool TagFile::isDefaultFieldName(std::string_view name) const {
-    // Names rarely begin alike, and a whole comparison costs a call.
-    return std::ranges::any_of(defaultFieldNames_, [name](const char* defaultName) {
-        return *defaultName == name.front() && name == defaultName;
-    });
 }
 
 std::uint32_t TagFile::getNumIfds() const {

@@ -16,6 +16,7 @@
 #include "zephra/qv.h"
 
 #include "tagfile/input_file.h"
+#include "tagfile/name_set.h"
 #include "tagfile/stack_room.h"
 #include "tagfile/swap_bytes.h"
 
@@ -94,7 +95,9 @@ public:
     [[nodiscard]] const std::vector<const char*>& defaultFieldNames() const {
         return defaultFieldNames_;
     }
-    [[nodiscard]] bool isDefaultFieldName(std::string_view name) const;
+    [[nodiscard]] bool isDefaultFieldName(std::string_view name) const {
+        return defaultFieldNameSet_.contains(name);
+    }
     /// Stack for sub-directories of this file.
     [[nodiscard]] StackRoom& stackRoom() { return stackRoom_; }
 
@@ -137,7 +140,11 @@ public:
 protected:
     void setFormatType(FormatType formatType) { formatType_ = formatType; }
     void setLayout(std::int32_t entrySize, std::int32_t countSize, std::int32_t offsetSize);
-    void appendDefaultFieldName(const char* name) { defaultFieldNames_.push_back(name); }
+    /// At most `NameSet::kMost`.
+    void appendDefaultFieldName(const char* name) {
+        defaultFieldNames_.push_back(name);
+        defaultFieldNameSet_.insert(name);
+    }
     void setIfdSet(std::unique_ptr<IFDSet> ifdSet);
 
     // The steps that the two header readers share. Identifiers of BigTIFF differ from the classic
@@ -171,6 +178,7 @@ private:
     std::array<unsigned char, 2> byteOrderMark_{};
     std::uint16_t version_ = 0;
     std::vector<const char*> defaultFieldNames_;
+    NameSet defaultFieldNameSet_;
     StackRoom stackRoom_;
 };
 
