@@ -1,5 +1,6 @@
 #include "render/json_renderer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
 #include <span>
@@ -177,8 +178,19 @@ private:
         }
     }
 
+    void writeList(std::span<const double> elements) {
+        const auto isFinite = [](double element) { return std::isfinite(element); };
+        if (std::ranges::all_of(elements, isFinite)) {
+            json_.numbers(elements);
+        } else {
+            writeElements(elements);
+        }
+    }
+
+    void writeList(std::span<const unsigned char> elements) { writeElements(elements); }
+
     template <typename Element>
-    void writeList(std::span<const Element> elements) {
+    void writeElements(std::span<const Element> elements) {
         json_.startArray();
         for (std::size_t i = 0; i < elements.size(); ++i) {
             writeElement(elements[i], [=] { return fmt::format("/{}", i); });

@@ -1,6 +1,8 @@
 #include "render/json_text.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +11,8 @@
 #include <fmt/format.h>
 #include <rapidjson/encodings.h>
 #include <rapidjson/memorystream.h>
+
+using namespace std::string_view_literals;
 
 namespace veltrace::cli {
 namespace {
@@ -47,6 +51,14 @@ constexpr std::array<Kind, 256> kKinds = [] {
     kinds[0xE2] = Kind::leadE2;
     return kinds;
 }();
+
+/// Whether `bytes` stand for themselves: ASCII with nothing to escape, as nearly all texts are.
+bool isPlainAscii(std::string_view bytes) {
+    return std::ranges::all_of(bytes, [](char byte) {
+        const auto code = static_cast<unsigned char>(byte);
+        return code < 0x80 && kKinds[code] == Kind::plain;
+    });
+}
 
 /// Bytes at `i` that are one character to escape; 0: none. Reads on after a lead byte, as UTF-8 is
 /// never cut.
@@ -122,7 +134,21 @@ std::string latin1(std::string_view bytes) {
 }
 
 bool isWholeBelow2To53(double number) {
-    return std::abs(number) < 0x1p53 && number == std::trunc(number);
+    return std::abs(number) < 0x1p53 &&
+           number == static_cast<double>(static_cast<std::int64_t>(number));
+}
+
+constexpr std::size_t kLongestNumber = 24;  // -2.2250738585072014e-308
+
+/// Writes `number` and gives the end of its text.
+char* writeNumber(char* text, double number) {
+    if (number == 0 && std::signbit(number)) {
+        return std::ranges::copy("-0.0"sv, text).out;
+    }
+    if (isWholeBelow2To53(number)) {
+        return std::to_chars(text, text + kLongestNumber, static_cast<std::int64_t>(number)).ptr;
+    }
+    return fmt::format_to(text, FMT_COMPILE("{}"), number);
 }
 
 }  // namespace
@@ -149,9 +175,12 @@ std::string asCharacters(std::string_view bytes) {
 }
 
 bool appendText(BoundedText& out, std::string_view bytes) {
-    const bool isValid = isUtf8(bytes);
+    const bool isPlain = isPlainAscii(bytes);
+    const bool isValid = isPlain || isUtf8(bytes);
     out.append('"');
-    if (isValid) {
+    if (isPlain) {
+        out.append(bytes);
+    } else if (isValid) {
         appendUtf8(out, bytes);
     } else {
         appendUtf8(out, latin1(bytes));
@@ -161,16 +190,23 @@ bool appendText(BoundedText& out, std::string_view bytes) {
 }
 
 void appendNumber(BoundedText& out, double number) {
-    if (number == 0 && std::signbit(number)) {
-        out.append("-0.0");
-    } else if (isWholeBelow2To53(number)) {
-        const fmt::format_int text(static_cast<std::int64_t>(number));
-        out.append({text.data(), text.size()});
-    } else {
-        std::array<char, 32> text{};  // a double has no more than 24 characters
-        const char* const end = fmt::format_to(text.data(), FMT_COMPILE("{}"), number);
-        out.append({text.data(), static_cast<std::size_t>(end - text.data())});
+    appendNumbers(out, {&number, 1});
+}
+
+void appendNumbers(BoundedText& out, std::span<const double> numbers) {
+    std::array<char, 1024> text;  // NOLINT(cppcoreguidelines-pro-type-member-init): written first
+    char* end = text.data();
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (text.data() + text.size() - end < std::ptrdiff_t{1 + kLongestNumber}) {
+            out.append({text.data(), end});
+            end = text.data();
+        }
+        if (i > 0) {
+            *end++ = ',';
+        }
+        end = writeNumber(end, numbers[i]);
     }
+    out.append({text.data(), end});
 }
 
 }  // namespace veltrace::cli

@@ -1,6 +1,7 @@
 // Texts and numbers as JSON.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,5 +25,8 @@ bool appendText(BoundedText& out, std::string_view bytes);
 /// exponent if whole and below 2^53. Minus zero is -0.0: readers take -0 for an integer, which has
 /// no sign there. Throws OutputTooLarge.
 void appendNumber(BoundedText& out, double number);
+
+/// The same for many of them, with commas between.
+void appendNumbers(BoundedText& out, std::span<const double> numbers);
 
 }  // namespace veltrace::cli

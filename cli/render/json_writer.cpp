@@ -51,6 +51,15 @@ void JsonWriter::number(std::uint64_t number) {
     raw({text.data(), text.size()});
 }
 
+void JsonWriter::numbers(std::span<const double> numbers) {
+    open();
+    separate(rapidjson::kArrayType);
+    out_.append('[');
+    appendNumbers(out_, numbers);
+    out_.append(']');
+    --depth_;
+}
+
 void JsonWriter::raw(std::string_view json) {
     separate(rapidjson::kNullType);
     out_.append(json);

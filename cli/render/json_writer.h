@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <rapidjson/writer.h>
+#include <span>
 #include <string_view>
 
 #include "render/bounded_text.h"
@@ -33,6 +34,8 @@ public:
     /// `number` is finite.
     void number(double number);
     void number(std::uint64_t number);
+    /// A list of finite numbers.
+    void numbers(std::span<const double> numbers);
     void boolean(bool value) { raw(value ? "true" : "false"); }
     void null() { raw("null"); }
     /// A value that is JSON already.

@@ -1,5 +1,6 @@
 #include "worker/growth.h"
 
+#include <fcntl.h>
 #include <malloc.h>
 
 #include "worker/descriptors.h"
@@ -18,7 +19,7 @@ std::size_t memoryInUse() {
 Growth::Growth() : memoryInUse_(memoryInUse()), lowestFree_(lowestFreeDescriptor()) {}
 
 bool Growth::hasGrown() const {
-    return memoryInUse() > memoryInUse_ + kMostGrowth || lowestFreeDescriptor() != lowestFree_;
+    return memoryInUse() > memoryInUse_ + kMostGrowth || fcntl(lowestFree_, F_GETFD) != -1;
 }
 
 }  // namespace veltrace::cli

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+#include <vector>
 
 using namespace std::string_literals;
 
@@ -141,6 +142,42 @@ TEST(JsonNumber, IsTheShortestThatReadsBackOtherwise) {
 
 TEST(JsonNumber, MinusZeroKeepsItsSign) {
     EXPECT_EQ(number(-0.0), "-0.0");
+}
+
+TEST(JsonNumber, KeepsAFractionAsLongAsThereIsOne) {
+    EXPECT_EQ(number(4503599627370495.5), "4503599627370495.5");
+    EXPECT_EQ(number(-4503599627370495.5), "-4503599627370495.5");
+}
+
+std::string numbers(const std::vector<double>& values) {
+    Allowance allowance(100'000);
+    BoundedText out(allowance);
+    appendNumbers(out, values);
+    return out.text();
+}
+
+TEST(JsonNumbers, HaveCommasBetween) {
+    EXPECT_EQ(numbers({}), "");
+    EXPECT_EQ(numbers({7}), "7");
+    EXPECT_EQ(numbers({0, -0.0, 0.5, -17, 1e300}), "0,-0.0,0.5,-17,1e+300");
+}
+
+TEST(JsonNumbers, MayBeMoreAndLongerThanAnyBuffer) {
+    constexpr std::size_t kMany = 1000;
+    std::string expected = "-2.2250738585072014e-308";  // no number is longer
+    for (std::size_t i = 1; i < kMany; ++i) {
+        expected += ",-2.2250738585072014e-308";
+    }
+    EXPECT_EQ(numbers(std::vector<double>(kMany, -std::numeric_limits<double>::min())), expected);
+}
+
+TEST(JsonNumbers, TakeNoMoreRoomThanTheyMay) {
+    Allowance allowance(5);
+    BoundedText out(allowance);
+    const std::vector<double> three{1, 2, 3};
+    appendNumbers(out, three);
+    EXPECT_EQ(out.text(), "1,2,3");
+    EXPECT_THROW(appendNumbers(out, three), OutputTooLarge);
 }
 
 }  // namespace

@@ -2,12 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 namespace veltrace::cli {
 namespace {
 
 TEST(JsonWriter, SetsBracketsCommasAndColons) {
-    Allowance allowance(100);
+    Allowance allowance(200);
     BoundedText out(allowance);
     JsonWriter json(out);
     json.startObject();
@@ -19,6 +20,10 @@ TEST(JsonWriter, SetsBracketsCommasAndColons) {
     json.boolean(false);
     json.null();
     json.endArray();
+    json.key("n");
+    json.numbers(std::vector<double>{1, -2.5});
+    json.key("o");
+    json.numbers({});
     json.key("b\n");
     json.raw(R"([{"x":1}])");
     json.key("c");
@@ -27,7 +32,7 @@ TEST(JsonWriter, SetsBracketsCommasAndColons) {
     EXPECT_FALSE(json.text("\xff"));
     json.endObject();
     EXPECT_EQ(out.text(),
-              "{\"a\":[2.5,18446744073709551615,true,false,null],"
+              "{\"a\":[2.5,18446744073709551615,true,false,null],\"n\":[1,-2.5],\"o\":[],"
               "\"b\\n\":[{\"x\":1}],\"c\":\"d\",\"e\":\"\u00ff\"}");
 }
 
@@ -40,6 +45,18 @@ TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
     }
     EXPECT_THROW(json.startArray(), OutputTooLarge);
     EXPECT_THROW(json.startObject(), OutputTooLarge);
+}
+
+TEST(JsonWriter, AListOfNumbersNestsAsWell) {
+    Allowance allowance(2 * kDeepestJson);
+    BoundedText out(allowance);
+    JsonWriter json(out);
+    for (std::size_t depth = 1; depth < kDeepestJson; ++depth) {
+        json.startArray();
+    }
+    json.numbers(std::vector<double>{1});
+    json.startArray();
+    EXPECT_THROW(json.numbers(std::vector<double>{1}), OutputTooLarge);
 }
 
 }  // namespace
