@@ -15,12 +15,16 @@ namespace {
 // Few chunks for many arrays, little waste for few.
 constexpr std::size_t kLargestChunk = std::size_t{8} << 20;
 
+void* zeros(std::size_t size) {
+    return std::calloc(1, size);
+}
+
 template <class Block>
 void freeAll(Block* last) {
     while (last != nullptr) {
         Block* const block = last;
         last = block->previous;
-        std::free(block);
+        std::free(block->memory);
     }
 }
 
@@ -32,13 +36,12 @@ ArrayMemory::~ArrayMemory() {
 }
 
 bool ArrayMemory::addChunk() noexcept {
-    void* const memory = std::calloc(1, chunkBytes_);
-    if (memory == nullptr) {
+    const auto [memory, block] = placeOnHugePages(chunkBytes_, zeros);
+    if (block == nullptr) {
         return false;
     }
-    adviseHugePages(memory, chunkBytes_);
-    lastChunk_ = new (memory) Chunk{.previous = lastChunk_, .bytes = chunkBytes_};
-    free_ = static_cast<std::byte*>(memory) + sizeof(Chunk);
+    lastChunk_ = new (block) Chunk{.previous = lastChunk_, .memory = memory, .bytes = chunkBytes_};
+    free_ = static_cast<std::byte*>(block) + sizeof(Chunk);
     left_ = chunkBytes_ - sizeof(Chunk);
     chunkBytes_ = std::min(2 * chunkBytes_, kLargestChunk);
     return true;
@@ -48,12 +51,11 @@ void* ArrayMemory::allocateAlone(std::size_t size) noexcept {
     if (size > std::numeric_limits<std::size_t>::max() - sizeof(Alone)) {
         return nullptr;
     }
-    void* const memory = std::calloc(1, sizeof(Alone) + size);
-    if (memory == nullptr) {
+    const auto [memory, block] = placeOnHugePages(sizeof(Alone) + size, zeros);
+    if (block == nullptr) {
         return nullptr;
     }
-    adviseHugePages(memory, sizeof(Alone) + size);
-    lastAlone_ = new (memory) Alone{lastAlone_};
+    lastAlone_ = new (block) Alone{.previous = lastAlone_, .memory = memory};
     return lastAlone_ + 1;
 }
 

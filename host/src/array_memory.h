@@ -4,16 +4,9 @@
 #include <cstddef>
 #include <cstdlib>
 
-namespace zephra {
+#include "block_checker.h"
 
-// Whether AddressSanitizer watches the ends of blocks.
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kHasBlockChecker = true;
-#elif defined(__has_feature)
-inline constexpr bool kHasBlockChecker = __has_feature(address_sanitizer);
-#else
-inline constexpr bool kHasBlockChecker = false;
-#endif
+namespace zephra {
 
 /// Memory for blocks that live until the end, in two kinds: small ones share chunks, because a
 /// result may hold millions of scalars and short strings, and to ask the system for each, and to
@@ -51,7 +44,7 @@ public:
             Alone* const block = *link;
             if (isUnused(static_cast<void*>(block + 1))) {
                 *link = block->previous;
-                std::free(block);
+                std::free(block->memory);
             } else {
                 link = &block->previous;
             }
@@ -62,13 +55,15 @@ public:
     [[nodiscard]] bool contains(const void* address) const;
 
 private:
+    // Each begins its memory, or what is used of it.
     struct Chunk {
         Chunk* previous;
+        void* memory;
         std::size_t bytes;
     };
-    // In front of its block.
     struct Alone {
         Alone* previous;
+        void* memory;
     };
 
     [[nodiscard]] bool addChunk() noexcept;

@@ -3,16 +3,14 @@
 #include <cstdlib>
 #include <new>
 
-#include "huge_pages.h"
-
 namespace zephra {
 
 BlockLedger::~BlockLedger() {
     for (std::size_t i = 0; i < newCount_; ++i) {
-        std::free(new_[i].memory);
+        std::free(new_[i].place.memory);
     }
-    for (const auto& [memory, size] : old_) {
-        std::free(memory);
+    for (const auto& [address, block] : old_) {
+        std::free(block.place.memory);
     }
 }
 
@@ -20,17 +18,17 @@ void* BlockLedger::allocate(std::size_t size) noexcept {
     if (newCount_ == new_.size() && !moveOldestAway()) {
         return nullptr;
     }
-    void* const memory = std::malloc(size);
-    if (memory != nullptr) {
-        adviseHugePages(memory, size);
-        new_[newCount_++] = {memory, size};
+    const PlacedBlock place =
+        placeOnHugePages(size, [](std::size_t bytes) { return std::malloc(bytes); });
+    if (place.block != nullptr) {
+        new_[newCount_++] = {place, size};
     }
-    return memory;
+    return place.block;
 }
 
 bool BlockLedger::moveOldestAway() noexcept {
     try {
-        old_.emplace(new_.front().memory, new_.front().size);
+        old_.emplace(new_.front().place.block, new_.front());
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -46,18 +44,20 @@ void BlockLedger::drop(std::size_t index) {
     --newCount_;
 }
 
-bool BlockLedger::release(void* memory) {
+bool BlockLedger::release(void* block) {
     for (std::size_t i = newCount_; i > 0; --i) {
-        if (new_[i - 1].memory == memory) {
+        if (new_[i - 1].place.block == block) {
+            std::free(new_[i - 1].place.memory);
             drop(i - 1);
-            std::free(memory);
             return true;
         }
     }
-    if (old_.erase(memory) == 0) {
+    const auto found = old_.find(block);
+    if (found == old_.end()) {
         return false;
     }
-    std::free(memory);
+    std::free(found->second.place.memory);
+    old_.erase(found);
     return true;
 }
 
@@ -66,8 +66,8 @@ std::size_t BlockLedger::bytes() const {
     for (std::size_t i = 0; i < newCount_; ++i) {
         sum += new_[i].size;
     }
-    for (const auto& [memory, size] : old_) {
-        sum += size;
+    for (const auto& [address, block] : old_) {
+        sum += block.size;
     }
     return sum;
 }

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <unordered_map>
 
+#include "huge_pages.h"
+
 namespace zephra {
 
 /// Owns blocks of memory, without a header in them, so that memory checkers see both ends of each
@@ -18,9 +20,9 @@ public:
 
     /// A new block of `size` bytes; null when memory is exhausted.
     [[nodiscard]] void* allocate(std::size_t size) noexcept;
-    /// Frees a block; false when `memory` is none. Compares addresses only, so it may be any
+    /// Frees a block; false when `block` is none. Compares addresses only, so it may be any
     /// pointer.
-    [[nodiscard]] bool release(void* memory);
+    [[nodiscard]] bool release(void* block);
 
     [[nodiscard]] std::size_t count() const { return newCount_ + old_.size(); }
     /// Their sizes as requested, added up.
@@ -28,7 +30,7 @@ public:
 
 private:
     struct Block {
-        void* memory;
+        PlacedBlock place;
         std::size_t size;
     };
 
@@ -37,7 +39,7 @@ private:
 
     std::array<Block, 8> new_{};
     std::size_t newCount_ = 0;
-    std::unordered_map<void*, std::size_t> old_;  // their sizes
+    std::unordered_map<void*, Block> old_;  // by their addresses
 };
 
 }  // namespace zephra

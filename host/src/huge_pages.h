@@ -3,24 +3,43 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <sys/mman.h>
+
+#include "block_checker.h"
 
 namespace zephra {
 
 /// The size of a large page on x86-64.
 inline constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
-/// Asks the system to back what it can of fresh `memory` by large pages: to get a million values
-/// page by page takes longer than to fill them. No harm comes of a refusal.
-inline void adviseHugePages(void* memory, std::size_t size) {
-    if (size < 2 * kHugePage) {
-        return;
+/// A block within the memory that was allocated for it and that is to be freed; null when there
+/// was none.
+struct PlacedBlock {
+    void* memory = nullptr;
+    void* block = nullptr;
+};
+
+/// Gets memory for a block of `size` bytes from `allocate`, which takes a number of bytes and gives
+/// null when there is no memory. A large block begins on a large page, and the system is asked to
+/// back it by those: to get a million values page by page takes longer than to fill them.
+template <class Allocate>
+[[nodiscard]] PlacedBlock placeOnHugePages(std::size_t size, const Allocate& allocate) noexcept {
+    constexpr std::size_t kRoom = 2 * kHugePage;
+    if (kHasBlockChecker || size < kRoom ||
+        size > std::numeric_limits<std::size_t>::max() - kRoom) {
+        void* const memory = allocate(size);
+        return {memory, memory};
     }
-    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t first = (begin + kHugePage - 1) / kHugePage * kHugePage;
-    const std::uintptr_t last = (begin + size) / kHugePage * kHugePage;
-    static_cast<void>(
-        madvise(static_cast<char*>(memory) + (first - begin), last - first, MADV_HUGEPAGE));
+    void* const memory = allocate(size + kRoom);
+    if (memory == nullptr) {
+        return {};
+    }
+    const std::size_t beyond = reinterpret_cast<std::uintptr_t>(memory) % kHugePage;
+    void* const block = static_cast<std::byte*>(memory) + (kHugePage - beyond) % kHugePage;
+    const std::size_t pages = (size + kHugePage / 2) / kHugePage;
+    static_cast<void>(madvise(block, pages * kHugePage, MADV_HUGEPAGE));  // no harm if refused
+    return {memory, block};
 }
 
 }  // namespace zephra

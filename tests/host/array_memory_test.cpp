@@ -102,6 +102,25 @@ TEST(ArrayMemory, KnowsItsBlocksByTheirAddresses) {
     EXPECT_FALSE(memory.contains(nullptr));
 }
 
+// Around the size from which on large pages back them.
+TEST(ArrayMemory, GivesLargeBlocksWholeAndZero) {
+    constexpr std::size_t kMiB = std::size_t{1} << 20;
+    ArrayMemory memory;
+    std::vector<std::span<unsigned char>> blocks;
+    for (const std::size_t size : {4 * kMiB - 17, 4 * kMiB - 16, 4 * kMiB, 4 * kMiB + 1,
+                                   5 * kMiB - 16, 6 * kMiB - 17, 9 * kMiB + 5}) {
+        auto* const block = static_cast<unsigned char*>(memory.allocate(size));
+        ASSERT_NE(block, nullptr);
+        EXPECT_TRUE(isAligned(block));
+        blocks.emplace_back(block, size);
+        EXPECT_TRUE(areAll(blocks.back(), 0)) << size;
+        std::memset(block, static_cast<int>(blocks.size()), size);
+    }
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        EXPECT_TRUE(areAll(blocks[i], static_cast<double>(i + 1))) << blocks[i].size();
+    }
+}
+
 TEST(ArrayMemory, RefusesWhatNoMemoryCouldHold) {
     ArrayMemory memory;
     EXPECT_EQ(memory.allocate(std::numeric_limits<std::size_t>::max()), nullptr);

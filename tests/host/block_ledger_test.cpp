@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "run.h"
@@ -153,6 +154,33 @@ TEST(Blocks, AmongManyAreFreedOnlyOnce) {
     });
     EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 100, .blockBytes = 100}));
     EXPECT_EQ(result.misuses().size(), 1U);
+}
+
+// Around the size from which on large pages back them.
+TEST(BlockLedger, GivesAndFreesLargeBlocksWhole) {
+    constexpr std::size_t kMiB = std::size_t{1} << 20;
+    BlockLedger ledger;
+    std::vector<std::span<unsigned char>> blocks;
+    std::size_t bytes = 0;
+    for (int round = 0; round < 3; ++round) {  // more blocks than are looked at first
+        for (const std::size_t size : {4 * kMiB - 1, 4 * kMiB, 4 * kMiB + 1, 7 * kMiB - 3}) {
+            auto* const block = static_cast<unsigned char*>(ledger.allocate(size));
+            ASSERT_NE(block, nullptr);
+            blocks.emplace_back(block, size);
+            std::memset(block, static_cast<int>(blocks.size()), size);
+            bytes += size;
+        }
+    }
+    EXPECT_EQ(ledger.bytes(), bytes);
+    EXPECT_EQ(ledger.allocate(std::numeric_limits<std::size_t>::max()), nullptr);
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        EXPECT_EQ(blocks[i].front(), i + 1);
+        EXPECT_EQ(blocks[i].back(), i + 1);
+        EXPECT_FALSE(ledger.release(blocks[i].data() + 1));
+        EXPECT_TRUE(ledger.release(blocks[i].data()));
+        EXPECT_FALSE(ledger.release(blocks[i].data()));
+    }
+    EXPECT_EQ(ledger.count(), 0U);
 }
 
 }  // namespace
