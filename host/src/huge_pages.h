@@ -26,7 +26,7 @@ struct PlacedBlock {
 template <class Allocate>
 [[nodiscard]] PlacedBlock placeOnHugePages(std::size_t size, const Allocate& allocate) noexcept {
     constexpr std::size_t kRoom = 2 * kHugePage;
-    if (kHasBlockChecker || size < kRoom ||
+    if (kHasBlockChecker || size < kHugePage ||
         size > std::numeric_limits<std::size_t>::max() - kRoom) {
         void* const memory = allocate(size);
         return {memory, memory};

@@ -22,6 +22,9 @@ constexpr std::uint32_t kMostApp1Bytes = 65536;
 
 constexpr std::uint32_t kUsualEntries = 32;
 
+// Counts of classic TIFF have 16 bits (TIFF 6.0, section 2).
+constexpr std::uint32_t kMostClassicEntries = 65535;
+
 }  // namespace
 
 void IFD::readIfd() {
@@ -133,6 +136,10 @@ void IFD::createTag(const std::byte* entry) {
 
 void IFD::addTag(TiffTag&& tag) {
     if (tag.name().empty()) {
+        if (unknownTags_.size() == kUsualEntries) {
+            // There are more to come: room for all at once, instead of moving them again and again.
+            unknownTags_.reserve(std::min(entryCount_, kMostClassicEntries));
+        }
         unknownTags_.push_back(std::move(tag));
     } else {
         knownTags_.append(std::move(tag));
