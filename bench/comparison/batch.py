@@ -17,6 +17,7 @@ def rows(build, folder, rounds):
     programs = {
         "veltrace -j 1": [*veltrace, "1", *names],
         "veltrace -j 2": [*veltrace, "2", *names],
+        "one process": [*veltrace, "1", "--isolation", "off", *names],
         "tiffdump": ["tiffdump", *names],
         "tiffinfo": ["tiffinfo", *names],
         "exiv2": ["exiv2", "-pa", *names],

@@ -38,7 +38,8 @@ def test_every_section_has_rows_of_its_readers(outcome):
         ("in process", "libtiff"), ("in process", "libexif"), ("in process", "exiv2"),
         ("whole process", "veltrace"), ("whole process", "tiffdump"),
         ("whole process", "tiffinfo"), ("whole process", "exiv2"), ("whole process", "exiftool"),
-        ("batch", "veltrace -j 1"), ("batch", "veltrace -j 2"), ("batch", "exiv2"),
+        ("batch", "veltrace -j 1"), ("batch", "veltrace -j 2"), ("batch", "one process"),
+        ("batch", "exiv2"),
         ("growth", "veltrace"), ("growth", "libtiff")}
 
 
