@@ -34,6 +34,13 @@ Bytes manyPages(std::size_t count) {
     return file.bytes();
 }
 
+/// A value for which the module asks the system for large pages.
+Bytes largeValue() {
+    TiffBuilder file(Order::big);
+    file.image().shorts(274, {6}).doubles(65000, std::vector<double>(std::size_t{1} << 18, 0.5));
+    return file.bytes();
+}
+
 Bytes manyWarnings(std::uint16_t count) {
     TiffBuilder file;
     file.image().shorts(274, {6});
@@ -150,6 +157,7 @@ std::vector<Scenario> largeStructures() {
     return {
         reads("Nested", nestedExif(10), {}),
         reads("ManyPages", manyPages(6), {}),
+        reads("LargeValue", largeValue(), {}),
         reads("ManyWarnings", manyWarnings(8), Messages(8, "badTagFormat")),
         reads("NamesWithoutAPlace", namesWithoutAPlace(), {}),
     };
