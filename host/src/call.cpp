@@ -89,7 +89,7 @@ void Call::noteMisuse(const char* operation, std::string_view sentence) {
 }
 
 bool Call::isReturnable(const qvArray* output) {
-    if (!result_->arrays.contains(output) || !isOfThisCall(*output)) {
+    if (!isKnown(output) || !result_->arrays.contains(output) || !isOfThisCall(*output)) {
         noteMisuse("outputs[0]", kForeignArray);
         return false;
     }

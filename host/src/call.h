@@ -20,8 +20,9 @@
 
 namespace zephra {
 
-/// The ledger of a call: every array and block that the module made, and what it said. All of it
-/// is reclaimed with the call, but for the output that `finish` takes.
+/// The ledger of a call: every array and block that the module made, and what it said. `finish`
+/// takes the output; the rest is reclaimed with the call, or with its result what shares memory
+/// with the output.
 ///
 /// `operation` is the host function on whose behalf something is asked; misuse is reported in its
 /// name.
@@ -66,8 +67,12 @@ public:
     }
     /// Makes a structure array of this call, likewise.
     [[nodiscard]] qvArray* createStruct(Dimensions dimensions, std::span<const char* const> names) {
-        return createArray(qvClassStruct, qvReal, dimensions,
-                           &result_->fieldTables.emplace_front(names));
+        FieldTable& fields = result_->fieldTables.emplace_front(names);
+        qvArray* const array = createArray(qvClassStruct, qvReal, dimensions, &fields);
+        if (array == nullptr) {
+            result_->fieldTables.pop_front();
+        }
+        return array;
     }
 
     /// `array` if the module may read it, else null.

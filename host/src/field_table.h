@@ -13,8 +13,8 @@
 namespace zephra {
 
 /// Field names in creation order, found by name in constant time unless many differ in their middle
-/// alone. One table serves all elements of
-/// a structure array. Of two fields with one name, the name finds the first.
+/// alone. One table serves all elements of a structure array. Of two fields with one name, the name
+/// finds the first.
 class FieldTable {
 public:
     /// Copies `names`, none of which may be null. Throws std::bad_alloc.

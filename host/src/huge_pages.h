@@ -1,6 +1,7 @@
 // Large pages for large memory.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -21,24 +22,26 @@ struct PlacedBlock {
 };
 
 /// Gets memory for a block of `size` bytes from `allocate`, which takes a number of bytes and gives
-/// null when there is no memory. A large block begins on a large page, and the system is asked to
-/// back it by those: to get a million values page by page takes longer than to fill them.
+/// null when there is no memory. A large block begins on a large page, if there is room for that,
+/// and the system is asked to back it by those: to get a million values page by page takes longer
+/// than to fill them.
 template <class Allocate>
 [[nodiscard]] PlacedBlock placeOnHugePages(std::size_t size, const Allocate& allocate) noexcept {
     constexpr std::size_t kRoom = 2 * kHugePage;
-    if (kHasBlockChecker || size < kHugePage ||
-        size > std::numeric_limits<std::size_t>::max() - kRoom) {
+    const bool isLarge = size >= kRoom && size <= std::numeric_limits<std::size_t>::max() - kRoom;
+    if (kHasBlockChecker || !isLarge) {
         void* const memory = allocate(size);
         return {memory, memory};
     }
-    void* const memory = allocate(size + kRoom);
+    const std::size_t advised = (size + kHugePage / 2) / kHugePage * kHugePage;
+    void* memory = allocate(std::max(size, advised) + kHugePage);
     if (memory == nullptr) {
-        return {};
+        memory = allocate(size);
+        return {memory, memory};
     }
     const std::size_t beyond = reinterpret_cast<std::uintptr_t>(memory) % kHugePage;
     void* const block = static_cast<std::byte*>(memory) + (kHugePage - beyond) % kHugePage;
-    const std::size_t pages = (size + kHugePage / 2) / kHugePage;
-    static_cast<void>(madvise(block, pages * kHugePage, MADV_HUGEPAGE));  // no harm if refused
+    static_cast<void>(madvise(block, advised, MADV_HUGEPAGE));  // no harm if refused
     return {memory, block};
 }
 

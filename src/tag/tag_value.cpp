@@ -19,7 +19,7 @@ constexpr std::size_t kLargePage = std::size_t{2} << 20;
 constexpr std::align_val_t kLargeAlignment{kLargePage};
 
 bool isLarge(std::size_t size) {
-    return size >= kLargePage;
+    return size >= 2 * kLargePage;
 }
 
 /// Memory for elements. The system is asked to back most of a large one by large pages: to get a
@@ -28,9 +28,8 @@ std::byte* allocateElements(std::size_t size) {
     if (!isLarge(size)) {
         return new std::byte[size];
     }
-    const std::size_t onLargePages = (size + kLargePage / 2) / kLargePage * kLargePage;
-    void* const memory = ::operator new(std::max(size, onLargePages), kLargeAlignment);
-    static_cast<void>(madvise(memory, onLargePages, MADV_HUGEPAGE));  // no harm if refused
+    void* const memory = ::operator new(size, kLargeAlignment);
+    static_cast<void>(madvise(memory, size / kLargePage * kLargePage, MADV_HUGEPAGE));
     return static_cast<std::byte*>(memory);
 }
 

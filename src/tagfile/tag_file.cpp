@@ -13,6 +13,7 @@ namespace {
 
 // Most readers append the TIFF names too; with room for all, appending never fails.
 constexpr std::size_t kMostDefaultFieldNames = 34;
+static_assert(kMostDefaultFieldNames <= NameSet::kMost);
 
 constexpr const char* kGeneralFieldNames[] = {
     "Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",

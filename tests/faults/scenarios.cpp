@@ -37,7 +37,7 @@ Bytes manyPages(std::size_t count) {
 /// A value for which the module asks the system for large pages.
 Bytes largeValue() {
     TiffBuilder file(Order::big);
-    file.image().shorts(274, {6}).doubles(65000, std::vector<double>(std::size_t{1} << 18, 0.5));
+    file.image().shorts(274, {6}).doubles(65000, std::vector<double>(std::size_t{1} << 19, 0.5));
     return file.bytes();
 }
 

@@ -107,8 +107,8 @@ TEST(ArrayMemory, GivesLargeBlocksWholeAndZero) {
     constexpr std::size_t kMiB = std::size_t{1} << 20;
     ArrayMemory memory;
     std::vector<std::span<unsigned char>> blocks;
-    for (const std::size_t size : {2 * kMiB - 17, 2 * kMiB - 16, 2 * kMiB, 4 * kMiB + 1,
-                                   3 * kMiB - 16, 3 * kMiB - 17, 9 * kMiB + 5}) {
+    for (const std::size_t size : {4 * kMiB - 17, 4 * kMiB - 16, 4 * kMiB, 4 * kMiB + 1,
+                                   5 * kMiB - 16, 5 * kMiB - 17, 9 * kMiB + 5}) {
         auto* const block = static_cast<unsigned char*>(memory.allocate(size));
         ASSERT_NE(block, nullptr);
         EXPECT_TRUE(isAligned(block));

@@ -163,7 +163,7 @@ TEST(BlockLedger, GivesAndFreesLargeBlocksWhole) {
     std::vector<std::span<unsigned char>> blocks;
     std::size_t bytes = 0;
     for (int round = 0; round < 3; ++round) {  // more blocks than are looked at first
-        for (const std::size_t size : {2 * kMiB - 1, 2 * kMiB, 3 * kMiB + 1, 7 * kMiB - 3}) {
+        for (const std::size_t size : {4 * kMiB - 1, 4 * kMiB, 5 * kMiB + 1, 7 * kMiB - 3}) {
             auto* const block = static_cast<unsigned char*>(ledger.allocate(size));
             ASSERT_NE(block, nullptr);
             blocks.emplace_back(block, size);

@@ -96,6 +96,16 @@ TEST(Misuse, UsingAnArrayOfAnEarlierCall) {
     EXPECT_FALSE(second.output().cell(0));
 }
 
+TEST(Misuse, ReturningTheInsideOfAnArray) {
+    const CallResult result = run([](qvArray*& output) {
+        qvArray* const array = makeNumeric({4});
+        output = reinterpret_cast<qvArray*>(qvGetData(array));
+    });
+    EXPECT_THAT(result.misuses(), ElementsAre("outputs[0]: the array is not one of this call"));
+    EXPECT_FALSE(result.output());
+    EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 1}));
+}
+
 TEST(Misuse, UsingAReplacedValue) {
     const CallResult result = run([](qvArray*& output) {
         output = makeCell({2});

@@ -47,8 +47,8 @@ std::string_view large(std::size_t size) {
 
 INSTANTIATE_TEST_SUITE_P(Places, ValueOfText,
                          testing::Values(kInside, "8 bytes!", kOutside,
-                                         large((std::size_t{2} << 20) - 1),
-                                         large(std::size_t{2} << 20), large(std::size_t{3} << 20),
+                                         large((std::size_t{4} << 20) - 1),
+                                         large(std::size_t{4} << 20), large(std::size_t{5} << 20),
                                          large((std::size_t{6} << 20) + 1)),
                          [](const auto& text) {
                              return "Of" + std::to_string(text.param.size()) + "Bytes";

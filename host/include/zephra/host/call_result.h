@@ -36,7 +36,8 @@ struct Requests {
     friend bool operator==(const Requests&, const Requests&) = default;
 };
 
-/// The outcome of a call. Owns the output; everything else that the call made is already gone.
+/// The outcome of a call. Owns the output. Everything else that the call made is already gone, or
+/// goes with the output, if it shares memory with it.
 /// Move-only. A moved-from result may only be destroyed or assigned to.
 class CallResult {
 public:
