@@ -56,7 +56,7 @@ qvArray* qvArray::create(zephra::ArrayMemory& memory, qvClass classCode, qvCompl
         return nullptr;
     }
     const std::size_t header =
-        sizeof(qvArray) + dimensions.size_bytes() + (fields != nullptr ? sizeof fields : 0);
+        sizeof(qvArray) + dimensions.size_bytes() + (fields != nullptr ? sizeof(void*) : 0);
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         return nullptr;
     }

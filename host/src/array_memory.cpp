@@ -36,12 +36,13 @@ ArrayMemory::~ArrayMemory() {
 }
 
 bool ArrayMemory::addChunk() noexcept {
-    const auto [memory, block] = placeOnHugePages(chunkBytes_, zeros);
-    if (block == nullptr) {
+    const PlacedBlock place = placeOnHugePages(chunkBytes_, zeros);
+    if (place.block == nullptr) {
         return false;
     }
-    lastChunk_ = new (block) Chunk{.previous = lastChunk_, .memory = memory, .bytes = chunkBytes_};
-    free_ = static_cast<std::byte*>(block) + sizeof(Chunk);
+    lastChunk_ = new (place.block)
+        Chunk{.previous = lastChunk_, .memory = place.memory, .bytes = chunkBytes_};
+    free_ = static_cast<std::byte*>(place.block) + sizeof(Chunk);
     left_ = chunkBytes_ - sizeof(Chunk);
     chunkBytes_ = std::min(2 * chunkBytes_, kLargestChunk);
     return true;
@@ -51,11 +52,11 @@ void* ArrayMemory::allocateAlone(std::size_t size) noexcept {
     if (size > std::numeric_limits<std::size_t>::max() - sizeof(Alone)) {
         return nullptr;
     }
-    const auto [memory, block] = placeOnHugePages(sizeof(Alone) + size, zeros);
-    if (block == nullptr) {
+    const PlacedBlock place = placeOnHugePages(sizeof(Alone) + size, zeros);
+    if (place.block == nullptr) {
         return nullptr;
     }
-    lastAlone_ = new (block) Alone{.previous = lastAlone_, .memory = memory};
+    lastAlone_ = new (place.block) Alone{.previous = lastAlone_, .memory = place.memory};
     return lastAlone_ + 1;
 }
 

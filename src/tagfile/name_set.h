@@ -23,7 +23,8 @@ private:
     [[nodiscard]] std::size_t slotOf(std::string_view name) const {
         // Names of one length rarely begin alike.
         std::size_t slot =
-            (name.size() + 8U * static_cast<unsigned char>(name.front())) % slots_.size();
+            (name.size() + std::size_t{8} * static_cast<unsigned char>(name.front())) %
+            slots_.size();
         while (!slots_[slot].empty() && slots_[slot] != name) {
             slot = (slot + 1) % slots_.size();
         }
