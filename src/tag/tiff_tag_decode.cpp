@@ -49,13 +49,14 @@ bool isValid(std::uint16_t type) {
 
 VeltraceRecoverableError faultOf(std::uint16_t tagId, std::uint16_t type) {
     if (DataType{type} == DataType::noType) {
-        return {"ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-                message("Tag ID ", tagId,
-                        " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
+        return VeltraceRecoverableError{
+            "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+            message("Tag ID ", tagId,
+                    " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
     }
-    return {"ZEPHRA:veltrace:badTagFormat",
-            message("Tag ID ", tagId, " with datatype format value ", type,
-                    " is invalid.  Only values 0-13 are allowed.\n")};
+    return VeltraceRecoverableError{"ZEPHRA:veltrace:badTagFormat",
+                                    message("Tag ID ", tagId, " with datatype format value ", type,
+                                            " is invalid.  Only values 0-13 are allowed.\n")};
 }
 
 std::string illegalNesting(std::uint16_t tagId, const char* directory) {
