@@ -35,6 +35,14 @@ Call::Call(const Settings& settings, std::span<qvArray* const> arguments)
     }
 }
 
+void Call::noteKnown(const qvArray* array) {
+    known_.insert(array);
+}
+
+bool Call::isRegistered(const qvArray* array) const {
+    return known_.contains(array) && isOfThisCall(*array);
+}
+
 void Call::noteUnreadable(const char* operation, const qvArray* array) {
     noteMisuse(operation, array == nullptr ? "no array is given" : kForeignArray);
 }

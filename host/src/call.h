@@ -59,7 +59,7 @@ public:
             return nullptr;
         }
         if (settings_.strict) {
-            known_.insert(array);
+            noteKnown(array);
         }
         array->setCall(number_);
         ++arrayCount_;
@@ -135,8 +135,10 @@ private:
     }
     /// True for an array of this call or an argument; for those only it looks behind the pointer.
     [[nodiscard]] bool isKnown(const qvArray* array) const {
-        return !settings_.strict || (known_.contains(array) && isOfThisCall(*array));
+        return !settings_.strict || isRegistered(array);
     }
+    [[gnu::cold]] void noteKnown(const qvArray* array);
+    [[nodiscard, gnu::cold]] bool isRegistered(const qvArray* array) const;
     [[nodiscard]] bool isOfThisCall(const qvArray& array) const { return array.call() == number_; }
     [[nodiscard]] bool isStorable(const qvArray& array, const qvArray* value) const {
         return isKnown(value) && isOfThisCall(*value) && !value->isArgument() &&

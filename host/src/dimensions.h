@@ -19,7 +19,8 @@ inline constexpr std::size_t kMostDimensions = 255;
 
 /// The same; nearly all arrays have two dimensions.
 [[nodiscard]] inline std::size_t productOf(Dimensions dimensions) {
-    return dimensions.size() == 2 ? dimensions[0] * dimensions[1] : productOfMany(dimensions);
+    const std::size_t* const first = dimensions.data();
+    return dimensions.size() == 2 ? first[0] * first[1] : productOfMany(dimensions);
 }
 
 }  // namespace zephra

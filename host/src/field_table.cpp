@@ -1,5 +1,6 @@
 #include "field_table.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -41,23 +42,24 @@ std::uint32_t hashOf(std::string_view name) {
 }  // namespace
 
 FieldTable::FieldTable(std::span<const char* const> names)
-    : size_(names.size()), slots_(std::bit_ceil(names.size() * 2)), last_(names.size()) {
-    std::size_t bytes = 0;
-    fields_.reserve(names.size());
-    for (const char* const name : names) {
-        const std::size_t length = std::strlen(name);
-        const auto index = static_cast<std::uint32_t>(fields_.size());
-        fields_.push_back(
-            {static_cast<std::uint32_t>(bytes), static_cast<std::uint32_t>(length), index + 1});
-        bytes += length + 1;
+    : size_(names.size()),
+      fields_(std::make_unique_for_overwrite<Field[]>(size_ + 1)),
+      slotCount_(std::bit_ceil(size_ * 2)),
+      slots_(std::make_unique<Slot[]>(slotCount_)),
+      last_(size_) {
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < size_; ++i) {
+        fields_[i] = {.begin = end, .successor = i + 1};
+        end += std::strlen(names[i]) + 1;
     }
-    text_.resize(bytes);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        std::memcpy(text_.data() + fields_[i].begin, names[i], fields_[i].length + std::size_t{1});
+    fields_[size_].begin = end;
+    text_ = std::make_unique_for_overwrite<char[]>(end);
+    for (std::size_t i = 0; i < size_; ++i) {
+        std::ranges::copy(std::span(names[i], name(i).size() + 1), &text_[fields_[i].begin]);
         const std::uint32_t hash = hashOf(name(i));
         Slot& slot = slots_[slotOf(name(i), hash)];
         if (slot.field == 0) {
-            slot = {static_cast<std::uint32_t>(i) + 1, hash};
+            slot = {.field = static_cast<std::uint32_t>(i) + 1, .hash = hash};
         } else {
             // A later field of the name follows no other, or `findNext` would find it.
             fields_[i - 1].successor = slot.field - 1;
@@ -76,14 +78,14 @@ std::size_t FieldTable::findAnew(const char* name) {
         return kNone;
     }
     if (last_ < size_) {
-        fields_[last_].successor = static_cast<std::uint32_t>(*field);
+        fields_[last_].successor = *field;
     }
     last_ = *field;
     return *field;
 }
 
 std::size_t FieldTable::slotOf(std::string_view wanted, std::uint32_t hash) const {
-    const std::size_t mask = slots_.size() - 1;
+    const std::size_t mask = slotCount_ - 1;
     std::size_t slot = hash & mask;
     while (slots_[slot].field != 0 &&
            (slots_[slot].hash != hash || name(slots_[slot].field - 1) != wanted)) {

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
-#include <vector>
 
 namespace zephra {
 
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] std::size_t size() const { return size_; }
     /// Name of field `index`, which must be less than `size()`.
     [[nodiscard]] std::string_view name(std::size_t index) const {
-        return {text_.data() + fields_[index].begin, fields_[index].length};
+        return {&text_[fields_[index].begin], fields_[index + 1].begin - fields_[index].begin - 1};
     }
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
@@ -32,7 +32,7 @@ public:
     /// threads at once.
     [[nodiscard]] std::size_t findNext(const char* name) {
         const std::size_t likely = last_ < size_ ? fields_[last_].successor : 0;
-        if (likely < size_ && std::strcmp(text_.data() + fields_[likely].begin, name) == 0) {
+        if (likely < size_ && std::strcmp(&text_[fields_[likely].begin], name) == 0) {
             last_ = likely;
             return likely;
         }
@@ -42,9 +42,8 @@ public:
 
 private:
     struct Field {
-        std::uint32_t begin;  // of its name in `text_`
-        std::uint32_t length;
-        std::uint32_t successor;  // the field whose name was asked for after this one
+        std::size_t begin;      // of its name in `text_`
+        std::size_t successor;  // the field whose name was asked for after this one
     };
     struct Slot {
         std::uint32_t field = 0;  // its index + 1; 0 where the slot is free
@@ -55,12 +54,13 @@ private:
     /// The slot that holds a name, or the free one where it belongs.
     [[nodiscard]] std::size_t slotOf(std::string_view wanted, std::uint32_t hash) const;
 
+    // Three small blocks in all, where a map would take one for each name of each of a million
+    // structures.
     std::size_t size_;
-    std::vector<char> text_;  // all names, each with its NUL
-    std::vector<Field> fields_;
-    // Open addressing, at most half full. Three small blocks in all, where a map would take one for
-    // each name of each of a million structures.
-    std::vector<Slot> slots_;
+    std::unique_ptr<Field[]> fields_;  // and one more, where `text_` ends
+    std::unique_ptr<char[]> text_;     // all names, each with its NUL
+    std::size_t slotCount_;
+    std::unique_ptr<Slot[]> slots_;  // open addressing, at most half full
     std::size_t last_ = 0;
 };
 
