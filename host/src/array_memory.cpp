@@ -44,7 +44,7 @@ bool ArrayMemory::addChunk() noexcept {
         Chunk{.previous = lastChunk_, .memory = place.memory, .bytes = chunkBytes_};
     free_ = static_cast<std::byte*>(place.block) + sizeof(Chunk);
     left_ = chunkBytes_ - sizeof(Chunk);
-    chunkBytes_ = std::min(2 * chunkBytes_, kLargestChunk);
+    chunkBytes_ = std::min(4 * chunkBytes_, kLargestChunk);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <span>
 #include <vector>
 
 #include "zephra/qv.h"
@@ -12,6 +13,7 @@
 #include "ifd/baseline_tags.h"
 #include "ifd/ifd_id.h"
 #include "ifd/known_tags.h"
+#include "tag/large_page_allocator.h"
 #include "tag/tiff_tag.h"
 
 namespace veltrace {
@@ -54,7 +56,7 @@ public:
     /// Always 0.
     [[nodiscard]] static constexpr double spare() { return 0; }
     [[nodiscard]] const KnownTags& knownTags() const { return knownTags_; }
-    [[nodiscard]] const std::vector<TiffTag>& unknownTags() const { return unknownTags_; }
+    [[nodiscard]] std::span<const TiffTag> unknownTags() const { return unknownTags_; }
     /// Whether the directory itself has this baseline tag; false for any other tag.
     [[nodiscard]] bool has(std::uint16_t baselineTag) const;
     /// -1 without the tag.
@@ -84,7 +86,7 @@ private:
     void outputUnknownTags(qvArray* structure, std::size_t element) const;
 
     KnownTags knownTags_;
-    std::vector<TiffTag> unknownTags_;
+    std::vector<TiffTag, LargePageAllocator<TiffTag>> unknownTags_;  // may be thousands
     std::uint32_t entryCount_ = 0;
     TagFile* reader_ = nullptr;
     std::int64_t position_ = 0;

@@ -2,44 +2,16 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
-#include <sys/mman.h>
 #include <utility>
 
 #include "zephra/qv.h"
 
 #include "tag/data_type.h"
+#include "tag/large_page_allocator.h"
 
 namespace veltrace {
 
 namespace {
-
-// The size of a large page on x86-64.
-constexpr std::size_t kLargePage = std::size_t{2} << 20;
-constexpr std::align_val_t kLargeAlignment{kLargePage};
-
-bool isLarge(std::size_t size) {
-    return size >= 2 * kLargePage;
-}
-
-/// Memory for elements. The system is asked to back most of a large one by large pages: to get a
-/// million values page by page takes longer than to read them.
-std::byte* allocateElements(std::size_t size) {
-    if (!isLarge(size)) {
-        return new std::byte[size];
-    }
-    void* const memory = ::operator new(size, kLargeAlignment);
-    static_cast<void>(madvise(memory, size / kLargePage * kLargePage, MADV_HUGEPAGE));
-    return static_cast<std::byte*>(memory);
-}
-
-void freeElements(std::byte* elements, std::size_t size) {
-    if (isLarge(size)) {
-        ::operator delete(elements, kLargeAlignment);
-    } else {
-        delete[] elements;
-    }
-}
 
 template <class Element>
 Element elementAt(const std::byte* bytes, std::size_t index) {
@@ -91,7 +63,7 @@ TagValue& TagValue::operator=(TagValue other) noexcept {
 
 TagValue::~TagValue() {
     if (isOutside()) {
-        freeElements(outside(), byteSize());
+        LargePageAllocator<std::byte>().deallocate(outside(), byteSize());
     }
 }
 
@@ -105,7 +77,7 @@ std::uint64_t TagValue::byteSize() const {
 void TagValue::set(const std::byte* bytes) {
     const auto size = static_cast<std::size_t>(byteSize());
     if (size > kInsideBytes) {
-        std::byte* const elements = allocateElements(size);
+        std::byte* const elements = LargePageAllocator<std::byte>().allocate(size);
         std::copy_n(bytes, size, elements);
         std::memcpy(inside_.data(), &elements, sizeof elements);
     } else {
