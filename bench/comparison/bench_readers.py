@@ -21,13 +21,14 @@ def run(*command, **settings):
     return done.stdout
 
 
-def measure(build, files, rounds, readers=()):
-    """The sets that the files fall into by their formats, each with what the readers made of it."""
+def measure(build, files, rounds, readers=(), least_reads=1):
+    """The sets that the files fall into by their formats, each with what the readers made of it.
+    A round reads a set of fewer than `least_reads` files again and again."""
     with tempfile.NamedTemporaryFile("w", suffix=".list") as names:
         names.writelines(f"{file}\n" for file in files)
         names.flush()
         return json.loads(run(build / "bench-readers", "--rounds", rounds, *only(readers),
-                              "--files-from", names.name))
+                              "--least-reads", least_reads, "--files-from", names.name))
 
 
 def peak(build, file, reader, warm_up):

@@ -88,7 +88,7 @@ def measured(build, scratch, folders, effort):
     everything = [sources.source_of(EXAMPLES), *sources.generated_sources(small),
                   *(sources.source_of(folder.resolve()) for folder in folders)]
     progress("reading in process")
-    rows, complaints = in_process.rows(build, everything, effort.rounds)
+    rows, complaints = in_process.rows(build, everything, effort.rounds, effort.files)
     progress("running processes")
     rows += whole_process.rows(build, images, effort.passes, effort.runs)
     progress("running batches")

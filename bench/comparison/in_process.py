@@ -6,11 +6,11 @@ from comparison.figures import Row
 SECTION = "in process"
 
 
-def rows(build, sources, rounds):
+def rows(build, sources, rounds, least_reads):
     """Rows for each format of each source, and sentences on unequal work."""
     result, complaints = [], []
     for source in sources:
-        sets = bench_readers.measure(build, source.files, rounds)
+        sets = bench_readers.measure(build, source.files, rounds, least_reads=least_reads)
         complaints += [f"{source.name} {text}" for text in bench_readers.unequal_work(sets)]
         for one in sets:
             result += rows_of_set(f"{source.name} {one['set']}", one)

@@ -22,6 +22,7 @@ struct Options {
     std::string filesFrom;
     std::string warmUp;
     unsigned rounds = 15;
+    std::size_t leastReads = 1;
     bool peak = false;
 };
 
@@ -62,7 +63,7 @@ void writeCourse(Json& json, const Course& course) {
 void writeRounds(Json& json, const Options& options, Readers& readers) {
     json.StartArray();
     for (FileSet& set : setsOf(options.files)) {
-        measure(set, readers, options.rounds);
+        measure(set, readers, options.rounds, options.leastReads);
         json.StartObject();
         writeString(json, "set", set.name);
         writeNumber(json, "files", set.files.size());
@@ -139,6 +140,10 @@ int main(int argc, char** argv) {
         ->delimiter(',')
         ->allow_extra_args(false);
     app.add_option("--rounds", options.rounds, "How often each set is read")->capture_default_str();
+    app.add_option("--least-reads", options.leastReads,
+                   "How many files a reader reads in a round, a small set again and again")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
     app.add_flag("--peak", options.peak, "Read one file once and tell the growth of memory");
     app.add_option("--warm-up", options.warmUp, "With --peak: a file to read before");
     CLI11_PARSE(app, argc, argv);

@@ -8,14 +8,18 @@ namespace veltrace::bench {
 
 namespace {
 
-std::uint64_t timeOf(Reader& reader, const std::vector<std::string>& files) {
+/// Nanoseconds of one pass over all files, the mean of `passes`.
+std::uint64_t timeOf(Reader& reader, const std::vector<std::string>& files, std::size_t passes) {
     const auto start = std::chrono::steady_clock::now();
-    for (const std::string& file : files) {
-        reader.read(file);
+    for (std::size_t pass = 0; pass < passes; ++pass) {
+        for (const std::string& file : files) {
+            reader.read(file);
+        }
     }
     const auto elapsed = std::chrono::steady_clock::now() - start;
     return static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(elapsed).count());
+               std::chrono::duration_cast<std::chrono::nanoseconds>(elapsed).count()) /
+           passes;
 }
 
 Delivered countAll(Reader& reader, const std::vector<std::string>& files) {
@@ -45,20 +49,21 @@ std::vector<FileSet> setsOf(const std::vector<std::string>& files) {
     return sets;
 }
 
-void measure(FileSet& set, Readers& readers, unsigned rounds) {
+void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t leastReads) {
+    const std::size_t passes = (leastReads + set.files.size() - 1) / set.files.size();
     const Format format = formatOf(set.files.front());
     std::vector<Reader*> chosen;
     for (const auto& reader : readers) {
         if (reader->knows(format)) {
             chosen.push_back(reader.get());
             set.courses.push_back({std::string(reader->name()), {}, countAll(*reader, set.files)});
-            timeOf(*reader, set.files);
+            timeOf(*reader, set.files, 1);
         }
     }
     for (std::size_t round = 0; round < rounds; ++round) {
         for (std::size_t i = 0; i < chosen.size(); ++i) {
             const std::size_t turn = (round + i) % chosen.size();
-            set.courses[turn].rounds.push_back(timeOf(*chosen[turn], set.files));
+            set.courses[turn].rounds.push_back(timeOf(*chosen[turn], set.files, passes));
         }
     }
 }

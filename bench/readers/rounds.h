@@ -12,8 +12,8 @@ namespace veltrace::bench {
 /// What one reader made of one set of files.
 struct Course {
     std::string reader;
-    std::vector<std::uint64_t> rounds;  ///< nanoseconds for all files, one number for each round
-    Delivered delivered;                ///< of one round
+    std::vector<std::uint64_t> rounds;  ///< nanoseconds for all files once, a number for each round
+    Delivered delivered;                ///< of all files once
 };
 
 /// Files of one format, and the readers that know it.
@@ -27,7 +27,9 @@ struct FileSet {
 [[nodiscard]] std::vector<FileSet> setsOf(const std::vector<std::string>& files);
 
 /// Counts what each reader delivers, reads all once more to warm up, then measures. Each round has
-/// every reader read the whole set, in an order that moves on by one from round to round.
-void measure(FileSet& set, Readers& readers, unsigned rounds);
+/// every reader read the whole set, in an order that moves on by one from round to round. A reader
+/// goes on until it has read `leastReads` files, at least 1, or a round of few files would time how
+/// it finds the caches after the others.
+void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t leastReads);
 
 }  // namespace veltrace::bench

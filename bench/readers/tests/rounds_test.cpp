@@ -56,7 +56,7 @@ TEST(Rounds, LetReadersTakeTurnsInAnOrderThatMovesOn) {
     }
     const MemoryFile page(chain(1));
     FileSet set{"classic", {page.name()}, {}};
-    measure(set, readers, 3);
+    measure(set, readers, 3, 1);
     // Each counts and warms up, then the rounds begin.
     EXPECT_EQ(reads,
               "+a+b+c"
@@ -68,6 +68,22 @@ TEST(Rounds, LetReadersTakeTurnsInAnOrderThatMovesOn) {
     EXPECT_THAT(set.courses[1].rounds, SizeIs(3));
 }
 
+TEST(Rounds, ReadASmallSetAgainUntilTheyHaveReadEnough) {
+    std::string reads;
+    Readers readers;
+    for (const char* name : {"a", "b"}) {
+        readers.push_back(std::make_unique<Remembering>(name, Format::classicTiff, reads));
+    }
+    const MemoryFile page(chain(1));
+    FileSet set{"classic", {page.name(), page.name()}, {}};
+    measure(set, readers, 1, 5);
+    EXPECT_EQ(reads,
+              "++aa++bb"
+              "aaaaaabbbbbb");
+    const Delivered once{.directories = 2, .entries = 4, .values = 6, .refused = 0};
+    EXPECT_EQ(set.courses[0].delivered, once);
+}
+
 TEST(Rounds, CountOverAllFilesAndSkipReadersOfOtherFormats) {
     std::string reads;
     Readers readers;
@@ -75,7 +91,7 @@ TEST(Rounds, CountOverAllFilesAndSkipReadersOfOtherFormats) {
     readers.push_back(std::make_unique<Remembering>("b", Format::jpeg, reads));
     const MemoryFile page(chain(1));
     FileSet set{"classic", {page.name(), page.name()}, {}};
-    measure(set, readers, 1);
+    measure(set, readers, 1, 1);
     ASSERT_THAT(set.courses, SizeIs(1));
     const Delivered twice{.directories = 2, .entries = 4, .values = 6, .refused = 0};
     EXPECT_EQ(set.courses[0].delivered, twice);
