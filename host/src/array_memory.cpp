@@ -1,12 +1,9 @@
 #include "array_memory.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <new>
-
-#include "huge_pages.h"
 
 namespace zephra {
 
@@ -15,16 +12,12 @@ namespace {
 // Few chunks for many arrays, little waste for few.
 constexpr std::size_t kLargestChunk = std::size_t{8} << 20;
 
-void* zeros(std::size_t size) {
-    return std::calloc(1, size);
-}
-
 template <class Block>
 void freeAll(Block* last) {
     while (last != nullptr) {
         Block* const block = last;
         last = block->previous;
-        std::free(block->memory);
+        freeMemory(block, block->bytes);
     }
 }
 
@@ -36,13 +29,12 @@ ArrayMemory::~ArrayMemory() {
 }
 
 bool ArrayMemory::addChunk() noexcept {
-    const PlacedBlock place = placeOnHugePages(chunkBytes_, zeros);
-    if (place.block == nullptr) {
+    void* const memory = allocateZeros(chunkBytes_);
+    if (memory == nullptr) {
         return false;
     }
-    lastChunk_ = new (place.block)
-        Chunk{.previous = lastChunk_, .memory = place.memory, .bytes = chunkBytes_};
-    free_ = static_cast<std::byte*>(place.block) + sizeof(Chunk);
+    lastChunk_ = new (memory) Chunk{.previous = lastChunk_, .bytes = chunkBytes_};
+    free_ = static_cast<std::byte*>(memory) + sizeof(Chunk);
     left_ = chunkBytes_ - sizeof(Chunk);
     chunkBytes_ = std::min(4 * chunkBytes_, kLargestChunk);
     return true;
@@ -52,11 +44,12 @@ void* ArrayMemory::allocateAlone(std::size_t size) noexcept {
     if (size > std::numeric_limits<std::size_t>::max() - sizeof(Alone)) {
         return nullptr;
     }
-    const PlacedBlock place = placeOnHugePages(sizeof(Alone) + size, zeros);
-    if (place.block == nullptr) {
+    const std::size_t bytes = sizeof(Alone) + size;
+    void* const memory = allocateZeros(bytes);
+    if (memory == nullptr) {
         return nullptr;
     }
-    lastAlone_ = new (place.block) Alone{.previous = lastAlone_, .memory = place.memory};
+    lastAlone_ = new (memory) Alone{.previous = lastAlone_, .bytes = bytes};
     return lastAlone_ + 1;
 }
 

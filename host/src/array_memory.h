@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 
 #include "block_checker.h"
+#include "system_memory.h"
 
 namespace zephra {
 
@@ -44,7 +44,7 @@ public:
             Alone* const block = *link;
             if (isUnused(static_cast<void*>(block + 1))) {
                 *link = block->previous;
-                std::free(block->memory);
+                freeMemory(block, block->bytes);
             } else {
                 link = &block->previous;
             }
@@ -55,15 +55,14 @@ public:
     [[nodiscard]] bool contains(const void* address) const;
 
 private:
-    // Each begins its memory, or what is used of it.
+    // Each begins its memory, which has so many bytes.
     struct Chunk {
         Chunk* previous;
-        void* memory;
         std::size_t bytes;
     };
     struct Alone {
         Alone* previous;
-        void* memory;
+        std::size_t bytes;
     };
 
     [[nodiscard]] bool addChunk() noexcept;

@@ -1,16 +1,17 @@
 #include "block_ledger.h"
 
-#include <cstdlib>
 #include <new>
+
+#include "system_memory.h"
 
 namespace zephra {
 
 BlockLedger::~BlockLedger() {
     for (std::size_t i = 0; i < newCount_; ++i) {
-        std::free(new_[i].place.memory);
+        freeMemory(new_[i].memory, new_[i].size);
     }
     for (const auto& [address, block] : old_) {
-        std::free(block.place.memory);
+        freeMemory(block.memory, block.size);
     }
 }
 
@@ -18,17 +19,16 @@ void* BlockLedger::allocate(std::size_t size) noexcept {
     if (newCount_ == new_.size() && !moveOldestAway()) {
         return nullptr;
     }
-    const PlacedBlock place =
-        placeOnHugePages(size, [](std::size_t bytes) { return std::malloc(bytes); });
-    if (place.block != nullptr) {
-        new_[newCount_++] = {place, size};
+    void* const memory = allocateMemory(size);
+    if (memory != nullptr) {
+        new_[newCount_++] = {memory, size};
     }
-    return place.block;
+    return memory;
 }
 
 bool BlockLedger::moveOldestAway() noexcept {
     try {
-        old_.emplace(new_.front().place.block, new_.front());
+        old_.emplace(new_.front().memory, new_.front());
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -46,8 +46,8 @@ void BlockLedger::drop(std::size_t index) {
 
 bool BlockLedger::release(void* block) {
     for (std::size_t i = newCount_; i > 0; --i) {
-        if (new_[i - 1].place.block == block) {
-            std::free(new_[i - 1].place.memory);
+        if (new_[i - 1].memory == block) {
+            freeMemory(block, new_[i - 1].size);
             drop(i - 1);
             return true;
         }
@@ -56,7 +56,7 @@ bool BlockLedger::release(void* block) {
     if (found == old_.end()) {
         return false;
     }
-    std::free(found->second.place.memory);
+    freeMemory(block, found->second.size);
     old_.erase(found);
     return true;
 }

@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <unordered_map>
 
-#include "huge_pages.h"
-
 namespace zephra {
 
 /// Owns blocks of memory, without a header in them, so that memory checkers see both ends of each
@@ -30,7 +28,7 @@ public:
 
 private:
     struct Block {
-        PlacedBlock place;
+        void* memory;
         std::size_t size;
     };
 

@@ -2,41 +2,43 @@
 #pragma once
 
 #include <cstddef>
-#include <new>
-#include <sys/mman.h>
+#include <memory>
 
 namespace veltrace {
 
-/// Allocates like std::allocator, but has the system back most of a large block by large pages: to
-/// get a million values page by page takes longer than to read them.
+/// The size of a large page on x86-64.
+inline constexpr std::size_t kLargePage = std::size_t{2} << 20;
+
+/// Maps memory for at least `size` bytes, in whole large pages, which the system is asked to back
+/// it by. Throws std::bad_alloc.
+[[nodiscard]] void* mapLargePages(std::size_t size);
+
+/// Gives back what was mapped for `size` bytes.
+void unmapLargePages(void* memory, std::size_t size) noexcept;
+
+/// Allocates like std::allocator, but maps what fills a large page: to get a million values page by
+/// page takes longer than to read them.
 template <class Element>
 struct LargePageAllocator {
     using value_type = Element;
 
     [[nodiscard]] Element* allocate(std::size_t count) {
-        const std::size_t size = count * sizeof(Element);
-        if (!isLarge(size)) {
-            return static_cast<Element*>(::operator new(size));
-        }
-        void* const memory = ::operator new(size, kAlignment);
-        static_cast<void>(madvise(memory, size / kLargePage * kLargePage, MADV_HUGEPAGE));
-        return static_cast<Element*>(memory);
+        return isLarge(count) ? static_cast<Element*>(mapLargePages(count * sizeof(Element)))
+                              : std::allocator<Element>().allocate(count);
     }
     void deallocate(Element* elements, std::size_t count) noexcept {
-        if (isLarge(count * sizeof(Element))) {
-            ::operator delete(elements, kAlignment);
+        if (isLarge(count)) {
+            unmapLargePages(elements, count * sizeof(Element));
         } else {
-            ::operator delete(elements);
+            std::allocator<Element>().deallocate(elements, count);
         }
     }
     friend bool operator==(const LargePageAllocator&, const LargePageAllocator&) = default;
 
 private:
-    // The size of a large page on x86-64.
-    static constexpr std::size_t kLargePage = std::size_t{2} << 20;
-    static constexpr std::align_val_t kAlignment{kLargePage};
-
-    static bool isLarge(std::size_t size) { return size >= kLargePage; }
+    [[nodiscard]] static bool isLarge(std::size_t count) {
+        return count >= kLargePage / sizeof(Element);
+    }
 };
 
 }  // namespace veltrace

@@ -8,12 +8,12 @@ MODULE = os.environ["VELTRACE_MODULE"]
 HOST = os.environ["ZEPHRA_HOST"]
 WRAPPED = set(os.environ["WRAPPED_FUNCTIONS"].split(":"))
 
-MEMORY = set("""aligned_alloc asprintf calloc getdelim getline malloc memalign open_memstream
-    posix_memalign pvalloc realloc reallocarray strdup strndup valloc vasprintf""".split())
+MEMORY = set("""aligned_alloc asprintf calloc getdelim getline malloc memalign mmap mmap64
+    open_memstream posix_memalign pvalloc realloc reallocarray strdup strndup valloc vasprintf""".split())
 FILES = set("""__fread_chk __fgets_chk __pread_chk __pread64_chk __read_chk access close fclose
     fdopen fgetc fgets fileno fopen fopen64 fread fread_unlocked freopen freopen64 fscanf fseek fseeko
     fseeko64 fsetpos fstat fstat64 fstatat fstatat64 ftell ftello ftello64 getc lseek lseek64 lstat
-    lstat64 mmap mmap64 open open64 openat openat64 pread pread64 read readv rewind setvbuf stat
+    lstat64 open open64 openat openat64 pread pread64 read readv rewind setvbuf stat
     stat64 statx""".split())
 # Reads nothing; a stream whose buffer cannot be taken away reads the same.
 HARMLESS = {"setvbuf"}
@@ -37,3 +37,4 @@ def test_all_that_is_wrapped_is_imported():
     assert {"malloc", "calloc", "free"} <= host
     assert {"fopen64", "stat64", "fseek", "ftell", "fclose"} <= module
     assert {"fread", "__fread_chk"} & module
+    assert {"mmap", "munmap"} <= module
