@@ -17,8 +17,5 @@ endforeach()
 # That the targets still are programs of libFuzzer; what they found before is replayed elsewhere.
 add_check(fuzz scripts/fuzz classic 10)
 
-# The lint reads the compile commands and generated headers of other presets' trees.
 add_check(cppcheck scripts/check-cppcheck)
-set_tests_properties(cppcheck PROPERTIES DEPENDS asan)
 add_check(tidy scripts/check-tidy)
-set_tests_properties(tidy PROPERTIES DEPENDS asan)

@@ -16,10 +16,8 @@
 namespace veltrace::cli {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr std::size_t kFull = std::size_t{32} << 10;
-constexpr std::chrono::milliseconds kPatience{40};
+constexpr std::size_t kFullBlock = std::size_t{32} << 10;
+constexpr std::chrono::milliseconds kLongestDelay{40};
 
 /// That nobody reads any more.
 struct ReaderGone {};
@@ -60,7 +58,7 @@ public:
 
     void found(const std::string& name) override {
         names_.append(name).push_back('\0');
-        if (names_.size() >= kFull) {
+        if (names_.size() >= kFullBlock) {
             flush();
         }
     }
@@ -77,7 +75,7 @@ public:
     }
 
     void step() override {
-        if (!names_.empty() && Clock::now() - flushed_ >= kPatience) {
+        if (!names_.empty() && std::chrono::steady_clock::now() - flushed_ >= kLongestDelay) {
             flush();
         }
     }
@@ -85,7 +83,7 @@ public:
     void flush() {
         writeAll(outFd_, names_);
         names_.clear();
-        flushed_ = Clock::now();
+        flushed_ = std::chrono::steady_clock::now();
     }
 
     [[nodiscard]] bool isComplete() const { return isComplete_; }
@@ -94,7 +92,7 @@ private:
     int outFd_;
     int errFd_;
     std::string names_;
-    Clock::time_point flushed_ = Clock::now();
+    std::chrono::steady_clock::time_point flushed_ = std::chrono::steady_clock::now();
     bool isComplete_ = true;
 };
 
