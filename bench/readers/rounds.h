@@ -28,8 +28,8 @@ struct FileSet {
 
 /// Counts what each reader delivers, reads all once more to warm up, then measures. Each round has
 /// every reader read the whole set, in an order that moves on by one from round to round. A reader
-/// goes on until it has read `leastReads` files, at least 1, or a round of few files would time how
-/// it finds the caches after the others.
+/// reads one file more before its time starts, and goes on until it has read `leastReads` files, at
+/// least 1: the time of few files says little.
 void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t leastReads);
 
 }  // namespace veltrace::bench
