@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <malloc.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 // The C library's own allocator, under names that nothing replaces.
 extern "C" {
@@ -22,18 +25,26 @@ constinit bool isMetering = false;
 constinit std::ptrdiff_t held = 0;
 constinit std::ptrdiff_t mostHeld = 0;
 
-void* added(void* block) {
+void add(std::size_t size) {
     if (isMetering) {
-        held += static_cast<std::ptrdiff_t>(malloc_usable_size(block));
+        held += static_cast<std::ptrdiff_t>(size);
         mostHeld = std::max(mostHeld, held);
     }
+}
+
+void remove(std::size_t size) {
+    if (isMetering) {
+        held -= static_cast<std::ptrdiff_t>(size);
+    }
+}
+
+void* added(void* block) {
+    add(malloc_usable_size(block));
     return block;
 }
 
 void* removed(void* block) {
-    if (isMetering) {
-        held -= static_cast<std::ptrdiff_t>(malloc_usable_size(block));
-    }
+    remove(malloc_usable_size(block));
     return block;
 }
 
@@ -59,6 +70,22 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
 
 void free(void* block) noexcept {
     __libc_free(removed(block));
+}
+
+// The C library's own calls of these do not come here.
+
+void* mmap(void* place, std::size_t size, int protection, int flags, int file,
+           off_t offset) noexcept {
+    const long address = syscall(SYS_mmap, place, size, protection, flags, file, offset);
+    if (address != -1) {
+        add(size);
+    }
+    return reinterpret_cast<void*>(address);
+}
+
+int munmap(void* block, std::size_t size) noexcept {
+    remove(size);
+    return static_cast<int>(syscall(SYS_munmap, block, size));
 }
 
 }  // extern "C"

@@ -6,9 +6,9 @@
 
 namespace veltrace::bench {
 
-/// The most bytes of heap that `body` holds at one time beyond those held before it, in blocks of
-/// any origin, as large as the allocator makes them. Stack is not counted. Runs once at a time, on
-/// one thread.
+/// The most bytes that `body` holds at one time beyond those held before it, in blocks of the heap,
+/// as large as the allocator makes them, and in mapped ones. Stack is not counted. Runs once at a
+/// time, on one thread.
 [[nodiscard]] std::size_t peakHeapBytes(const std::function<void()>& body);
 
 }  // namespace veltrace::bench

@@ -13,8 +13,10 @@ class Growth {
 public:
     Growth();
 
-    /// Whether more than `kMostGrowth` more memory is allocated (of malloc and new; memory that is
-    /// free for further allocations does not count), or a descriptor that was free no longer is.
+    /// Whether more than `kMostGrowth` more memory is allocated, or a descriptor that was free no
+    /// longer is. Memory of malloc and new counts, but for what is free for further allocations;
+    /// blocks that are mapped do not: a reader that is left behind with its values keeps its
+    /// descriptor, and all else of a call ends with it.
     /// Costs microseconds, so it can be asked after each file.
     [[nodiscard]] bool hasGrown() const;
 

@@ -18,8 +18,9 @@ std::size_t mappedBytes(std::size_t size) {
     return (size + kLargePage - 1) / kLargePage * kLargePage;
 }
 
-/// Zeros. Not of the heap: where its pages were in use before, they stay small. Linux begins whole
-/// large pages on one from 6.7 on; before, the first and the last may be small ones.
+/// Zeros. Mapped rather than taken from the heap, whose pages stay small once they have been in
+/// use. Linux begins such a block on a large page from 6.7 on; before, one page of it may be small
+/// ones.
 void* map(std::size_t size) noexcept {
     const std::size_t bytes = mappedBytes(size);
     void* const block =

@@ -17,7 +17,8 @@ void* map(std::size_t bytes) {
 
 }  // namespace
 
-// Not of the heap: where its pages were in use before, they stay small.
+// Mapped rather than taken from the heap, whose pages stay small once they have been in use. Linux
+// begins such a block on a large page from 6.7 on; before, one page of it may be small ones.
 void* mapLargePages(std::size_t size) {
     const std::size_t bytes = inLargePages(size);
     void* memory = map(bytes);

@@ -102,13 +102,13 @@ TEST(ArrayMemory, KnowsItsBlocksByTheirAddresses) {
     EXPECT_FALSE(memory.contains(nullptr));
 }
 
-// Around the size from which on large pages back them.
+// Around the size, with the 16 bytes before a block, from which on they are mapped.
 TEST(ArrayMemory, GivesLargeBlocksWholeAndZero) {
     constexpr std::size_t kMiB = std::size_t{1} << 20;
     ArrayMemory memory;
     std::vector<std::span<unsigned char>> blocks;
-    for (const std::size_t size : {4 * kMiB - 17, 4 * kMiB - 16, 4 * kMiB, 4 * kMiB + 1,
-                                   5 * kMiB - 16, 5 * kMiB - 17, 9 * kMiB + 5}) {
+    for (const std::size_t size : {2 * kMiB - 17, 2 * kMiB - 16, 2 * kMiB, 2 * kMiB + 1,
+                                   4 * kMiB - 16, 4 * kMiB - 15, 9 * kMiB + 5}) {
         auto* const block = static_cast<unsigned char*>(memory.allocate(size));
         ASSERT_NE(block, nullptr);
         EXPECT_TRUE(isAligned(block));

@@ -156,14 +156,14 @@ TEST(Blocks, AmongManyAreFreedOnlyOnce) {
     EXPECT_EQ(result.misuses().size(), 1U);
 }
 
-// Around the size from which on large pages back them.
+// Around the size from which on they are mapped.
 TEST(BlockLedger, GivesAndFreesLargeBlocksWhole) {
     constexpr std::size_t kMiB = std::size_t{1} << 20;
     BlockLedger ledger;
     std::vector<std::span<unsigned char>> blocks;
     std::size_t bytes = 0;
     for (int round = 0; round < 3; ++round) {  // more blocks than are looked at first
-        for (const std::size_t size : {4 * kMiB - 1, 4 * kMiB, 5 * kMiB + 1, 7 * kMiB - 3}) {
+        for (const std::size_t size : {2 * kMiB - 1, 2 * kMiB, 2 * kMiB + 1, 7 * kMiB - 3}) {
             auto* const block = static_cast<unsigned char*>(ledger.allocate(size));
             ASSERT_NE(block, nullptr);
             blocks.emplace_back(block, size);

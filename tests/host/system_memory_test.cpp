@@ -8,6 +8,9 @@
 #include <limits>
 #include <span>
 
+#include "block_checker.h"
+#include "support/address_space.h"
+
 namespace zephra {
 namespace {
 
@@ -50,6 +53,20 @@ TEST(SystemMemory, GivesZerosAlsoWhereMemoryWasUsedBefore) {
             freeMemory(block, size);
         }
     }
+}
+
+TEST(SystemMemory, IsGivenBackWhole) {
+    if (kHasBlockChecker) {
+        GTEST_SKIP() << "AddressSanitizer keeps what is freed for a while";
+    }
+    const std::size_t before = veltrace::test::pagesMapped();
+    ASSERT_GT(before, 0U);
+    for (int i = 0; i < 100; ++i) {
+        freeMemory(allocateMemory(2'097'153), 2'097'153);
+        freeMemory(allocateZeros(2'097'153), 2'097'153);
+    }
+    // Each has 1,024 pages, and one more page of any would make 100.
+    EXPECT_LT(veltrace::test::pagesMapped(), before + 100);
 }
 
 TEST(SystemMemory, HasNoBlockLargerThanTheAddressSpace) {
