@@ -37,7 +37,7 @@ private:
 };
 
 TEST(LargePageAllocator, KeepsBlocksOfAnySizeApart) {
-    for (const std::size_t bytes : {2'097'144, 2'097'152, 2'097'160, 6'291'456}) {
+    for (const std::size_t bytes : {2'097'144U, 2'097'152U, 2'097'160U, 6'291'456U}) {
         const Numbers first(bytes / sizeof(double), 1.5);
         const Numbers second(bytes / sizeof(double), 2.5);
         EXPECT_TRUE(std::ranges::all_of(first, [](double number) { return number == 1.5; }));
