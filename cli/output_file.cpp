@@ -23,7 +23,7 @@ namespace {
 constexpr mode_t kNewFile = 0666;  // less the umask
 constexpr mode_t kPermissions = 0777;
 constexpr int kAttempts = 100;
-constexpr int kReaderPatience = 500;  // milliseconds
+constexpr int kPatience = 500;  // milliseconds
 
 /// With the slash at its end; empty for the current directory.
 std::string directoryOf(const std::string& path) {
@@ -149,7 +149,7 @@ std::string_view OutputFile::nextPiece(std::string_view bytes) const {
         return bytes;
     }
     pollfd waiting{file_.get(), POLLOUT, 0};
-    if (poll(&waiting, 1, kReaderPatience) == 0) {
+    if (poll(&waiting, 1, kPatience) == 0) {
         throw OutputInterrupted("nobody reads " + shown_);
     }
     return bytes.substr(0, PIPE_BUF);

@@ -11,7 +11,7 @@
 namespace veltrace::cli {
 namespace {
 
-constexpr std::size_t kNameBlock = std::size_t{1} << 16;
+constexpr std::size_t kBlock = std::size_t{1} << 16;
 
 }  // namespace
 
@@ -37,8 +37,8 @@ NameReader::Read NameReader::read() {
     searched_ -= taken_;
     taken_ = 0;
     const std::size_t held = bytes_.size();
-    bytes_.resize(held + kNameBlock);
-    const ssize_t size = ::read(descriptor_.get(), bytes_.data() + held, kNameBlock);
+    bytes_.resize(held + kBlock);
+    const ssize_t size = ::read(descriptor_.get(), bytes_.data() + held, kBlock);
     const int error = errno;
     bytes_.resize(held + static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
     if (size >= 0) {

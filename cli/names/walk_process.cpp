@@ -16,8 +16,10 @@
 namespace veltrace::cli {
 namespace {
 
-constexpr std::size_t kFullBlock = std::size_t{32} << 10;
-constexpr std::chrono::milliseconds kLongestDelay{40};
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kFull = std::size_t{32} << 10;
+constexpr std::chrono::milliseconds kPatience{40};
 
 /// That nobody reads any more.
 struct ReaderGone {};
@@ -58,7 +60,7 @@ public:
 
     void found(const std::string& name) override {
         names_.append(name).push_back('\0');
-        if (names_.size() >= kFullBlock) {
+        if (names_.size() >= kFull) {
             flush();
         }
     }
@@ -75,7 +77,7 @@ public:
     }
 
     void step() override {
-        if (!names_.empty() && std::chrono::steady_clock::now() - flushed_ >= kLongestDelay) {
+        if (!names_.empty() && Clock::now() - flushed_ >= kPatience) {
             flush();
         }
     }
@@ -83,7 +85,7 @@ public:
     void flush() {
         writeAll(outFd_, names_);
         names_.clear();
-        flushed_ = std::chrono::steady_clock::now();
+        flushed_ = Clock::now();
     }
 
     [[nodiscard]] bool isComplete() const { return isComplete_; }
@@ -92,7 +94,7 @@ private:
     int outFd_;
     int errFd_;
     std::string names_;
-    std::chrono::steady_clock::time_point flushed_ = std::chrono::steady_clock::now();
+    Clock::time_point flushed_ = Clock::now();
     bool isComplete_ = true;
 };
 

@@ -13,7 +13,7 @@ namespace veltrace::cli {
 namespace {
 
 /// What a pipe holds. Of one worker at a time, so that none has to wait for long.
-constexpr std::size_t kAnswerBlock = std::size_t{64} << 10;
+constexpr std::size_t kBlock = std::size_t{64} << 10;
 /// To become ready, which is no matter of the files.
 constexpr std::chrono::seconds kStartTime{20};
 
@@ -68,7 +68,7 @@ bool WorkerProcess::flush() {
 
 bool WorkerProcess::receive() {
     const bool hadBegun = received_.pending() > 0;
-    const ssize_t size = read(answers_.get(), received_.room(kAnswerBlock), kAnswerBlock);
+    const ssize_t size = read(answers_.get(), received_.room(kBlock), kBlock);
     if (size <= 0) {
         return size < 0 && (errno == EINTR || errno == EAGAIN);
     }

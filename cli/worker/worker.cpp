@@ -22,7 +22,7 @@
 namespace veltrace::cli {
 namespace {
 
-constexpr std::size_t kRequestBlock = std::size_t{64} << 10;
+constexpr std::size_t kBlock = std::size_t{64} << 10;
 
 /// Requests as they come. Names of files are short, but nobody promises that.
 class Requests {
@@ -33,7 +33,7 @@ public:
             if (const auto frame = buffer_.next()) {
                 return frame;
             }
-            const ssize_t size = read(kRequests, buffer_.room(kRequestBlock), kRequestBlock);
+            const ssize_t size = read(kRequests, buffer_.room(kBlock), kBlock);
             if (size > 0) {
                 buffer_.filled(static_cast<std::size_t>(size));
             } else if (size == 0 || errno != EINTR) {
