@@ -20,6 +20,8 @@
 
 namespace veltrace::fuzz {
 
+using namespace module;
+
 namespace {
 
 constexpr std::time_t kModified = 1'000'000'000;

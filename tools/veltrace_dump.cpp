@@ -22,16 +22,16 @@
 
 namespace {
 
-using veltrace::TagFile;
+using veltrace::module::TagFile;
 
 /// What ended the read, if one of the module's own errors did.
 std::optional<zephra::Message> readAll(TagFile& reader) {
     try {
         reader.readAll();
         return std::nullopt;
-    } catch (const veltrace::VeltraceFatalError& error) {
+    } catch (const veltrace::module::VeltraceFatalError& error) {
         return zephra::Message{error.identifier, error.message};
-    } catch (const veltrace::VeltraceRecoverableError& error) {
+    } catch (const veltrace::module::VeltraceRecoverableError& error) {
         return zephra::Message{error.identifier, error.message};
     }
 }
@@ -40,13 +40,13 @@ std::optional<zephra::Message> readAll(TagFile& reader) {
 /// failed read left in the reader is shown as well.
 void dumpFile(std::ostream& stream, const qvArray* name) {
     char* const fileName = qvArrayToString(name);
-    TagFile* const reader = veltrace::createReader(fileName);
+    TagFile* const reader = veltrace::module::createReader(fileName);
     const auto error = readAll(*reader);
     stream << *reader;
     delete reader;  // may throw, which no smart pointer survives
     qvFree(fileName);
     if (error) {
-        veltrace::raiseHostError(error->identifier.c_str(), error->text);
+        veltrace::module::raiseHostError(error->identifier.c_str(), error->text);
     }
 }
 

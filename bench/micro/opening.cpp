@@ -11,6 +11,8 @@
 
 namespace veltrace::bench {
 
+using namespace module;
+
 namespace {
 
 void sniff(benchmark::State& state, const Bytes& content, bool (*isOfFormat)(const char*)) {

@@ -16,6 +16,8 @@
 
 namespace veltrace::bench {
 
+using namespace module;
+
 namespace {
 
 zephra::CallResult call(const zephra::EntryPoint& entryPoint, const std::string& fileName) {

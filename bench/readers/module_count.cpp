@@ -10,6 +10,8 @@
 
 namespace veltrace::bench {
 
+using namespace module;
+
 namespace {
 
 /// Counts chains; those inside chains wait in a list, since they may nest to any depth.

@@ -181,4 +181,4 @@ class Source:
 
 
 def issued_messages():
-    return Source([path.read_text() for path in source_files("src")]).issued()
+    return Source([path.read_text() for path in source_files("module")]).issued()

@@ -21,7 +21,7 @@ def identifiers(messages):
 
 def identifiers_in_source():
     """Every literal that begins like an identifier; none is put together from pieces."""
-    return {text for text in literals_in(source_files("src")) if text.startswith(PREFIX[:-1])}
+    return {text for text in literals_in(source_files("module")) if text.startswith(PREFIX[:-1])}
 
 
 def test_every_identifier_of_the_source_is_one_literal():

@@ -23,7 +23,7 @@ inline const zephra::Message kUnhandled =
     message("ZEPHRA:veltrace:unhandledFileFormat", "File format not recognized");
 // The constructor of a reader fails outside of what the module guards.
 inline const zephra::Message kUnguarded =
-    message(kForeign, "The module threw an exception of type veltrace::VeltraceFatalError");
+    message(kForeign, "The module threw an exception of type veltrace::module::VeltraceFatalError");
 
 inline std::ptrdiff_t openDescriptors() {
     const std::filesystem::directory_iterator all("/proc/self/fd");

@@ -98,7 +98,7 @@ bool isStatedOfFaults(const zephra::Message& message, Channel channel) {
 const zephra::Message& fatalErrorUnconverted() {
     static const zephra::Message message{
         "ZEPHRA:host:foreignException",
-        "The module threw an exception of type veltrace::VeltraceFatalError"};
+        "The module threw an exception of type veltrace::module::VeltraceFatalError"};
     return message;
 }
 

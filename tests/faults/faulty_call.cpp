@@ -14,6 +14,8 @@
 
 namespace veltrace::test {
 
+using namespace module;
+
 namespace {
 
 constexpr std::time_t kModified = 1'000'000'000;

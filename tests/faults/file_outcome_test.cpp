@@ -4,9 +4,9 @@
 
 #include "faults/fault_messages.h"
 #include "faults/faulty_call.h"
+#include "support/jpeg_parts.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
-#include "tagfile/jpeg_parts.h"
 
 namespace veltrace::test {
 

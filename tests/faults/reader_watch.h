@@ -1,11 +1,11 @@
 // How far a call of the module has come, and with which reader.
 #pragma once
 
-namespace veltrace {
+namespace veltrace::module {
 
 class TagFile;
 
-}  // namespace veltrace
+}  // namespace veltrace::module
 
 namespace veltrace::test {
 

@@ -3,10 +3,10 @@
 #include <ostream>
 #include <utility>
 
+#include "support/jpeg_parts.h"
 #include "support/nested_file.h"
 #include "support/tiff_builder.h"
 #include "sweep/seeds.h"
-#include "tagfile/jpeg_parts.h"
 
 namespace veltrace::test {
 

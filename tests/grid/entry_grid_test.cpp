@@ -12,9 +12,9 @@
 #include "grid/grid_values.h"
 #include "grid/model.h"
 #include "grid/words.h"
+#include "support/dictionary_rows.h"
 #include "support/memory_file.h"
 #include "support/module_run.h"
-#include "tag/dictionary_rows.h"
 
 namespace veltrace::test {
 

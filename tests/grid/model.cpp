@@ -8,7 +8,7 @@
 
 #include "grid/grid_values.h"
 #include "grid/treatments.h"
-#include "tag/dictionary_rows.h"
+#include "support/dictionary_rows.h"
 
 namespace veltrace::test {
 

@@ -9,6 +9,8 @@
 
 namespace veltrace::test {
 
+using namespace module;
+
 namespace {
 
 constexpr std::size_t kUsualStack = std::size_t{8192} * 1024;

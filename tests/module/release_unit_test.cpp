@@ -6,6 +6,8 @@
 
 namespace veltrace::test {
 
+using namespace module;
+
 namespace {
 
 TEST(HostRelease, NamesTheHost) {

@@ -58,5 +58,5 @@ def test_library_imports_of_the_released_build_are_the_listed_ones():
 
 def test_release_text_is_inside_and_not_exported():
     inside = [line.split()[-1] for line in run("nm", "-C", MODULE).splitlines()
-              if "veltrace::hostRelease" in line]
-    assert inside == ["veltrace::hostRelease()"]
+              if "veltrace::module::hostRelease" in line]
+    assert inside == ["veltrace::module::hostRelease()"]

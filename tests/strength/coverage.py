@@ -1,4 +1,4 @@
-"""Runs the tests once and shows which lines and branches of src/ they reach.
+"""Runs the tests once and shows which lines and branches of module/ they reach.
 
 Usage: coverage.py ROOT PROGRAM
 
@@ -74,7 +74,7 @@ def list_complaints(gaps):
 
 def main(root, program):
     root, program = pathlib.Path(root).resolve(), pathlib.Path(program).resolve()
-    sources = [program, f"-instr-profile={profile_of_run(program)}", root / "src"]
+    sources = [program, f"-instr-profile={profile_of_run(program)}", root / "module"]
 
     def cov(command, *options):
         return subprocess.run([tool("llvm-cov"), command, *options, *sources], check=True,
@@ -91,7 +91,7 @@ def main(root, program):
         if percent < least:
             complaints.append(f"too few {kind} reached")
     # A source that is not in the program has no lines to miss.
-    units = {unit.relative_to(root).as_posix() for unit in (root / "src").rglob("*.cpp")}
+    units = {unit.relative_to(root).as_posix() for unit in (root / "module").rglob("*.cpp")}
     complaints += [f"{unit} is not in the program" for unit in sorted(units - files)]
 
     for complaint in complaints:

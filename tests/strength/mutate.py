@@ -1,4 +1,4 @@
-"""Makes small changes to src/, each alone, and tells whether linked-tests notice them.
+"""Makes small changes to module/, each alone, and tells whether linked-tests notice them.
 
 A change that no test notices "survives". It shows a missing test, or it changes nothing that can
 be seen; those stand with their reasons in survivors.txt. Fails when a survivor is not in that
@@ -31,7 +31,7 @@ def arguments():
     parser.add_argument("--count", type=int, default=330, help="compiled changes (%(default)s)")
     parser.add_argument("--seed", type=int, default=1, help="of the choice (%(default)s)")
     parser.add_argument("--jobs", type=int, default=2, help="at a time (%(default)s)")
-    parser.add_argument("--only", metavar="FILE", help="change this file of src/ only")
+    parser.add_argument("--only", metavar="FILE", help="change this file of module/ only")
     parser.add_argument("--again", action="store_true", help="only the last run's survivors")
     parser.add_argument("--list", action="store_true", help="print the changes, try none")
     return parser.parse_args()
@@ -41,7 +41,7 @@ def candidates(only, seed):
     """Of each file, every change in the order in which they are tried, operators in turn."""
     choice = random.Random(seed)
     of_file = {}
-    for path in sorted((ROOT / "src").rglob("*")):
+    for path in sorted((ROOT / "module").rglob("*")):
         file = path.relative_to(ROOT).as_posix()
         if path.suffix not in (".h", ".cpp") or only not in (None, file):
             continue

@@ -1,4 +1,4 @@
-"""Builds and runs linked-tests with one file of src/ replaced.
+"""Builds and runs linked-tests with one file of module/ replaced.
 
 The tree stays as it is: the compiler is shown the changed file in place of the real one, only what
 depends on it is compiled again, and the result is linked with the unchanged objects.
@@ -100,11 +100,11 @@ class Program:
                 yield Unit(pathlib.Path(entry["file"]), object_file, command, reads[object_file])
 
     def _precompile(self):
-        """Parses the library headers of src/ once: they are most of what its units compile."""
-        own = [unit for unit in self.units if unit.source.is_relative_to(self.root / "src")]
+        """Parses the library headers of module/ once: they are most of what its units compile."""
+        own = [unit for unit in self.units if unit.source.is_relative_to(self.root / "module")]
         # Precompiled headers serve only those that are compiled in the same way.
         own = [unit for unit in own if unit.flags == own[0].flags]
-        lines = {line for path in (self.root / "src").rglob("*") if path.suffix in (".h", ".cpp")
+        lines = {line for path in (self.root / "module").rglob("*") if path.suffix in (".h", ".cpp")
                  for line in path.read_text().splitlines() if line.startswith("#include <")}
         header = self.build / "library_headers.h"
         header.write_text("\n".join(sorted(lines)) + "\n")
@@ -158,10 +158,10 @@ class Program:
             {"type": "file", "name": str(real), "external-contents": str(changed)}]}))
 
         affected = [unit for unit in self.units if str(real) in unit.reads]
-        own = [unit for unit in affected if unit.source.is_relative_to(self.root / "src")]
+        own = [unit for unit in affected if unit.source.is_relative_to(self.root / "module")]
         if len(own) < len(affected):
             # A header that tests include. Those that do not can tell without compiling the others;
-            # objects of src/ stand first among those that hold its inline functions.
+            # objects of module/ stand first among those that hold its inline functions.
             seeing = {str(unit.source) for unit in affected}
             fate = self._try_units(own, overlay, [
                 [test for test in tier if test.source not in seeing] for tier in self.tiers[:2]])

@@ -9,6 +9,8 @@
 
 namespace veltrace::test {
 
+using namespace module;
+
 /// Identifier and text of the `Error` that `action` throws. Throwing nothing is a test failure;
 /// anything else passes through.
 template <class Error>

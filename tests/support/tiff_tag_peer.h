@@ -5,7 +5,7 @@
 
 #include "tag/tiff_tag.h"
 
-namespace veltrace {
+namespace veltrace::module {
 
 struct TiffTagPeer {
     static void setIfdId(TiffTag& tag, IfdId ifdId) { tag.ifdId_ = ifdId; }
@@ -18,4 +18,4 @@ struct TiffTagPeer {
     static void decodeValues(TiffTag& tag) { tag.decodeValues(nullptr); }
 };
 
-}  // namespace veltrace
+}  // namespace veltrace::module

@@ -2,8 +2,8 @@
 
 #include <ostream>
 
+#include "support/jpeg_parts.h"
 #include "support/tiff_builder.h"
-#include "tagfile/jpeg_parts.h"
 
 namespace veltrace::test {
 

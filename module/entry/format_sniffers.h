@@ -1,0 +1,18 @@
+// Tells the file formats apart by the first bytes of a file.
+#pragma once
+
+namespace veltrace::module {
+
+// Each opens the file by name, reads a few leading bytes and closes it at once. False also when
+// the file cannot be opened or is too short.
+
+/// FF D8, the start of a JPEG file. Two bytes are enough.
+[[nodiscard]] bool isJpegFile(const char* fileName);
+
+/// "MM" 00 2A or "II" 2A 00 (TIFF 6.0, section 2).
+[[nodiscard]] bool isClassicTiffFile(const char* fileName);
+
+/// "II" 2B 00, and the same with "MM" in place of "II".
+[[nodiscard]] bool isBigTiffFile(const char* fileName);
+
+}  // namespace veltrace::module

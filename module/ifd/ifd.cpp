@@ -1,0 +1,227 @@
+#include "ifd/ifd.h"
+
+#include <algorithm>
+#include <ostream>
+#include <sstream>
+#include <utility>
+
+#include "entry/errors.h"
+#include "entry/host_messages.h"
+#include "entry/message.h"
+#include "tag/host_buffer.h"
+#include "tag/integer_code.h"
+#include "tag/tag_id.h"
+#include "tagfile/tag_file.h"
+
+namespace veltrace::module {
+
+namespace {
+
+// An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
+constexpr std::uint32_t kMostApp1Bytes = 65536;
+
+constexpr std::uint32_t kUsualEntries = 32;
+
+// Counts of classic TIFF have 16 bits (TIFF 6.0, section 2).
+constexpr std::uint32_t kMostClassicEntries = 65535;
+
+}  // namespace
+
+void IFD::readIfd() {
+    position_ = reader_->position();
+    readNumIfdEntries();
+    tableSize_ = static_cast<std::uint32_t>(std::uint64_t{entryCount_} *
+                                            static_cast<std::uint64_t>(reader_->entrySize()));
+    requireAcceptableTable();
+    const HostBuffer table = allocateHostBuffer(tableSize_);
+    if (table == nullptr) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:badRawIfdBufferMemoryAllocation",
+            message("Could not allocate ", tableSize_, " bytes required for the IFD table.")};
+    }
+    readRawIfd(table.get());
+    createTags(table.get());
+}
+
+// A count of 64 bits is narrowed to its low 32.
+void IFD::readNumIfdEntries() {
+    std::uint64_t count = 0;
+    if (reader_->readNumEntries(&count) == 0) {
+        const std::string identifier = "ZEPHRA:veltrace:numIfdEntriesReadError";
+        const std::string text = message(
+            "Unable to read the number of entries in one of the image file directories, "
+            "the metadata in ",
+            inQuotes(reader_->fileName()), " may be corrupt.");
+        if (ifdId_ == IfdId::image && getNumFields() == 0) {
+            throw VeltraceFatalError{identifier, text};
+        }
+        throw VeltraceRecoverableError{identifier, text};
+    }
+    entryCount_ = static_cast<std::uint32_t>(count);
+}
+
+void IFD::requireAcceptableTable() const {
+    if (tableSize_ == 0) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:zeroLengthIfdTable",
+            message("The image file directory at byte position ", position_,
+                    " has zero entries and is being ignored.")};
+    }
+    if (tableSize_ > kMostApp1Bytes && reader_->formatType() == FormatType::jpeg) {
+        std::ostringstream text;
+        constructErrMsgForApp1Exceeded(text);
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded", text.str()};
+    }
+}
+
+// A table whose size did not fit into 32 bits cannot be read whole: it counts as cut short.
+void IFD::readRawIfd(std::byte* table) const {
+    const bool wrapped =
+        tableSize_ / static_cast<std::uint32_t>(reader_->entrySize()) != entryCount_;
+    if (wrapped || reader_->read(table, 1, tableSize_) < tableSize_) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:badRawIfdRead",
+            message("Could not read ", tableDescription(),
+                    " into memory, some of the metadata in the image file may be corrupt.\n")};
+    }
+}
+
+std::string IFD::tableDescription() const {
+    switch (ifdId_) {
+        case IfdId::image:
+            // No tag has been read yet, so the number is always 0.
+            return message("IFD table #", getNumFields());
+        case IfdId::gps:
+            return "the GPSInfo sub IFD table";
+        case IfdId::interoperability:
+            return "the Interoperability sub IFD table";
+        case IfdId::exif:
+            return "the Exif sub IFD table";
+    }
+    return "";
+}
+
+void IFD::createTags(const std::byte* table) {
+    // Room for the tags of most files at once; more than that may be unknown tags.
+    knownTags_.reserve(std::min(entryCount_, kUsualEntries));
+    for (std::uint64_t i = 0; i < entryCount_; ++i) {
+        try {
+            createTag(table + i * static_cast<std::uint64_t>(reader_->entrySize()));
+        } catch (const VeltraceRecoverableError& error) {
+            issueHostWarning(error.identifier.c_str(), error.message);
+        }
+    }
+    if (ifdId_ == IfdId::image && reader_->formatType() != FormatType::jpeg) {
+        addDefaultTags();
+    }
+}
+
+void IFD::createTag(const std::byte* entry) {
+    // What damage makes of an entry is mostly no type. There may be thousands of them, and a
+    // warning costs a fraction of an exception.
+    if (const auto fault = TiffTag::faultOfType(*reader_, entry)) {
+        issueHostWarning(fault->identifier.c_str(), fault->message);
+        return;
+    }
+    TiffTag tag(*reader_, entry, ifdId_);
+    noteTag(tag);
+    if (tag.tagId() == tag_id::kWidth) {
+        width_ = tag.firstValue().value_or(width_);
+    } else if (tag.tagId() == tag_id::kHeight) {
+        height_ = tag.firstValue().value_or(height_);
+    } else {
+        addTag(std::move(tag));
+    }
+}
+
+void IFD::addTag(TiffTag&& tag) {
+    if (tag.name().empty()) {
+        if (unknownTags_.size() == kUsualEntries) {
+            // There are more to come: room for all at once, instead of moving them again and again.
+            unknownTags_.reserve(std::min(entryCount_, kMostClassicEntries));
+        }
+        unknownTags_.push_back(std::move(tag));
+    } else {
+        knownTags_.append(std::move(tag));
+    }
+}
+
+void IFD::noteTag(const TiffTag& tag) {
+    if (const auto index = baselineIndex(tag.tagId())) {
+        present_.set(*index);
+    }
+    switch (tag.tagId()) {
+        case tag_id::kBitsPerSample:
+            bitsPerSample_ = tag.outputValues();
+            return;
+        case tag_id::kPhotometricInterpretation:
+            if (const auto code = tag.firstValue()) {
+                photometricCode_ = integerCode(*code);
+            }
+            return;
+        case tag_id::kSamplesPerPixel:
+            // Kept: the number of values, not the value.
+            sampleCount_ = static_cast<std::uint32_t>(tag.outputCount());
+            return;
+        default:
+            return;
+    }
+}
+
+void IFD::addDefaultTags() {
+    for (std::size_t i = 0; i < kBaselineTags.size(); ++i) {
+        if (!present_.test(i)) {
+            addDefaultTag(i);
+        }
+    }
+}
+
+void IFD::addDefaultTag(std::size_t baselineIndex) {
+    const std::uint16_t tagId = kBaselineTags[baselineIndex];
+    if (tagId == tag_id::kBitsPerSample) {
+        bitsPerSample_.insert(bitsPerSample_.end(), sampleCount_, 1.0);
+        if (sampleCount_ != KnownTags::kSharedSampleCount) {
+            return knownTags_.appendStandIn({tagId, ifdId_, sampleCount_});
+        }
+    }
+    if (tagId == tag_id::kMaxSampleValue && bitsPerSample_ != KnownTags::sharedBitsPerSample()) {
+        return knownTags_.appendStandIn({tagId, ifdId_, bitsPerSample_});
+    }
+    knownTags_.appendSharedStandIn(baselineIndex);
+}
+
+bool IFD::has(std::uint16_t baselineTag) const {
+    const auto index = baselineIndex(baselineTag);
+    return index && present_.test(*index);
+}
+
+std::uint16_t IFD::getNumFields() const {
+    const std::size_t unknownField = unknownTags_.empty() ? 0 : 1;
+    return static_cast<std::uint16_t>(knownTags_.size() + unknownField);
+}
+
+void IFD::constructErrMsgForApp1Exceeded(std::ostream& stream) const {
+    const auto kindWord = [this] {
+        switch (ifdId_) {
+            case IfdId::image:
+                return "";
+            case IfdId::gps:
+                return "GPS ";
+            case IfdId::interoperability:
+                return "interoperability ";
+            case IfdId::exif:
+                return "Exif ";
+        }
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:IFD::constructErrMsgForApp1Exceeded:unhandledIfdType",
+            "Unhandled IFD type encountered during check for maximal APP1 segment length."};
+    };
+    // Kept: the blank of the kind word and the one that follows it both stay.
+    stream << message("The ", kindWord(), " image file directory at byte position ", position_,
+                      " claims to have ", entryCount_,
+                      " entries, which will exceed the maximum allowed size"
+                      " (64KB) of the APP1 segment specified by the JPEG standard."
+                      "  This IFD is being ignored.");
+}
+
+}  // namespace veltrace::module

@@ -1,0 +1,103 @@
+// One image file directory.
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <span>
+#include <vector>
+
+#include "zephra/qv.h"
+
+#include "ifd/baseline_tags.h"
+#include "ifd/ifd_id.h"
+#include "ifd/known_tags.h"
+#include "tag/large_page_allocator.h"
+#include "tag/tiff_tag.h"
+
+namespace veltrace::module {
+
+class TagFile;
+
+/// One directory of a chain: its tags, and what the output needs to know of its image. Owns the
+/// tags; points at the reader, which outlives it. Copies are deep.
+class IFD {
+public:
+    /// An empty directory of no reader, for containers.
+    IFD() = default;
+
+    /// An empty directory, ready for `readIfd`.
+    IFD(TagFile& reader, IfdId ifdId) : reader_(&reader), ifdId_(ifdId) {}
+
+    /// Reads the directory at the reader's position and leaves that position anywhere. An entry
+    /// that fails costs a host warning. A count or table that fails throws
+    /// `VeltraceRecoverableError`, or `VeltraceFatalError` for the count of an image directory.
+    void readIfd();
+
+    /// Remembers that the directory has this tag, and what the output needs of it.
+    void noteTag(const TiffTag& tag);
+
+    /// Number of known tags, plus one when there are unknown tags, modulo 65536.
+    [[nodiscard]] std::uint16_t getNumFields() const;
+
+    /// Writes the sentence for a table that does not fit an APP1 segment. Throws
+    /// `VeltraceRecoverableError` for an impossible IFD ID.
+    void constructErrMsgForApp1Exceeded(std::ostream& stream) const;
+
+    [[nodiscard]] IfdId ifdId() const { return ifdId_; }
+    /// Absolute position of the directory's count field.
+    [[nodiscard]] std::int64_t position() const { return position_; }
+    /// Bytes of the entry table.
+    [[nodiscard]] std::uint32_t tableSize() const { return tableSize_; }
+    /// Pixels; 0 without the tag.
+    [[nodiscard]] double width() const { return width_; }
+    [[nodiscard]] double height() const { return height_; }
+    /// Always 0.
+    [[nodiscard]] static constexpr double spare() { return 0; }
+    [[nodiscard]] const KnownTags& knownTags() const { return knownTags_; }
+    [[nodiscard]] std::span<const TiffTag> unknownTags() const { return unknownTags_; }
+    /// Whether the directory itself has this baseline tag; false for any other tag.
+    [[nodiscard]] bool has(std::uint16_t baselineTag) const;
+    /// -1 without the tag.
+    [[nodiscard]] std::int32_t photometricCode() const { return photometricCode_; }
+    /// Bits of each sample, fallback included.
+    [[nodiscard]] const std::vector<double>& bitsPerSample() const { return bitsPerSample_; }
+    [[nodiscard]] std::uint32_t sampleCount() const { return sampleCount_; }
+
+    // Output into element `element` of the chain's structure array. A failure that has a message
+    // is raised as a host error.
+
+    void outputColorType(qvArray* structure, std::size_t element) const;
+    void outputBitDepth(qvArray* structure, std::size_t element) const;
+    /// One field for each known tag, and "UnknownTags". Scales a Colormap in place.
+    void outputTags(qvArray* structure, std::size_t element);
+
+private:
+    void readNumIfdEntries();
+    void requireAcceptableTable() const;
+    void readRawIfd(std::byte* table) const;
+    [[nodiscard]] std::string tableDescription() const;
+    void createTags(const std::byte* table);
+    void createTag(const std::byte* entry);
+    void addTag(TiffTag&& tag);
+    void addDefaultTags();
+    void addDefaultTag(std::size_t baselineIndex);
+    void outputUnknownTags(qvArray* structure, std::size_t element) const;
+
+    KnownTags knownTags_;
+    std::vector<TiffTag, LargePageAllocator<TiffTag>> unknownTags_;  // may be thousands
+    std::uint32_t entryCount_ = 0;
+    TagFile* reader_ = nullptr;
+    std::int64_t position_ = 0;
+    IfdId ifdId_ = IfdId::image;
+    std::uint32_t tableSize_ = 0;
+    double width_ = 0;
+    double height_ = 0;
+    std::bitset<kBaselineTags.size()> present_;
+    std::int32_t photometricCode_ = -1;
+    std::vector<double> bitsPerSample_;
+    std::uint32_t sampleCount_ = 1;
+};
+
+}  // namespace veltrace::module

@@ -1,0 +1,21 @@
+// What kind of directory a chain, a directory or a tag belongs to.
+#pragma once
+
+#include <cstdint>
+
+namespace veltrace::module {
+
+/// Any other value is an internal fault, and every operation that meets one says so.
+enum class IfdId : std::uint32_t {
+    image = 0,             ///< the main chain, or a chain opened by the SubIFDs tag (330)
+    gps = 1,               ///< opened by tag 34853
+    interoperability = 2,  ///< opened by tag 40965
+    exif = 3,              ///< opened by tag 34665
+};
+
+/// The number that messages show.
+constexpr std::uint32_t number(IfdId ifdId) {
+    return static_cast<std::uint32_t>(ifdId);
+}
+
+}  // namespace veltrace::module

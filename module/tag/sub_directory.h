@@ -1,0 +1,33 @@
+// The chain of directories that a pointer tag owns.
+#pragma once
+
+#include <memory>
+
+#include "ifd/ifd_id.h"
+
+namespace veltrace::module {
+
+class IFDSet;
+class TagFile;
+
+/// Owns a chain, or none. Copying copies the chain.
+class SubDirectory {
+public:
+    SubDirectory() noexcept;
+    SubDirectory(const SubDirectory& other);
+    SubDirectory(SubDirectory&& other) noexcept;
+    SubDirectory& operator=(SubDirectory other) noexcept;
+    ~SubDirectory();
+
+    /// Reads the chain that begins at the file's position. Lets everything through that the chain
+    /// throws, and throws `StackExhausted` when there is no stack left for it.
+    [[nodiscard]] static SubDirectory read(TagFile& file, IfdId ifdId);
+
+    /// Null when there is no chain.
+    [[nodiscard]] IFDSet* get() const { return chain_.get(); }
+
+private:
+    std::unique_ptr<IFDSet> chain_;  // IFDSet is complete only in sub_directory.cpp
+};
+
+}  // namespace veltrace::module

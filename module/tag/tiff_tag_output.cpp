@@ -1,0 +1,150 @@
+// From a tag to its host value.
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "entry/host_messages.h"
+#include "entry/message.h"
+#include "ifd/ifd_set.h"
+#include "tag/host_values.h"
+#include "tag/integer_code.h"
+#include "tag/tag_id.h"
+#include "tag/tiff_tag.h"
+#include "tag/word_tables.h"
+
+namespace veltrace::module {
+
+namespace {
+
+// Literals end in a NUL, so the view's data is a C string.
+qvArray* wordString(std::string_view word) {
+    return qvCreateString(word.data());
+}
+
+qvArray* sampleFormatWord(double value) {
+    return wordString(wordFor(kSampleFormat, integerCode(value)));
+}
+
+}  // namespace
+
+qvArray* TiffTag::outputValue() {
+    return tagId_ == tag_id::kColormap ? colormapOutput() : constantOutput();
+}
+
+qvArray* TiffTag::constantOutput() const {
+    if (tagId_ == tag_id::kSampleFormat) {
+        return sampleFormatOutput();
+    }
+    if (IFDSet* chain = subDirectory_.get()) {
+        return chain->outputValue();
+    }
+    if (const std::string_view text = word(); !text.empty()) {
+        return charRow(text);
+    }
+    if (isXmp() && outputCount() != 0) {
+        return charRow(xmpText());
+    }
+    if (!rawText().empty()) {
+        return charRow(rawText());
+    }
+    return outputCount() == 0 ? nullptr : numericOutput();
+}
+
+qvArray* TiffTag::doubleMatrix(std::size_t rows, std::size_t columns) const {
+    if (rows * columns == 1) {
+        return qvCreateDoubleScalar(firstValue().value_or(0));  // most tags have one number
+    }
+    qvArray* matrix = createDoubleMatrix(rows, columns);
+    if (matrix != nullptr) {
+        copyOutputValues(static_cast<double*>(qvGetData(matrix)));
+    }
+    return matrix;
+}
+
+qvArray* TiffTag::numericOutput() const {
+    // Kept: rows for two tags, columns for all others.
+    const bool isRow = tagId_ == tag_id::kBitsPerSample || tagId_ == tag_id::kMaxSampleValue;
+    const std::size_t count = outputCount();
+    qvArray* numbers = isRow ? doubleMatrix(1, count) : doubleMatrix(count, 1);
+    if (numbers == nullptr) {
+        // Kept: no blank before the name.
+        raiseHostError(
+            "ZEPHRA:veltrace:TiffTag:numericAllocationFailure",
+            message("Could not allocate enough memory for the output array for tag", name_, ".\n"));
+    }
+    return numbers;
+}
+
+qvArray* TiffTag::colormapOutput() {
+    std::vector<double> values = outputValues();
+    if (values.empty()) {
+        return nullptr;
+    }
+    std::ranges::for_each(values, [](double& value) { value /= 65535.0; });
+    // TIFF 6.0, section 5: all reds, then all greens, then all blues.
+    qvArray* colormap = module::doubleMatrix(values.size() / 3, 3, values);
+    reported_.set(std::move(values));
+    if (colormap == nullptr) {
+        raiseHostError("ZEPHRA:veltrace:tifftag:colormapAllocationFailure",
+                       "Could not allocate memory for Colormap tag value.");
+    }
+    return colormap;
+}
+
+qvArray* TiffTag::sampleFormatOutput() const {
+    const auto outOfRange = [](double value) { return value < 1.0 || value > 6.0; };
+    const std::vector<double> values = outputValues();
+    if (std::ranges::any_of(values, outOfRange)) {
+        return wordString(kSampleFormat.fallback);
+    }
+    if (values.size() == 1) {
+        return sampleFormatWord(values.front());
+    }
+    const std::size_t dimensions[] = {values.size(), 1};
+    qvArray* words = qvCreateCellArray(std::size(dimensions), dimensions);
+    if (words == nullptr) {
+        raiseHostError("ZEPHRA:veltrace:processSampleFormat",
+                       "Could not allocate memory for SampleFormat tag value.");
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        qvSetCell(words, i, sampleFormatWord(values[i]));
+    }
+    return words;
+}
+
+void TiffTag::outputUnknown(qvArray* unknownTags, std::size_t index) const {
+    storeField(unknownTags, index, "ID", qvCreateDoubleScalar(tagId_));
+    storeField(unknownTags, index, "Offset",
+               qvCreateDoubleScalar(static_cast<double>(valueOffset_)));
+    storeField(unknownTags, index, "Value", unknownValue());
+}
+
+qvArray* TiffTag::unknownValue() const {
+    if (!rawText().empty()) {
+        qvArray* text = qvCreateString(std::string(rawText()).c_str());  // ends at the first NUL
+        if (text == nullptr) {
+            raiseHostError("ZEPHRA:veltrace:TiffTag:unknownTag:charAllocationFailure",
+                           message("Could not allocate enough memory for the output char "
+                                   "array for the unknown tag with ID ",
+                                   tagId_, ".\n"));
+        }
+        return text;
+    }
+    if (outputCount() != 0) {
+        qvArray* numbers = doubleMatrix(outputCount(), 1);
+        if (numbers == nullptr) {
+            raiseHostError("ZEPHRA:veltrace:TiffTag:unknownTag:numericAllocationFailure",
+                           message("Could not allocate enough memory for the output numeric "
+                                   "array for the unknown tag with ID ",
+                                   tagId_, ".\n"));
+        }
+        return numbers;
+    }
+    // Kept: no blank before "is".
+    issueHostWarning(
+        "ZEPHRA:veltrace:unknownTagPayloadState",
+        message("Tag data for unknown tag ID ", tagId_, "is in an unrecognized state.\n"));
+    return nullptr;
+}
+
+}  // namespace veltrace::module

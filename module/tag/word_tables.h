@@ -1,0 +1,80 @@
+// The words of the enumerated tags: TIFF 6.0, its supplements, and registered private codes.
+#pragma once
+
+#include "tag/words.h"
+
+namespace veltrace::module {
+
+constexpr Word kCompressionRows[] = {
+    {1, "Uncompressed"},
+    {2, "CCITT 1D"},
+    {3, "Group 3 Fax"},
+    {4, "Group 4 Fax"},
+    {5, "LZW"},
+    {6, "OJPEG"},
+    {7, "JPEG"},
+    {8, "Deflate"},
+    {32766, "Next"},
+    {32771, "CCITT RLEW"},
+    {32773, "PackBits"},
+    {32809, "ThunderScan RLE"},
+    {32895, "IT8 CT with padding"},
+    {32896, "IT8 Linework RLE"},
+    {32897, "IT8 Monochrome Picture"},
+    {32898, "IT8 Binary Line Art"},
+    {32908, "Pixar companded 10bit LZW"},
+    {32909, "Pixar companded 11bit ZIP"},
+    {32946, "Deflate"},
+    {32947, "DCS"},
+    {34661, "ISO JBIG"},
+    {34676, "SGI Log Luminance RLE"},
+    {34677, "SGI Log 24-bit Packed"},
+    {34712, "JPEG2000"},
+};
+static_assert(std::size(kCompressionRows) == 24 && strictlyAscending(kCompressionRows));
+
+constexpr Word kPhotometricRows[] = {
+    {0, "WhiteIsZero"},
+    {1, "BlackIsZero"},
+    {2, "RGB"},
+    {3, "RGB Palette"},
+    {4, "Transparency Mask"},
+    {5, "CMYK"},
+    {6, "YCbCr"},
+    {8, "CIELab"},
+    {9, "ICCLab"},
+    {10, "ITULab"},
+    {32803, "CFA"},
+    {32845, "LogLuv"},
+    {34892, "LinearRaw"},
+};
+static_assert(std::size(kPhotometricRows) == 13 && strictlyAscending(kPhotometricRows));
+
+constexpr Word kPlanarConfigurationRows[] = {{1, "Chunky"}, {2, "Planar"}};
+constexpr Word kResolutionUnitRows[] = {{1, "None"}, {2, "Inch"}, {3, "Centimeter"}};
+constexpr Word kPredictorRows[] = {{1, "None"}, {2, "Horizontal differencing"}};
+constexpr Word kInkSetRows[] = {{1, "CMYK"}, {2, "not CMYK"}};
+constexpr Word kJpegProcRows[] = {
+    {1, "Baseline sequential process"},
+    {14, "Lossless process with Huffman coding"},
+};
+constexpr Word kYCbCrPositioningRows[] = {{1, "Centered"}, {2, "Co-sited"}};
+
+constexpr Word kSampleFormatRows[] = {
+    {1, "Unsigned integer"},    {2, "Two's complement signed integer"},
+    {3, "IEEE floating point"}, {4, "Undefined"},
+    {5, "Complex integer"},     {6, "Complex IEEE floating point"},
+};
+
+// Kept: the fallbacks differ in case.
+constexpr WordTable kCompression{kCompressionRows, "unknown"};
+constexpr WordTable kPhotometricInterpretation{kPhotometricRows, "unknown"};
+constexpr WordTable kPredictor{kPredictorRows, "unknown"};
+constexpr WordTable kInkSet{kInkSetRows, "unknown"};
+constexpr WordTable kPlanarConfiguration{kPlanarConfigurationRows, "Unknown"};
+constexpr WordTable kResolutionUnit{kResolutionUnitRows, "Unknown"};
+constexpr WordTable kJpegProc{kJpegProcRows, "Unknown"};
+constexpr WordTable kYCbCrPositioning{kYCbCrPositioningRows, "Unknown"};
+constexpr WordTable kSampleFormat{kSampleFormatRows, "Unknown"};
+
+}  // namespace veltrace::module

@@ -1,0 +1,202 @@
+// The abstract base of the readers: owns the open file and knows how its numbers are stored.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <vector>
+
+#include "zephra/qv.h"
+
+#include "tagfile/input_file.h"
+#include "tagfile/name_set.h"
+#include "tagfile/stack_room.h"
+#include "tagfile/swap_bytes.h"
+
+namespace veltrace::module {
+
+class IFDSet;
+
+/// The kind of file that a reader reads.
+enum class FormatType : std::int32_t { jpeg = 0, classicTiff = 1, bigTiff = 2 };
+
+/// The byte-order mark of a TIFF header as a number, the same in either byte order.
+enum class HeaderByteOrder : std::uint32_t {
+    little = 0x4949,  ///< "II"
+    big = 0x4D4D,     ///< "MM"
+};
+
+/// Owns the file and, once read, the main chain of directories. Everything that reads numbers
+/// from the file goes through the primitives here and through `swapBytes`.
+class TagFile {
+public:
+    /// Takes the status of the file and opens it. Throws `VeltraceFatalError` when either fails.
+    explicit TagFile(const char* fileName);
+
+    /// Forbidden: always throws `VeltraceFatalError`.
+    TagFile();
+
+    /// Copies what describes the file (name, offset base, byte order, status), not what was read
+    /// from it, and opens a stream of its own. Throws `VeltraceFatalError` when that fails.
+    TagFile(const TagFile& other);
+
+    /// As the copy constructor, after closing its own stream, which may fail as well. Assigning a
+    /// reader to itself closes and reopens the file.
+    TagFile& operator=(const TagFile& other);
+
+    /// Frees the directories and closes the file. Throws `VeltraceFatalError` when closing fails.
+    virtual ~TagFile() noexcept(false);  // NOLINT(bugprone-exception-escape)
+
+    /// Reads the header and every directory. Called once.
+    virtual void readAll() = 0;
+
+    /// Reads a directory's entry count at the current position and returns the number of items
+    /// read, 1 or 0. A 2-byte count is stored in the low 32 bits of `count`; the high half is then
+    /// not written.
+    virtual std::size_t readNumEntries(std::uint64_t* count) = 0;
+
+    /// Reads the TIFF header at the current position and moves to the first directory. Throws
+    /// `VeltraceFatalError`. This is the header of TIFF 6.0, section 2.
+    virtual void readHeader();
+
+    /// Reads a file offset at the current position and returns the number of items read, 1 or 0.
+    virtual std::size_t readOffset(std::uint64_t* offset) = 0;
+
+    [[nodiscard]] FormatType formatType() const { return formatType_; }
+    [[nodiscard]] std::FILE* stream() const { return file_.stream(); }
+    [[nodiscard]] std::string fileName() const { return fileName_; }
+    [[nodiscard]] bool swapFlag() const { return swapFlag_; }
+    /// Absolute position of the TIFF header; every offset in the file counts from it.
+    [[nodiscard]] std::int64_t offsetBase() const { return offsetBase_; }
+    [[nodiscard]] HeaderByteOrder headerByteOrder() const { return headerByteOrder_; }
+    [[nodiscard]] bool computerIsBigEndian() const { return computerIsBigEndian_; }
+    [[nodiscard]] std::int64_t fileSize() const { return status_.st_size; }
+    /// Seconds since 1970-01-01 00:00:00 UTC.
+    [[nodiscard]] std::time_t modificationTime() const { return status_.st_mtime; }
+    /// Bytes of a directory entry, of a directory's entry count, and of an offset.
+    [[nodiscard]] std::int32_t entrySize() const { return entrySize_; }
+    [[nodiscard]] std::int32_t countSize() const { return countSize_; }
+    [[nodiscard]] std::int32_t offsetSize() const { return offsetSize_; }
+    /// Bytes of an entry before its value field.
+    [[nodiscard]] std::int32_t valueFieldStart() const { return entrySize_ - offsetSize_; }
+    /// The first two bytes of the TIFF header as they stand in the file.
+    [[nodiscard]] const std::array<unsigned char, 2>& byteOrderMark() const {
+        return byteOrderMark_;
+    }
+    [[nodiscard]] std::uint16_t version() const { return version_; }
+    /// Field names that lead the output of an image directory, whatever tags it has.
+    [[nodiscard]] const std::vector<const char*>& defaultFieldNames() const {
+        return defaultFieldNames_;
+    }
+    [[nodiscard]] bool isDefaultFieldName(std::string_view name) const {
+        return defaultFieldNameSet_.contains(name);
+    }
+    /// Stack for sub-directories of this file.
+    [[nodiscard]] StackRoom& stackRoom() { return stackRoom_; }
+
+    /// Number of directories in the main chain; 0 before it was read.
+    [[nodiscard]] std::uint32_t getNumIfds() const;
+    /// The main chain; null before it was read.
+    [[nodiscard]] const IFDSet* ifdSet() const { return ifdSet_.get(); }
+
+    /// A new host value: the structure array of the main chain, or an empty 0 x 0 double array
+    /// when there is none.
+    [[nodiscard]] qvArray* outputValue();
+
+    /// The absolute position of what is at `offset` from the header. The sum wraps at 64 bits.
+    [[nodiscard]] std::int64_t absolutePosition(std::uint64_t offset) const;
+    /// The absolute position of the stream; -1 when the system does not tell.
+    [[nodiscard]] std::int64_t position() const;
+    /// Moves to an absolute position; false when the system refuses.
+    [[nodiscard]] bool seek(std::int64_t position);
+    /// Moves by a distance; false when the system refuses.
+    [[nodiscard]] bool skip(std::int64_t distance);
+    /// Reads `count` items of `size` bytes as they stand in the file. Gives the number of whole
+    /// items that are there.
+    [[nodiscard]] std::size_t read(void* items, std::size_t size, std::size_t count);
+    /// Reads one item of the size of `Number` and brings it into this computer's byte order. False,
+    /// with `number` unspecified, when the item is not there in full.
+    template <class Number>
+    [[nodiscard]] bool readNumber(Number* number);
+
+    /// A number out of a raw entry in memory, in this computer's byte order.
+    template <class Number>
+    [[nodiscard]] Number entryField(const std::byte* field) const;
+    /// Count (bytes 4 to 7) and value or offset (bytes 8 to 11) of a raw entry.
+    [[nodiscard]] std::uint32_t entryCountField(const std::byte* entry) const {
+        return entryField<std::uint32_t>(entry + 4);
+    }
+    [[nodiscard]] std::uint32_t entryOffsetField(const std::byte* entry) const {
+        return entryField<std::uint32_t>(entry + 8);
+    }
+
+protected:
+    void setFormatType(FormatType formatType) { formatType_ = formatType; }
+    void setLayout(std::int32_t entrySize, std::int32_t countSize, std::int32_t offsetSize);
+    /// At most `NameSet::kMost`.
+    void appendDefaultFieldName(const char* name) {
+        defaultFieldNames_.push_back(name);
+        defaultFieldNameSet_.insert(name);
+    }
+    void setIfdSet(std::unique_ptr<IFDSet> ifdSet);
+
+    // The steps that the two header readers share. Identifiers of BigTIFF differ from the classic
+    // ones, so each step takes its own.
+    void beginHeader();
+    void readVersion(const char* identifier);
+    /// Moves to the first directory at `offset` from the header, or throws `VeltraceFatalError`:
+    /// `offsetIdentifier` past the end of the file, `seekIdentifier` when the system refuses.
+    void seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
+                        const char* seekIdentifier);
+
+private:
+    void determineComputerByteOrder();
+    void readByteOrder();
+    void openFile(const char* failureIdentifier);
+    void copyDescription(const TagFile& other);
+
+    FormatType formatType_ = FormatType::jpeg;
+    InputFile file_;
+    std::string fileName_;
+    bool swapFlag_ = false;
+    std::int64_t offsetBase_ = 0;
+    HeaderByteOrder headerByteOrder_{};
+    bool computerIsBigEndian_ = false;
+    bool computerIsLittleEndian_ = false;
+    struct stat64 status_ {};
+    std::unique_ptr<IFDSet> ifdSet_;
+    std::int32_t entrySize_ = 12;
+    std::int32_t countSize_ = 2;
+    std::int32_t offsetSize_ = 4;
+    std::array<unsigned char, 2> byteOrderMark_{};
+    std::uint16_t version_ = 0;
+    std::vector<const char*> defaultFieldNames_;
+    NameSet defaultFieldNameSet_;
+    StackRoom stackRoom_;
+};
+
+template <class Number>
+bool TagFile::readNumber(Number* number) {
+    const bool complete = read(number, sizeof *number, 1) == 1;
+    if (complete) {
+        swapBytes(number, sizeof *number, 1, swapFlag_);
+    }
+    return complete;
+}
+
+template <class Number>
+Number TagFile::entryField(const std::byte* field) const {
+    Number number{};
+    std::memcpy(&number, field, sizeof number);
+    swapBytes(&number, sizeof number, 1, swapFlag_);
+    return number;
+}
+
+}  // namespace veltrace::module

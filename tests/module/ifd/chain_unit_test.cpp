@@ -1,0 +1,196 @@
+// What a chain knows, and a chain without end.
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <map>
+
+#include "ifd/ifd_set.h"
+#include "support/opened_tiff.h"
+#include "support/quiet_call.h"
+#include "support/thrown.h"
+#include "tagfile/jpeg_tag_file.h"
+
+namespace veltrace::test {
+
+using namespace module;
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+TEST(NewChain, ForContainersIsEmpty) {
+    const IFDSet chain;
+    EXPECT_EQ(chain.getNumIfds(), 0U);
+    EXPECT_THAT(chain.directories(), IsEmpty());
+    EXPECT_THAT(chain.fieldNames(), IsEmpty());
+    EXPECT_FALSE(chain.hasUnknownTags());
+}
+
+TEST(ReadChain, KnowsItsReaderItsIdAndItsDirectories) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6});
+        file.addImage().shorts(274, {8});
+        OpenedTiff<> opened(file);
+        const IFDSet chain(*opened, IfdId::image);
+        EXPECT_EQ(chain.reader(), &*opened);
+        EXPECT_EQ(chain.ifdId(), IfdId::image);
+        EXPECT_EQ(chain.getNumIfds(), 2U);
+        ASSERT_EQ(chain.directories().size(), 2U);
+        EXPECT_EQ(chain.directories()[0].position(), 8);
+        EXPECT_EQ(chain.directories()[1].position(), 26);
+        EXPECT_EQ(chain.directories()[1].ifdId(), IfdId::image);
+    });
+}
+
+TEST(FieldNames, AreOneForEachKnownTagIdInAscendingOrder) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().ascii(305, "kiln").shorts(256, {640}).shorts(271, {1}).shorts(60'000, {1});
+        OpenedTiff<> opened(file);
+        const IFDSet chain(*opened, IfdId::exif);
+        EXPECT_THAT(chain.fieldNames(), ElementsAre(Pair(271, "Make"), Pair(305, "Software")));
+    });
+}
+
+TEST(FieldNames, OfTwoDirectoriesWithOneTagAreOneEntry) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().ascii(305, "kiln").ascii(315, "ash");
+        file.addImage().ascii(305, "oven").ascii(271, "clay");
+        OpenedTiff<> opened(file);
+        const auto rows = IFDSet(*opened, IfdId::image).fieldNames();
+        EXPECT_TRUE(std::ranges::is_sorted(rows));
+        const std::map<std::uint16_t, std::string_view> names(rows.begin(), rows.end());
+        EXPECT_EQ(names.size(), 22U + 3U) << "the fallbacks and three other tags";
+        EXPECT_EQ(names.at(271), "Make");
+        EXPECT_EQ(names.at(305), "Software");
+        EXPECT_EQ(names.at(315), "Artist");
+        EXPECT_EQ(names.at(254), "NewSubFileType");
+        EXPECT_EQ(names.at(325), "TileByteCounts");
+    });
+}
+
+TEST(UnknownTagFlag, IsSetByAnyDirectory) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(60'000, {1});
+        file.addImage().shorts(274, {8});
+        OpenedTiff<> opened(file);
+        EXPECT_TRUE(IFDSet(*opened, IfdId::image).hasUnknownTags());
+    });
+}
+
+TEST(UnknownTagFlag, IsNotSetByKnownTags) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {8});
+        OpenedTiff<> opened(file);
+        EXPECT_FALSE(IFDSet(*opened, IfdId::image).hasUnknownTags());
+    });
+}
+
+TEST(ReadChain, DropsADirectoryWithoutFields) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(256, {640});
+        OpenedTiff<JpegTagFile> opened(file);
+        const IFDSet chain(*opened, IfdId::image);
+        EXPECT_EQ(chain.getNumIfds(), 0U);
+        EXPECT_THAT(chain.fieldNames(), IsEmpty());
+    });
+}
+
+// Offsets count from the header, which here follows four other bytes.
+
+TEST(ShiftedChain, IsFollowedFromItsHeader) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6});
+        file.addImage().shorts(274, {8});
+        OpenedTiff<> opened(bytesOf("kiln") + file.bytes(), 4);
+        const IFDSet chain(*opened, IfdId::image);
+        ASSERT_EQ(chain.getNumIfds(), 2U);
+        EXPECT_EQ(chain.directories()[0].position(), 12);
+        EXPECT_EQ(chain.directories()[1].position(), 30);
+    });
+}
+
+TEST(ShiftedChain, NextPointerThatEqualsTheSizeWithoutTheShiftPasses) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6}).next(26);
+        OpenedTiff<> opened(bytesOf("kiln") + file.bytes(), 4);
+        EXPECT_EQ((*opened).fileSize(), 30);
+        EXPECT_EQ(fatalErrorOf([&] { const IFDSet chain(*opened, IfdId::image); }).identifier,
+                  "ZEPHRA:veltrace:numIfdEntriesReadError");
+    });
+}
+
+TEST(ShiftedChain, NextPointerOneBeyondThatIsAWarning) {
+    TiffBuilder file;
+    file.image().shorts(274, {6}).next(27);
+    OpenedTiff<> opened(bytesOf("kiln") + file.bytes(), 4);
+    const auto result = inCall([&] {
+        const IFDSet chain(*opened, IfdId::image);
+        EXPECT_EQ(chain.getNumIfds(), 1U);
+    });
+    EXPECT_THAT(result.warnings(),
+                ElementsAre(message("ZEPHRA:veltrace:badNextIfdPointer",
+                                    "The pointer to a secondary IFD exceeds the size of the image "
+                                    "file \"" +
+                                        opened.name() +
+                                        "\" and therefore cannot be valid.  Some metadata might "
+                                        "not be returned. ")));
+    EXPECT_FALSE(result.error());
+}
+
+TEST(ReadChain, CopyHasEverything) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6}).shorts(60'000, {1});
+        OpenedTiff<> opened(file);
+        const IFDSet chain(*opened, IfdId::exif);
+        IFDSet copy;
+        copy = chain;
+        EXPECT_EQ(copy.reader(), &*opened);
+        EXPECT_EQ(copy.ifdId(), IfdId::exif);
+        EXPECT_EQ(copy.getNumIfds(), 1U);
+        EXPECT_EQ(copy.fieldNames(), chain.fieldNames());
+        EXPECT_TRUE(copy.hasUnknownTags());
+        EXPECT_NE(copy.directories().data(), chain.directories().data());
+    });
+}
+
+/// Says at the end of each directory that the first one follows, until it has said so often
+/// enough.
+class LoopingReader : public ClassicTiffTagFile {
+public:
+    using ClassicTiffTagFile::ClassicTiffTagFile;
+
+    std::size_t readOffset(std::uint64_t* offset) override {
+        *offset = loops_ > 0 ? 8 : 0;
+        --loops_;
+        return 1;
+    }
+
+private:
+    int loops_ = 1000;
+};
+
+// Kept: there is no limit on the number of directories and no look at where they stand.
+TEST(ReadChain, ThatLeadsBackToItsStartIsReadAgain) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6});
+        OpenedTiff<LoopingReader> opened(file);
+        const IFDSet chain(*opened, IfdId::image);
+        EXPECT_EQ(chain.getNumIfds(), 1001U);
+        EXPECT_EQ(chain.directories().back().position(), 8);
+    });
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,182 @@
+// What a directory throws. The class of the error decides about the enclosing directory.
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "support/opened_tiff.h"
+#include "support/quiet_call.h"
+#include "support/thrown.h"
+#include "tagfile/jpeg_tag_file.h"
+
+namespace veltrace::test {
+
+using namespace module;
+
+namespace {
+
+constexpr IfdId kImpossible = static_cast<IfdId>(7);
+
+TiffBuilder rotatedImage() {
+    TiffBuilder file;
+    file.image().shorts(274, {6});
+    return file;
+}
+
+zephra::Message badCount(const std::string& fileName) {
+    return message("ZEPHRA:veltrace:numIfdEntriesReadError",
+                   "Unable to read the number of entries in one of the image file directories, the "
+                   "metadata in \"" +
+                       fileName + "\" may be corrupt.");
+}
+
+zephra::Message badTable(const std::string& what) {
+    return message("ZEPHRA:veltrace:badRawIfdRead",
+                   "Could not read " + what +
+                       " into memory, some of the metadata in the image file may be corrupt.\n");
+}
+
+TEST(UnreadableCount, IsFatalInAnImageDirectory) {
+    OpenedTiff<> file(TiffBuilder().firstOffset(8));
+    EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(); }), badCount(file.name()));
+}
+
+TEST(UnreadableCount, IsRecoverableInAnyOtherDirectory) {
+    for (const IfdId id : {IfdId::gps, IfdId::interoperability, IfdId::exif, kImpossible}) {
+        OpenedTiff<> file(TiffBuilder().firstOffset(8));
+        EXPECT_EQ(recoverableErrorOf([&] { file.readDirectory(id); }), badCount(file.name()));
+    }
+}
+
+// No read gets here with tags in the directory; the rule is kept in this form all the same.
+TEST(UnreadableCount, IsRecoverableInAnImageDirectoryThatHasFields) {
+    inQuietCall([] {
+        OpenedTiff<> file(rotatedImage());
+        IFD directory(*file, IfdId::image);
+        directory.readIfd();
+        ASSERT_TRUE((*file).seek((*file).fileSize()));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badCount(file.name()));
+    });
+}
+
+TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6}).statedCount(2);
+        for (const auto& [id, what] :
+             {std::pair{IfdId::image, "IFD table #0"},
+              {IfdId::gps, "the GPSInfo sub IFD table"},
+              {IfdId::interoperability, "the Interoperability sub IFD table"},
+              {IfdId::exif, "the Exif sub IFD table"},
+              {kImpossible, ""}}) {
+            OpenedTiff<> opened(file);
+            EXPECT_EQ(recoverableErrorOf([&, id = id] { opened.readDirectory(id); }),
+                      badTable(what));
+        }
+    });
+}
+
+TEST(TruncatedTable, IsNumberedByTheFieldsOfItsDirectory) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(274, {6});
+        file.addImage().shorts(274, {6}).statedCount(2);
+        OpenedTiff<> opened(file);
+        IFD directory(*opened, IfdId::image);
+        directory.readIfd();
+        ASSERT_TRUE((*opened).seek(26));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badTable("IFD table #22"));
+    });
+}
+
+TEST(DirectoryWithoutEntries, IsRecoverable) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image();
+        OpenedTiff<> opened(file);
+        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }),
+                  message("ZEPHRA:veltrace:zeroLengthIfdTable",
+                          "The image file directory at byte position 8 has zero entries and is "
+                          "being ignored."));
+    });
+}
+
+TEST(TooLargeForApp1, IsRecoverable) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().statedCount(5462);
+        OpenedTiff<JpegTagFile> opened(file);
+        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }).identifier,
+                  "ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded");
+    });
+}
+
+/// A table of 12-byte entries can have 65532 or 65544 bytes, and nothing between.
+template <std::int32_t EntrySize>
+class WideEntryReader : public JpegTagFile {
+public:
+    explicit WideEntryReader(const char* fileName) : JpegTagFile(fileName) {
+        setLayout(EntrySize, 2, 4);
+    }
+};
+
+TEST(TooLargeForApp1, IsNotATableOf65536Bytes) {
+    // 4096 entries of 16 bytes: unknown tag 60000, BYTE, count 1.
+    const Bytes entry{0x60, 0xEA, 1, 0, 1, 0, 0, 0, 0, 0, 0, 0, 7, 0, 0, 0};
+    Bytes bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x00, 0x10};
+    for (int i = 0; i < 4096; ++i) {
+        bytes.insert(bytes.end(), entry.begin(), entry.end());
+    }
+    inQuietCall([&] {
+        const IFD directory = OpenedTiff<WideEntryReader<16>>(bytes).readDirectory();
+        EXPECT_EQ(directory.tableSize(), 65'536U);
+        EXPECT_EQ(directory.unknownTags().size(), 4096U);
+    });
+}
+
+TEST(TooLargeForApp1, IsATableOf65538Bytes) {
+    inQuietCall([] {
+        // 3641 entries of 18 bytes.
+        OpenedTiff<WideEntryReader<18>> opened(Bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x39, 0x0E});
+        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }).identifier,
+                  "ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded");
+    });
+}
+
+TEST(TooLargeForApp1, SentenceNamesTheKindOfDirectory) {
+    for (const auto& [id, kind] : {std::pair{IfdId::image, ""},
+                                   {IfdId::gps, "GPS "},
+                                   {IfdId::interoperability, "interoperability "},
+                                   {IfdId::exif, "Exif "}}) {
+        OpenedTiff<> file(rotatedImage());
+        std::ostringstream stream;
+        IFD(*file, id).constructErrMsgForApp1Exceeded(stream);
+        EXPECT_EQ(
+            stream.str(),
+            std::string("The ") + kind +
+                " image file directory at byte position 0 claims to have 0 entries, which "
+                "will exceed the maximum allowed size (64KB) of the APP1 segment specified by "
+                "the JPEG standard.  This IFD is being ignored.");
+    }
+}
+
+TEST(TooLargeForApp1, SentenceKnowsNoOtherKind) {
+    OpenedTiff<> file(rotatedImage());
+    std::ostringstream stream;
+    EXPECT_EQ(
+        recoverableErrorOf([&] { IFD(*file, kImpossible).constructErrMsgForApp1Exceeded(stream); }),
+        message("ZEPHRA:veltrace:IFD::constructErrMsgForApp1Exceeded:unhandledIfdType",
+                "Unhandled IFD type encountered during check for maximal APP1 segment "
+                "length."));
+}
+
+TEST(ImpossibleIfdId, OfATagEndsTheWholeRead) {
+    inQuietCall([] {
+        OpenedTiff<> file(rotatedImage());
+        EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(kImpossible); }),
+                  message("ZEPHRA:veltrace:getTagName:unrecognizedIfdId",
+                          "Did not recognize IFD ID 7\n"));
+    });
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,153 @@
+// Names as they reach the output.
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "support/dictionary_rows.h"
+#include "support/module_run.h"
+#include "support/tiff_builder.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+constexpr std::uint16_t kPointers[] = {330, 34665, 34853, 40965};
+
+// Width and height are facts of the directory and never become tags.
+bool becomesATag(const NameRow& row) {
+    return row.id != 256 && row.id != 257;
+}
+
+std::vector<std::string> namesOf(std::span<const NameRow> rows) {
+    std::vector<std::string> names;
+    for (const NameRow& row : rows) {
+        if (becomesATag(row)) {
+            names.emplace_back(row.name);
+        }
+    }
+    return names;
+}
+
+// Entries in descending order, so that an ascending output is the module's work.
+void addAll(TiffDirectory& directory, std::span<const NameRow> rows, TiffBuilder& file) {
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+        if (std::ranges::count(kPointers, row->id) == 0) {
+            directory.bytes(row->id, {1});
+        } else {
+            directory.sub(row->id, file.child().bytes(1, {1}));
+        }
+    }
+}
+
+TEST(TagNames, AreTheFieldsOfAnImageDirectory) {
+    TiffBuilder file;
+    addAll(file.image(), kMainRows, file);
+    const ModuleRun run(jpegWithExif(file.bytes()));
+    EXPECT_THAT(run.messages(), IsEmpty());
+    std::vector<std::string> names{"Filename",      "FileModDate",    "FileSize", "Format",
+                                   "FormatVersion", "Width",          "Height",   "BitDepth",
+                                   "ColorType",     "FormatSignature"};
+    std::ranges::copy(namesOf(kMainRows), std::back_inserter(names));
+    EXPECT_THAT(run.fieldNames(), ElementsAreArray(names));
+}
+
+TEST(TagNames, AreTheFieldsOfAnExifDirectory) {
+    TiffBuilder file;
+    TiffDirectory& exif = file.child();
+    addAll(exif, kMainRows, file);
+    file.image().sub(34665, exif);
+    const ModuleRun run(jpegWithExif(file.bytes()));
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAreArray(namesOf(kMainRows)));
+}
+
+TEST(TagNames, AreTheFieldsOfAGpsDirectory) {
+    TiffBuilder file;
+    TiffDirectory& gps = file.child();
+    addAll(gps, kGpsRows, file);
+    file.image().sub(34853, gps);
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAreArray(namesOf(kGpsRows)));
+}
+
+TEST(TagNames, AreTheFieldsOfAnInteroperabilityDirectory) {
+    TiffBuilder file;
+    TiffDirectory& interoperability = file.child();
+    addAll(interoperability, kInteroperabilityRows, file);
+    file.image().sub(40965, interoperability);
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}),
+                ElementsAre("InteroperabilityIndex", "InteroperabilityVersion",
+                            "RelatedImageFileFormat", "RelatedImageWidth", "RelatedImageLength"));
+}
+
+TEST(TagNames, AreMissingForTheGapsBetweenBaselineTags) {
+    const std::vector<std::uint16_t> gaps{260, 261, 267, 268, 275, 276, 294, 295, 298,
+                                          299, 329, 331, 335, 348, 349, 350, 516};
+    TiffBuilder file;
+    for (const std::uint16_t id : gaps) {
+        file.image().bytes(id, {1});
+    }
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    const zephra::Value unknown = run.value({"UnknownTags"});
+    ASSERT_EQ(unknown.size(), gaps.size());
+    for (std::size_t i = 0; i < gaps.size(); ++i) {
+        EXPECT_THAT(unknown.field(i, "ID").numbers(), ElementsAre(gaps[i]));
+    }
+}
+
+TEST(TagNames, LeaveTagZeroUnknownOutsideGpsDirectories) {
+    TiffBuilder file;
+    file.image()
+        .bytes(0, {2})
+        .sub(34665, file.child().bytes(0, {3}))
+        .sub(34853, file.child().bytes(0, {2, 3, 0, 0}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"UnknownTags", "ID"}), 0);
+    EXPECT_EQ(run.number({"DigitalCamera", "UnknownTags", "ID"}), 0);
+    EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 3, 0, 0));
+}
+
+TEST(TagNames, EndAtThirtySoThatTag31IsUnknownInGpsDirectories) {
+    TiffBuilder file;
+    file.image().sub(34853, file.child().shorts(30, {1}).shorts(31, {2}));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSDifferential", "UnknownTags"));
+    EXPECT_EQ(run.number({"GPSInfo", "UnknownTags", "ID"}), 31);
+}
+
+TEST(TagNames, TellOneIdApartInGpsAndInteroperabilityDirectories) {
+    TiffBuilder file;
+    file.image().sub(34853, file.child().ascii(1, "N")).sub(40965, file.child().ascii(1, "R98"));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSLatitudeRef"));
+    EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}), ElementsAre("InteroperabilityIndex"));
+}
+
+// The width of a directory is not a field of its own there, so a failing entry has to tell.
+TEST(TagNames, CallTag256WidthInAnExifDirectoryToo) {
+    TiffBuilder file;
+    file.image().sub(34665, file.child().shorts(37383, {5}).entryAt(256, 4, 2, 4096));
+    const ModuleRun run(file.bytes());
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Width\" value from byte location "
+                                    "4096.")));
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

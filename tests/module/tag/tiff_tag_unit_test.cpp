@@ -1,0 +1,291 @@
+// A tag by itself: what it keeps of its entry, how it is copied, and failures no file can bring
+// about.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "ifd/ifd_set.h"
+#include "support/memory_file.h"
+#include "support/module_run.h"
+#include "support/one_tag.h"
+#include "support/quiet_call.h"
+#include "support/thrown.h"
+#include "support/tiff_builder.h"
+#include "support/tiff_tag_peer.h"
+#include "support/unseekable_file.h"
+#include "tag/tiff_tag.h"
+#include "tagfile/classic_tiff_tag_file.h"
+#include "tagfile/jpeg_tag_file.h"
+
+namespace veltrace::test {
+
+using namespace module;
+
+namespace {
+
+using namespace std::string_view_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::IsNan;
+
+// A little-endian classic entry in memory.
+std::vector<std::byte> rawEntry(std::uint16_t tag, std::uint16_t type, std::uint32_t count,
+                                std::uint32_t offset) {
+    Bytes bytes;
+    append(bytes, Order::little, tag);
+    append(bytes, Order::little, type);
+    append(bytes, Order::little, count);
+    append(bytes, Order::little, offset);
+    std::vector<std::byte> entry(bytes.size());
+    std::memcpy(entry.data(), bytes.data(), bytes.size());
+    return entry;
+}
+
+TEST(TiffTag, KeepsNumeratorsAndDenominatorsInFileOrder) {
+    const zephra::CallResult result = inCall([] {
+        TiffBuilder file;
+        file.image().rationals(271, {{1, 0}, {3, 2}});
+        const OneTag one(file.bytes());
+        EXPECT_THAT(one.tag().rawValues(), ElementsAre(1, 0, 3, 2));
+        EXPECT_THAT(one.tag().outputValues(), ElementsAre(IsNan(), 1.5));
+    });
+    EXPECT_EQ(result.warnings().size(), 1U);
+    EXPECT_EQ(result.error(), std::nullopt);
+}
+
+TEST(TiffTag, WidensTheWordsOfRationalsWithTheirOwnSign) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().rationals(271, {{4294967295, 2147483648}});
+        EXPECT_THAT(OneTag(file.bytes()).tag().rawValues(), ElementsAre(4294967295, 2147483648));
+        TiffBuilder signedFile;
+        signedFile.image().signedRationals(271, {{-1, std::numeric_limits<std::int32_t>::min()}});
+        EXPECT_THAT(OneTag(signedFile.bytes()).tag().rawValues(), ElementsAre(-1, -2147483648.0));
+    });
+}
+
+TEST(TiffTag, KeepsTheFieldsOfItsEntry) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(271, {7, 8, 9});
+        const OneTag<JpegTagFile> one(jpegWithExif(file.bytes()));
+        const TiffTag& tag = one.tag();
+        EXPECT_EQ(tag.tagId(), 271);
+        EXPECT_EQ(tag.dataType(), 3);
+        EXPECT_EQ(tag.count(), 3U);
+        EXPECT_EQ(tag.byteSize(), 6U);
+        EXPECT_EQ(tag.valueOffset(), 26U);
+        EXPECT_EQ(tag.valueOffsetLowWord(), 26U);
+        EXPECT_EQ(tag.ifdId(), IfdId::image);
+        EXPECT_EQ(tag.name(), "Make");
+        EXPECT_EQ(tag.firstValue(), 7);
+        EXPECT_THAT(tag.rawValues(), ElementsAre(7, 8, 9));
+        EXPECT_THAT(tag.outputValues(), ElementsAre(7, 8, 9));
+        EXPECT_THAT(tag.rawText(), IsEmpty());
+        EXPECT_THAT(tag.outputText(), IsEmpty());
+        EXPECT_EQ(tag.subDirectory(), nullptr);
+        EXPECT_EQ(TiffTag::reserved(), 0U);
+    });
+}
+
+TEST(TiffTag, KeepsThreeAsciiBytesAsATextOfThreeCharactersNulIncluded) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().ascii(271, "AB");
+        const OneTag one(file.bytes());
+        EXPECT_EQ(one.tag().rawText(), "AB\0"sv);
+        EXPECT_THAT(one.tag().rawValues(), IsEmpty());
+        EXPECT_THAT(one.tag().outputValues(), IsEmpty());
+        EXPECT_EQ(one.tag().firstValue(), std::nullopt);
+    });
+}
+
+TEST(TiffTag, OfNoElementsKeepsNothingWhateverItsType) {
+    inQuietCall([] {
+        for (std::uint16_t type = 1; type <= 12; ++type) {
+            TiffBuilder file;
+            file.image().entryAt(271, type, 0, 26);
+            const OneTag one(file.bytes());
+            const TiffTag& tag = one.tag();
+            EXPECT_EQ(tag.dataType(), type);
+            EXPECT_EQ(tag.count(), 0U);
+            EXPECT_EQ(tag.byteSize(), 0U);
+            EXPECT_EQ(tag.valueOffset(), 0U);
+            EXPECT_THAT(tag.rawValues(), IsEmpty());
+            EXPECT_THAT(tag.outputValues(), IsEmpty());
+            EXPECT_THAT(tag.rawText(), IsEmpty());
+            EXPECT_THAT(tag.outputText(), IsEmpty());
+        }
+    });
+}
+
+TEST(TiffTag, CountsTheBytesOfItsValueIn32Bits) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().rationals(271, {{1, 2}, {3, 4}, {5, 6}});
+        EXPECT_EQ(OneTag(file.bytes()).tag().byteSize(), 24U);
+        TiffBuilder pointer;
+        pointer.child().shorts(37383, {5});
+        pointer.image().entryAt(34665, 4, 0x40000001, 26);
+        const OneTag one(pointer.bytes());
+        EXPECT_EQ(one.tag().count(), 0x40000001U);
+        EXPECT_EQ(one.tag().byteSize(), 4U);
+    });
+}
+
+TEST(TiffTag, OwnsItsSubDirectoryAlone) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().sub(34665, file.child().shorts(37383, {5}));
+        const OneTag one(file.bytes());
+        const TiffTag& original = one.tag();
+        ASSERT_NE(original.subDirectory(), nullptr);
+        EXPECT_EQ(original.subDirectory()->ifdId(), IfdId::exif);
+        EXPECT_EQ(original.valueOffset(), 26U);
+        const TiffTag copy = original;
+        ASSERT_NE(copy.subDirectory(), nullptr);
+        EXPECT_NE(copy.subDirectory(), original.subDirectory());
+        const auto& nested = copy.subDirectory()->directories().front().knownTags().front();
+        EXPECT_EQ(nested.name(), "MeteringMode");
+    });
+}
+
+TEST(TiffTag, CopiesItsValuesAndTexts) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().rationals(271, {{1, 2}});
+        const OneTag one(file.bytes());
+        TiffTag copy(259, IfdId::image);
+        copy = one.tag();
+        EXPECT_EQ(copy.name(), "Make");
+        EXPECT_THAT(copy.rawValues(), ElementsAre(1, 2));
+        EXPECT_THAT(copy.outputValues(), ElementsAre(0.5));
+        EXPECT_THAT(copy.outputText(), IsEmpty());
+        EXPECT_EQ(copy.subDirectory(), nullptr);
+    });
+}
+
+TEST(TiffTag, CopiesRawTextAndOutputText) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().ascii(271, "AB");
+        const OneTag one(file.bytes());
+        TiffTag copy(259, IfdId::image);
+        EXPECT_EQ(TiffTag(copy).outputText(), "Uncompressed");
+        copy = one.tag();
+        EXPECT_EQ(copy.rawText(), "AB\0"sv);
+        EXPECT_THAT(copy.outputText(), IsEmpty());
+        EXPECT_THAT(copy.outputValues(), IsEmpty());
+    });
+}
+
+TEST(TiffTag, ReturnsToItsPositionAfterASubDirectory) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().sub(34665, file.child().shorts(37383, {5}));
+        const MemoryFile memory(file.bytes());
+        ClassicTiffTagFile reader(memory.name().c_str());
+        ASSERT_TRUE(reader.seek(21));
+        const TiffTag tag(reader, rawEntry(34665, 4, 1, 26).data(), IfdId::image);
+        EXPECT_EQ(reader.position(), 21);
+        EXPECT_NE(tag.subDirectory(), nullptr);
+    });
+}
+
+TEST(TiffTag, SaysWhenTheHostCannotSeekToItsValue) {
+    inQuietCall([] {
+        const UnseekableFile file;
+        ClassicTiffTagFile reader(file.name().c_str());
+        const auto entry = rawEntry(271, 3, 3, 26);
+        EXPECT_EQ(
+            recoverableErrorOf([&] { const TiffTag tag(reader, entry.data(), IfdId::image); }),
+            message("ZEPHRA:veltrace:TiffTag:badTagDataOffsetSeek",
+                    "Could not seek to data for tag with ID 271, the image may be corrupt."));
+    });
+}
+
+TEST(TiffTag, SaysWhenTheHostCannotSeekToItsSubDirectory) {
+    const std::pair<std::uint16_t, std::string_view> rows[] = {
+        {330, "Could not seek to start of generic sub IFD\n"},
+        {34665, "Could not seek to start of Exif sub IFD\n"},
+        {34853, "Could not seek to start of GPS sub IFD\n"},
+        {40965, "Could not seek to start of IOP sub IFD\n"}};
+    inQuietCall([&] {
+        const UnseekableFile file;
+        ClassicTiffTagFile reader(file.name().c_str());
+        for (const auto& [tagId, text] : rows) {
+            const auto entry = rawEntry(tagId, 4, 1, 26);
+            EXPECT_EQ(
+                recoverableErrorOf([&] { const TiffTag tag(reader, entry.data(), IfdId::image); }),
+                message("ZEPHRA:veltrace:TiffTag:badSubIfdSeek", text));
+        }
+    });
+}
+
+TEST(TiffTag, IsNotMadeOfAnEntryWithoutAValidType) {
+    inQuietCall([] {
+        const MemoryFile memory(Bytes(64, 0));
+        ClassicTiffTagFile reader(memory.name().c_str());
+        const auto errorOf = [&](std::uint16_t type) {
+            const auto entry = rawEntry(271, type, 1, 0);
+            return recoverableErrorOf(
+                [&] { const TiffTag tag(reader, entry.data(), IfdId::image); });
+        };
+        EXPECT_EQ(errorOf(0),
+                  message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+                          "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
+                          "processed.\n"));
+        EXPECT_EQ(errorOf(14), message("ZEPHRA:veltrace:badTagFormat",
+                                       "Tag ID 271 with datatype format value 14 is invalid.  Only "
+                                       "values 0-13 are allowed.\n"));
+    });
+}
+
+TEST(TiffTag, SeeksBeforeItChecksTheNesting) {
+    inQuietCall([] {
+        const UnseekableFile file;
+        ClassicTiffTagFile reader(file.name().c_str());
+        const auto entry = rawEntry(34665, 4, 1, 26);
+        EXPECT_EQ(recoverableErrorOf([&] { const TiffTag tag(reader, entry.data(), IfdId::gps); }),
+                  message("ZEPHRA:veltrace:TiffTag:badSubIfdSeek",
+                          "Could not seek to start of Exif sub IFD\n"));
+    });
+}
+
+TEST(TiffTag, RefusesTypesThatItCannotDecode) {
+    TiffTag tag(259, IfdId::image);
+    const auto decode = [&](std::uint16_t type) {
+        TiffTagPeer::setDataType(tag, type);
+        return recoverableErrorOf([&] { TiffTagPeer::decodeValues(tag); });
+    };
+    EXPECT_EQ(decode(0),
+              message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
+                      "Encountered tag with datatype format TIFF_NOTYPE.  Skipping... \n"));
+    EXPECT_EQ(decode(13), message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
+                                  "Tag 259 has an unrecognized TIFF_IFD data format.\n"));
+    EXPECT_EQ(decode(14), message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
+                                  "Did not recognize tag format 14\n"));
+    EXPECT_EQ(decode(65535), message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
+                                     "Did not recognize tag format 65535\n"));
+}
+
+TEST(TiffTag, RefusesToBeReadInAnImpossibleKindOfDirectory) {
+    inQuietCall([] {
+        const MemoryFile memory(Bytes(64, 0));
+        ClassicTiffTagFile reader(memory.name().c_str());
+        const auto entry = rawEntry(271, 0, 1, 0);
+        EXPECT_EQ(fatalErrorOf([&] { const TiffTag tag(reader, entry.data(), IfdId{4}); }),
+                  message("ZEPHRA:veltrace:getTagName:unrecognizedIfdId",
+                          "Did not recognize IFD ID 4\n"));
+    });
+}
+
+}  // namespace
+
+}  // namespace veltrace::test

@@ -1,0 +1,256 @@
+// Where the walk over the segments of a JPEG file and the offsets of its Exif block end.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/jpeg_parts.h"
+#include "support/module_run.h"
+
+namespace veltrace::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t kHeaderPosition = 12;  // of a TIFF structure in a first segment
+
+std::string corrupt(const ModuleRun& run) {
+    return "the image file \"" + run.fileName() + "\" may be corrupt.";
+}
+
+zephra::Message badMarkerRead(const ModuleRun& run) {
+    return message("ZEPHRA:veltrace:jpegMarkerReadFailure",
+                   "Could not read one of the JPEG markers, " + corrupt(run));
+}
+
+zephra::Message badMarker(const ModuleRun& run, int prefix) {
+    return message("ZEPHRA:veltrace:invalidJpegMarker",
+                   "Encountered " + std::to_string(prefix) +
+                       " instead of the expected value of 255 for a JPEG marker, " + corrupt(run));
+}
+
+zephra::Message badCount(const ModuleRun& run) {
+    return message("ZEPHRA:veltrace:numIfdEntriesReadError",
+                   "Unable to read the number of entries in one of the image file directories, "
+                   "the metadata in \"" +
+                       run.fileName() + "\" may be corrupt.");
+}
+
+void expectOrientation(const ModuleRun& run, double orientation) {
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.number({"Orientation"}), orientation);
+}
+
+// A fill byte is taken for a code, and the marker behind it for a length.
+
+TEST(JpegFillByte, HidesTheMarkerBehindItAndLeadsPastTheEnd) {
+    const Bytes behind = app1(kExif, rotatedTiff(6));
+    const ModuleRun one(kStartOfImage + Bytes{0xFF} + behind);
+    EXPECT_THAT(one.messages(), ElementsAre(badMarkerRead(one)));
+    const ModuleRun two(kStartOfImage + Bytes{0xFF, 0xFF} + behind);
+    EXPECT_THAT(two.messages(), ElementsAre(badMarkerRead(two)));
+    EXPECT_FALSE(two.output());
+}
+
+TEST(JpegFillByte, LeadsAsFarAsTheMarkerBehindItStates) {
+    // FF FF is a marker, FF E0 a length of 65504.
+    Bytes content = kStartOfImage + Bytes{0xFF, 0xFF, 0xFF, 0xE0};
+    content.resize(content.size() + 65502);
+    expectOrientation(ModuleRun(content + app1(kExif, rotatedTiff(6))), 6);
+    const ModuleRun oneByteLater(content + Bytes{0} + app1(kExif, rotatedTiff(6)));
+    EXPECT_THAT(oneByteLater.messages(), ElementsAre(badMarker(oneByteLater, 0)));
+}
+
+// Lengths that do not count themselves lead back into themselves.
+
+TEST(JpegLength, OfZeroAtTheEndOfTheFileIsReadAgainAsAMarker) {
+    const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0, 0});
+    EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, 0)));
+}
+
+TEST(JpegLength, OfOneAtTheEndOfTheFileLeavesOneByteForAMarker) {
+    const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0, 1});
+    EXPECT_THAT(run.messages(), ElementsAre(badMarkerRead(run)));
+}
+
+TEST(JpegLength, OfTwoLeadsToTheNextMarker) {
+    const Bytes empty = segment(0xE0, {}) + segment(0xD8, {}) + segment(0xD9, {});
+    expectOrientation(ModuleRun(kStartOfImage + empty + app1(kExif, rotatedTiff(6))), 6);
+    const ModuleRun end(kStartOfImage + empty);
+    EXPECT_THAT(end.messages(), ElementsAre(badMarkerRead(end)));
+}
+
+TEST(JpegLength, OfZeroOrOneEndsTheWalkAtTablesAndScanAllTheSame) {
+    for (const std::uint8_t code : Bytes{0xDA, 0xDB}) {
+        for (const std::uint8_t length : Bytes{0, 1, 2}) {
+            const ModuleRun run(kStartOfImage + Bytes{0xFF, code, 0, length} +
+                                app1(kExif, rotatedTiff(6)));
+            EXPECT_THAT(run.messages(), IsEmpty());
+            EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
+        }
+    }
+}
+
+TEST(JpegLength, OfOneInAnExifSegmentDecidesNothing) {
+    expectOrientation(ModuleRun(kStartOfImage + Bytes{0xFF, 0xE1, 0, 1} + kExif + rotatedTiff(6)),
+                      6);
+}
+
+TEST(JpegWalkEnd, FileOfSegmentsWithoutExifFailsBehindTheLastOne) {
+    const ModuleRun run(kStartOfImage + segment(0xE0, bytesOf("kiln")) +
+                        segment(0xC0, Bytes(15, 0)) + segment(0xC4, Bytes(19, 0)));
+    EXPECT_THAT(run.messages(), ElementsAre(badMarkerRead(run)));
+    EXPECT_FALSE(run.output());
+    EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
+}
+
+TEST(JpegWalkEnd, ExifBehindTablesIsNotRead) {
+    const ModuleRun run(kStartOfImage + segment(0xE0, bytesOf("kiln")) + segment(0xDB, {1}) +
+                        app1(kExif, rotatedTiff(6)));
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
+}
+
+TEST(JpegIdentifier, MayEndInAnyTwoBytes) {
+    for (const Bytes& end :
+         {Bytes{0, 0}, Bytes{0, 'X'}, Bytes{'X', 0}, Bytes{'X', 'X'}, Bytes{0xFF, 0xFF}}) {
+        expectOrientation(ModuleRun(kStartOfImage + app1(bytesOf("Exif") + end, rotatedTiff(6))),
+                          6);
+    }
+}
+
+TEST(JpegIdentifier, OfFourBytesShiftsTheHeaderByTwo) {
+    const ModuleRun run(kStartOfImage + app1(bytesOf("Exif"), rotatedTiff(6)));
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badEndianness",
+                                    "The endian signature [42 0] of \"" + run.fileName() +
+                                        "\"  is neither [77 77] (big-endian) nor [73 73] "
+                                        "(little-endian),the image file may be corrupt.")));
+}
+
+TEST(JpegIdentifier, ThatIsWrongTwiceIsJudgedInTheFirstSegmentAlone) {
+    const ModuleRun run(kStartOfImage + app1(bytesOf("first!"), rotatedTiff(6)) +
+                        app1(bytesOf("second"), rotatedTiff(8)));
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badJpegExifHeaderValue",
+                                    "The JPEG Exif header reads as \"first!\" instead of "
+                                    "\"Exif  \", " +
+                                        corrupt(run))));
+    EXPECT_EQ(run.number({"Orientation"}), 6);
+}
+
+// Offsets count from the TIFF header, and the end of the segment is no limit to them.
+
+TEST(ExifOffset, MayLeadBehindTheSegment) {
+    // The structure is cut behind its first directory; the rest lies in a segment of its own.
+    TiffBuilder tiff;
+    auto& exif = tiff.child().longs(37510, {1, 2, 3});
+    auto& image = tiff.image().ascii(271, "a long name").sub(34665, exif);
+    const Bytes all = tiff.bytes();
+    const auto table = static_cast<std::ptrdiff_t>(tiff.positionOf(image) + 2 + 2 * 12 + 4);
+    const Bytes inside(all.begin(), all.begin() + table);
+    const Bytes outside(all.begin() + table, all.end());
+    Bytes content = kStartOfImage + app1(kExif, inside) + outside;
+    EXPECT_EQ(content[5], 8 + table);  // the segment ends with the table
+    const ModuleRun run(content);
+    EXPECT_THAT(run.messages(), IsEmpty());
+    EXPECT_EQ(run.text({"Make"}), std::string("a long name\0", 12));
+    EXPECT_THAT(run.numbers({"DigitalCamera", "UserComment"}), ElementsAre(1, 2, 3));
+}
+
+TEST(ExifOffset, OfTheFirstDirectoryMayLeadBehindTheSegment) {
+    TiffBuilder tiff;
+    tiff.image().shorts(274, {6});
+    const Bytes all = tiff.bytes();
+    const Bytes header(all.begin(), all.begin() + 8);
+    const Bytes directory(all.begin() + 8, all.end());
+    expectOrientation(ModuleRun(kStartOfImage + app1(kExif, header) + directory), 6);
+}
+
+class ExifOffsetOutside : public testing::TestWithParam<Order> {};
+
+INSTANTIATE_TEST_SUITE_P(LittleAndBig, ExifOffsetOutside,
+                         testing::Values(Order::little, Order::big));
+
+TEST_P(ExifOffsetOutside, TheFileCostsAValueItsEntry) {
+    TiffBuilder tiff(GetParam());
+    tiff.image().entryAt(271, 2, 9, 60000).entryAt(50000, 3, 5, 0xFFFFFFF0).shorts(274, {6});
+    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location " +
+                                        std::to_string(kHeaderPosition + 60000) + "."),
+                            message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read value for TIFF tag #50000 from byte location " +
+                                        std::to_string(kHeaderPosition + 0xFFFFFFF0) + ".")));
+    EXPECT_FALSE(run.error());
+    EXPECT_EQ(run.number({"Orientation"}), 6);
+    EXPECT_FALSE(run.hasField({"Make"}));
+}
+
+TEST_P(ExifOffsetOutside, TheFileCostsADirectoryItsPointer) {
+    for (const std::uint16_t pointer : std::vector<std::uint16_t>{34665, 34853, 40965}) {
+        TiffBuilder tiff(GetParam());
+        tiff.image().entryAt(pointer, 4, 1, 60000).shorts(274, {6});
+        const ModuleRun run(jpegWithExif(tiff.bytes()));
+        EXPECT_THAT(run.messages(), ElementsAre(badCount(run)));
+        EXPECT_FALSE(run.error());
+        EXPECT_THAT(run.fieldNames().back(), "Orientation");
+    }
+}
+
+// An unreadable count of image directories is an error, also in those that a pointer leads to.
+TEST_P(ExifOffsetOutside, TheFileInAPointerToImagesEndsTheCall) {
+    TiffBuilder tiff(GetParam());
+    tiff.image().entryAt(330, 4, 1, 60000).shorts(274, {6});
+    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    EXPECT_THAT(run.messages(), ElementsAre(badCount(run)));
+    EXPECT_TRUE(run.error());
+    EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
+}
+
+TEST_P(ExifOffsetOutside, TheSegmentMayReachTheLastByteOfTheFile) {
+    // The value ends where the file ends; one byte less is too few.
+    TiffBuilder tiff(GetParam());
+    tiff.image().ascii(271, "a long name");
+    const Bytes content = kStartOfImage + app1(kExif, tiff.bytes());
+    EXPECT_EQ(ModuleRun(content).text({"Make"}), std::string("a long name\0", 12));
+    const ModuleRun cut(Bytes(content.begin(), content.end() - 1));
+    EXPECT_THAT(cut.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
+                                    "Unable to read TIFF tag \"Make\" value from byte location " +
+                                        std::to_string(kHeaderPosition + 8 + 2 + 12 + 4) + ".")));
+}
+
+// The largest table that is read, 5461 entries, in other directories than the first.
+TEST(ExifTable, OfTheLargestSizeIsReadInEverySubDirectory) {
+    for (const Order order : {Order::little, Order::big}) {
+        TiffBuilder tiff(order);
+        auto& exif = tiff.child();
+        auto& gps = tiff.child();
+        for (std::uint32_t i = 1; i <= 5461; ++i) {
+            exif.longs(37383, {i});
+            gps.longs(18, {i});
+        }
+        tiff.image().sub(34665, exif).sub(34853, gps);
+        const ModuleRun run(jpegWithExif(tiff.bytes()));
+        EXPECT_THAT(run.messages(), IsEmpty());
+        EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5461);
+        EXPECT_EQ(run.number({"GPSInfo", "GPSMapDatum"}), 5461);
+    }
+}
+
+TEST(ExifTable, OfTheLargestSizeIsReadWholeOrNotAtAll) {
+    TiffBuilder tiff;
+    tiff.image().shorts(274, {6}).statedCount(5461);
+    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    EXPECT_THAT(run.messages(),
+                ElementsAre(message("ZEPHRA:veltrace:badRawIfdRead",
+                                    "Could not read IFD table #0 into memory, some of the metadata "
+                                    "in the image file may be corrupt.\n")));
+    EXPECT_FALSE(run.output());
+}
+
+}  // namespace
+
+}  // namespace veltrace::test
