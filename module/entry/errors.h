@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace veltrace::module {
 
@@ -9,6 +10,12 @@ namespace veltrace::module {
 /// entry count of an image directory, an impossible IFD ID. Thrown while reading, it becomes a host
 /// error; thrown by a reader's constructor or destructor, it reaches the host as it is.
 struct VeltraceFatalError {
+    VeltraceFatalError(std::string id, std::string text)
+        : identifier(std::move(id)), message(std::move(text)) {}
+    VeltraceFatalError(const VeltraceFatalError& other) = default;
+    VeltraceFatalError& operator=(const VeltraceFatalError& other) = delete;
+    ~VeltraceFatalError() = default;
+
     std::string identifier;  ///< colon-separated, begins with "ZEPHRA:veltrace:"
     std::string message;
 };
@@ -16,6 +23,12 @@ struct VeltraceFatalError {
 /// Ends the read of one directory or one entry. It costs a warning where something was read
 /// without it, and is a host error otherwise.
 struct VeltraceRecoverableError {
+    VeltraceRecoverableError(std::string id, std::string text)
+        : identifier(std::move(id)), message(std::move(text)) {}
+    VeltraceRecoverableError(const VeltraceRecoverableError& other) = default;
+    VeltraceRecoverableError& operator=(const VeltraceRecoverableError& other) = delete;
+    ~VeltraceRecoverableError() = default;
+
     std::string identifier;
     std::string message;
 };

@@ -26,8 +26,6 @@ std::optional<Signature<Size>> leadingBytes(const char* fileName) {
     if (file == nullptr) {
         return std::nullopt;
     }
-    // No more is read than is looked at.
-    static_cast<void>(std::setvbuf(file, nullptr, _IONBF, 0));
     Signature<Size> bytes{};
     const std::size_t bytesRead = std::fread(bytes.data(), 1, Size, file);
     static_cast<void>(std::fclose(file));

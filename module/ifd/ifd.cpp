@@ -18,12 +18,7 @@ namespace veltrace::module {
 namespace {
 
 // An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
-constexpr std::uint32_t kMostApp1Bytes = 65536;
-
-constexpr std::uint32_t kUsualEntries = 32;
-
-// Counts of classic TIFF have 16 bits (TIFF 6.0, section 2).
-constexpr std::uint32_t kMostClassicEntries = 65535;
+constexpr std::uint32_t kMaxApp1Bytes = 65536;
 
 }  // namespace
 
@@ -67,7 +62,7 @@ void IFD::requireAcceptableTable() const {
             message("The image file directory at byte position ", position_,
                     " has zero entries and is being ignored.")};
     }
-    if (tableSize_ > kMostApp1Bytes && reader_->formatType() == FormatType::jpeg) {
+    if (tableSize_ > kMaxApp1Bytes && reader_->formatType() == FormatType::jpeg) {
         std::ostringstream text;
         constructErrMsgForApp1Exceeded(text);
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded", text.str()};
@@ -102,8 +97,6 @@ std::string IFD::tableDescription() const {
 }
 
 void IFD::createTags(const std::byte* table) {
-    // Room for the tags of most files at once; more than that may be unknown tags.
-    knownTags_.reserve(std::min(entryCount_, kUsualEntries));
     for (std::uint64_t i = 0; i < entryCount_; ++i) {
         try {
             createTag(table + i * static_cast<std::uint64_t>(reader_->entrySize()));
@@ -117,38 +110,22 @@ void IFD::createTags(const std::byte* table) {
 }
 
 void IFD::createTag(const std::byte* entry) {
-    // What damage makes of an entry is mostly no type. There may be thousands of them, and a
-    // warning costs a fraction of an exception.
-    if (const auto fault = TiffTag::faultOfType(*reader_, entry)) {
-        issueHostWarning(fault->identifier.c_str(), fault->message);
-        return;
-    }
     TiffTag tag(*reader_, entry, ifdId_);
     noteTag(tag);
     if (tag.tagId() == tag_id::kWidth) {
         width_ = tag.firstValue().value_or(width_);
     } else if (tag.tagId() == tag_id::kHeight) {
         height_ = tag.firstValue().value_or(height_);
-    } else {
-        addTag(std::move(tag));
-    }
-}
-
-void IFD::addTag(TiffTag&& tag) {
-    if (tag.name().empty()) {
-        if (unknownTags_.size() == kUsualEntries) {
-            // There are more to come: room for all at once, instead of moving them again and again.
-            unknownTags_.reserve(std::min(entryCount_, kMostClassicEntries));
-        }
+    } else if (tag.name().empty()) {
         unknownTags_.push_back(std::move(tag));
     } else {
-        knownTags_.append(std::move(tag));
+        knownTags_.push_back(std::move(tag));
     }
 }
 
 void IFD::noteTag(const TiffTag& tag) {
-    if (const auto index = baselineIndex(tag.tagId())) {
-        present_.set(*index);
+    if (const std::size_t index = fallbackIndex(tag.tagId()); index < present_.size()) {
+        present_[index] = true;
     }
     switch (tag.tagId()) {
         case tag_id::kBitsPerSample:
@@ -161,7 +138,7 @@ void IFD::noteTag(const TiffTag& tag) {
             return;
         case tag_id::kSamplesPerPixel:
             // Kept: the number of values, not the value.
-            sampleCount_ = static_cast<std::uint32_t>(tag.outputCount());
+            sampleCount_ = static_cast<std::uint32_t>(tag.outputValues().size());
             return;
         default:
             return;
@@ -169,30 +146,34 @@ void IFD::noteTag(const TiffTag& tag) {
 }
 
 void IFD::addDefaultTags() {
-    for (std::size_t i = 0; i < kBaselineTags.size(); ++i) {
-        if (!present_.test(i)) {
-            addDefaultTag(i);
+    // Room for exactly as many: a file may have thousands of directories.
+    const auto missing = std::ranges::count(present_, false);
+    knownTags_.reserve(knownTags_.size() + static_cast<std::size_t>(missing));
+    for (const BaselineTag& tag : kFallbackTags) {
+        if (!has(tag.id)) {
+            addDefaultTag(tag.id);
         }
     }
 }
 
-void IFD::addDefaultTag(std::size_t baselineIndex) {
-    const std::uint16_t tagId = kBaselineTags[baselineIndex];
-    if (tagId == tag_id::kBitsPerSample) {
-        bitsPerSample_.insert(bitsPerSample_.end(), sampleCount_, 1.0);
-        if (sampleCount_ != KnownTags::kSharedSampleCount) {
-            return knownTags_.appendStandIn({tagId, ifdId_, sampleCount_});
-        }
+void IFD::addDefaultTag(std::uint16_t tagId) {
+    switch (tagId) {
+        case tag_id::kBitsPerSample:
+            knownTags_.emplace_back(tagId, ifdId_, sampleCount_);
+            bitsPerSample_.insert(bitsPerSample_.end(), sampleCount_, 1.0);
+            return;
+        case tag_id::kMaxSampleValue:
+            knownTags_.emplace_back(tagId, ifdId_, bitsPerSample_);
+            return;
+        default:
+            knownTags_.emplace_back(tagId, ifdId_);
+            return;
     }
-    if (tagId == tag_id::kMaxSampleValue && bitsPerSample_ != KnownTags::sharedBitsPerSample()) {
-        return knownTags_.appendStandIn({tagId, ifdId_, bitsPerSample_});
-    }
-    knownTags_.appendSharedStandIn(baselineIndex);
 }
 
 bool IFD::has(std::uint16_t baselineTag) const {
-    const auto index = baselineIndex(baselineTag);
-    return index && present_.test(*index);
+    const std::size_t index = fallbackIndex(baselineTag);
+    return index < present_.size() && present_[index];
 }
 
 std::uint16_t IFD::getNumFields() const {

@@ -1,19 +1,17 @@
 // One image file directory.
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
-#include <span>
+#include <string>
 #include <vector>
 
 #include "zephra/qv.h"
 
-#include "ifd/baseline_tags.h"
 #include "ifd/ifd_id.h"
-#include "ifd/known_tags.h"
-#include "tag/large_page_allocator.h"
+#include "tag/baseline_tags.h"
 #include "tag/tiff_tag.h"
 
 namespace veltrace::module {
@@ -54,10 +52,12 @@ public:
     [[nodiscard]] double width() const { return width_; }
     [[nodiscard]] double height() const { return height_; }
     /// Always 0.
-    [[nodiscard]] static constexpr double spare() { return 0; }
-    [[nodiscard]] const KnownTags& knownTags() const { return knownTags_; }
-    [[nodiscard]] std::span<const TiffTag> unknownTags() const { return unknownTags_; }
-    /// Whether the directory itself has this baseline tag; false for any other tag.
+    [[nodiscard]] double spare() const { return spare_; }
+    /// In entry order, then the fallback tags.
+    [[nodiscard]] const std::vector<TiffTag>& knownTags() const { return knownTags_; }
+    /// In entry order.
+    [[nodiscard]] const std::vector<TiffTag>& unknownTags() const { return unknownTags_; }
+    /// Whether the directory itself has this tag; false for tags that have no fallback.
     [[nodiscard]] bool has(std::uint16_t baselineTag) const;
     /// -1 without the tag.
     [[nodiscard]] std::int32_t photometricCode() const { return photometricCode_; }
@@ -70,23 +70,24 @@ public:
 
     void outputColorType(qvArray* structure, std::size_t element) const;
     void outputBitDepth(qvArray* structure, std::size_t element) const;
-    /// One field for each known tag, and "UnknownTags". Scales a Colormap in place.
+    /// One field for each known tag, and "UnknownTags". Scales Colormaps in place.
     void outputTags(qvArray* structure, std::size_t element);
 
 private:
+    friend struct IfdPeer;  // tests look at the members
+
     void readNumIfdEntries();
     void requireAcceptableTable() const;
     void readRawIfd(std::byte* table) const;
     [[nodiscard]] std::string tableDescription() const;
     void createTags(const std::byte* table);
     void createTag(const std::byte* entry);
-    void addTag(TiffTag&& tag);
     void addDefaultTags();
-    void addDefaultTag(std::size_t baselineIndex);
+    void addDefaultTag(std::uint16_t tagId);
     void outputUnknownTags(qvArray* structure, std::size_t element) const;
 
-    KnownTags knownTags_;
-    std::vector<TiffTag, LargePageAllocator<TiffTag>> unknownTags_;  // may be thousands
+    std::vector<TiffTag> knownTags_;
+    std::vector<TiffTag> unknownTags_;
     std::uint32_t entryCount_ = 0;
     TagFile* reader_ = nullptr;
     std::int64_t position_ = 0;
@@ -94,7 +95,8 @@ private:
     std::uint32_t tableSize_ = 0;
     double width_ = 0;
     double height_ = 0;
-    std::bitset<kBaselineTags.size()> present_;
+    double spare_ = 0;
+    std::array<bool, kFallbackCount> present_{};  // by the index in `kFallbackTags`
     std::int32_t photometricCode_ = -1;
     std::vector<double> bitsPerSample_;
     std::uint32_t sampleCount_ = 1;

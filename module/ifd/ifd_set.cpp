@@ -1,6 +1,5 @@
 #include "ifd/ifd_set.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "entry/host_messages.h"
@@ -83,29 +82,11 @@ std::uint64_t IFDSet::readNextIfdOffset() const {
 }
 
 void IFDSet::addIfd(IFD ifd) {
-    addFieldNames(ifd);
+    for (const TiffTag& tag : ifd.knownTags()) {
+        fieldNames_[tag.tagId()] = tag.name();
+    }
     hasUnknownTags_ = hasUnknownTags_ || !ifd.unknownTags().empty();
     directories_.push_back(std::move(ifd));
-}
-
-// Tags ascend in most directories, and the directories of a chain resemble each other: the place of
-// a name is nearly always close behind that of the name before.
-void IFDSet::addFieldNames(const IFD& ifd) {
-    auto place = fieldNames_.begin();
-    const auto add = [&](const TiffTag& tag) {
-        const std::uint16_t tagId = tag.tagId();
-        if (place == fieldNames_.end() || place->first > tagId) {
-            place = std::ranges::lower_bound(fieldNames_, tagId, {}, &FieldName::first);
-        }
-        while (place != fieldNames_.end() && place->first < tagId) {
-            ++place;
-        }
-        if (place == fieldNames_.end() || place->first != tagId) {
-            place = fieldNames_.emplace(place, tagId, tag.name());
-        }
-    };
-    std::ranges::for_each(ifd.knownTags().read(), add);
-    ifd.knownTags().visitStandIns(add);
 }
 
 }  // namespace veltrace::module

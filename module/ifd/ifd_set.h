@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
-#include <utility>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "zephra/qv.h"
@@ -20,11 +20,6 @@ class TagFile;
 /// which outlives it. Copies are deep.
 class IFDSet {
 public:
-    /// A tag id and its field name.
-    using FieldName = std::pair<std::uint16_t, std::string_view>;
-    /// Ascending by id.
-    using FieldNames = std::vector<FieldName>;
-
     /// An empty chain of no reader, for containers.
     IFDSet() = default;
 
@@ -33,6 +28,7 @@ public:
     /// constructor, and the directories before it are lost.
     IFDSet(TagFile& reader, IfdId ifdId);
 
+    /// The directories that were kept.
     [[nodiscard]] std::uint32_t getNumIfds() const {
         return static_cast<std::uint32_t>(directories_.size());
     }
@@ -40,7 +36,9 @@ public:
     [[nodiscard]] IfdId ifdId() const { return ifdId_; }
     [[nodiscard]] const std::vector<IFD>& directories() const { return directories_; }
     /// One name for each tag id among the known tags of all directories.
-    [[nodiscard]] const FieldNames& fieldNames() const { return fieldNames_; }
+    [[nodiscard]] const std::map<std::uint16_t, std::string>& fieldNames() const {
+        return fieldNames_;
+    }
     [[nodiscard]] bool hasUnknownTags() const { return hasUnknownTags_; }
 
     /// A new host value: an N x 1 structure array with one element for each directory, or an empty
@@ -48,12 +46,13 @@ public:
     [[nodiscard]] qvArray* outputValue();
 
 private:
+    friend struct IfdSetPeer;  // tests look at the members
+
     void readIfdChain();
     /// Moves to the directory that follows one read at `position`; false at the end of the chain.
     [[nodiscard]] bool moveToNext(std::int64_t position, std::uint32_t tableSize) const;
     [[nodiscard]] std::uint64_t readNextIfdOffset() const;
     void addIfd(IFD ifd);
-    void addFieldNames(const IFD& ifd);
 
     [[nodiscard]] qvArray* createStructure() const;
     [[nodiscard]] std::vector<const char*> outputFieldNames() const;
@@ -62,7 +61,7 @@ private:
     TagFile* reader_ = nullptr;
     IfdId ifdId_ = IfdId::image;
     std::vector<IFD> directories_;
-    FieldNames fieldNames_;
+    std::map<std::uint16_t, std::string> fieldNames_;
     bool hasUnknownTags_ = false;
 };
 

@@ -1,6 +1,7 @@
 // The names of the photometric codes in `ColorType`.
 #pragma once
 
+#include "tag/tag_id.h"
 #include "tag/words.h"
 
 namespace veltrace::module {
@@ -25,6 +26,6 @@ constexpr Word kColorTypeRows[] = {
 static_assert(strictlyAscending(kColorTypeRows));
 
 /// A code without a name is reported as its number, so the fallback is empty.
-constexpr WordTable kColorTypes{kColorTypeRows, ""};
+constexpr WordTable kColorTypes{tag_id::kPhotometricInterpretation, kColorTypeRows, ""};
 
 }  // namespace veltrace::module

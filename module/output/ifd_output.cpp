@@ -23,12 +23,9 @@ void IFD::outputBitDepth(qvArray* structure, std::size_t element) const {
 }
 
 void IFD::outputTags(qvArray* structure, std::size_t element) {
-    for (TiffTag& tag : knownTags_.read()) {
-        storeField(structure, element, tag.name().data(), tag.outputValue());
+    for (TiffTag& tag : knownTags_) {
+        storeField(structure, element, tag.name().c_str(), tag.outputValue());
     }
-    knownTags_.visitStandIns([&](const TiffTag& tag) {
-        storeField(structure, element, tag.name().data(), tag.constantOutput());
-    });
     if (!unknownTags_.empty()) {
         outputUnknownTags(structure, element);
     }

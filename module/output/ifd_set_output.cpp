@@ -3,7 +3,9 @@
 #include <array>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "entry/host_messages.h"
 #include "ifd/ifd_set.h"
@@ -95,17 +97,17 @@ qvArray* IFDSet::createStructure() const {
 }
 
 std::vector<const char*> IFDSet::outputFieldNames() const {
-    const std::vector<const char*>& defaults = reader_->defaultFieldNames();
+    const std::vector<std::string>& defaults = reader_->defaultFieldNames();
     std::vector<const char*> names;
     names.reserve(defaults.size() + fieldNames_.size() + 1);
     if (ifdId_ == IfdId::image) {
-        names = defaults;
+        std::ranges::transform(defaults, std::back_inserter(names), &std::string::c_str);
     }
     for (const auto& [tagId, name] : fieldNames_) {
         // Kept: in a TIFF file the default names take precedence in every chain, also in those
         // that do not carry them.
-        if (!isTiff(*reader_) || !reader_->isDefaultFieldName(name)) {
-            names.push_back(name.data());
+        if (!isTiff(*reader_) || std::ranges::find(defaults, name) == defaults.end()) {
+            names.push_back(name.c_str());
         }
     }
     if (hasUnknownTags_) {

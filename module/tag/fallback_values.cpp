@@ -1,38 +1,15 @@
-// Tags that stand in for baseline tags a directory lacks.
-#include <algorithm>
+// Tags with a fallback value, for baseline tags that a directory lacks.
 #include <cmath>
-#include <optional>
-#include <utility>
 
 #include "entry/errors.h"
 #include "entry/message.h"
+#include "tag/baseline_tags.h"
 #include "tag/tag_id.h"
 #include "tag/tiff_tag.h"
 
 namespace veltrace::module {
 
 namespace {
-
-constexpr std::optional<double> kNoValue = std::nullopt;
-
-struct Fallback {
-    std::uint16_t tagId;
-    std::optional<double> value;
-};
-
-// TIFF 6.0, section 8. Kept: ResolutionUnit is 1 ("None") here, not the inch of TIFF 6.0.
-constexpr Fallback kFallbacks[] = {
-    {tag_id::kNewSubFileType, 0.0},       {tag_id::kCompression, 1.0},
-    {tag_id::kThresholding, 1.0},         {tag_id::kFillOrder, 1.0},
-    {tag_id::kStripOffsets, kNoValue},    {tag_id::kOrientation, 1.0},
-    {tag_id::kSamplesPerPixel, 1.0},      {tag_id::kRowsPerStrip, 4294967295.0},
-    {tag_id::kStripByteCounts, kNoValue}, {tag_id::kMinSampleValue, 0.0},
-    {tag_id::kXResolution, kNoValue},     {tag_id::kYResolution, kNoValue},
-    {tag_id::kPlanarConfiguration, 1.0},  {tag_id::kGrayResponseUnit, 2.0},
-    {tag_id::kResolutionUnit, 1.0},       {tag_id::kColormap, kNoValue},
-    {tag_id::kTileWidth, kNoValue},       {tag_id::kTileLength, kNoValue},
-    {tag_id::kTileOffsets, kNoValue},     {tag_id::kTileByteCounts, kNoValue},
-};
 
 [[noreturn]] void refuse(std::uint16_t tagId, const char* constructor) {
     throw VeltraceRecoverableError{
@@ -41,16 +18,20 @@ constexpr Fallback kFallbacks[] = {
                 constructor, ".\n")};
 }
 
+Fallback fallbackOf(std::uint16_t tagId) {
+    const std::size_t index = fallbackIndex(tagId);
+    return index != kFallbackCount ? kFallbackTags[index].fallback : kNoTag;
+}
+
 }  // namespace
 
 TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId) : tagId_(tagId), ifdId_(ifdId) {
     getTagName();
-    const auto* fallback = std::ranges::find(kFallbacks, tagId, &Fallback::tagId);
-    if (fallback == std::end(kFallbacks)) {
+    const Fallback fallback = fallbackOf(tagId);
+    if (fallback.kind == Fallback::Kind::number) {
+        outputValues_.push_back(fallback.number);
+    } else if (fallback.kind != Fallback::Kind::noValue) {
         refuse(tagId, "");
-    }
-    if (fallback->value) {
-        reported_.set({*fallback->value});
     }
     processSpecificTags();
 }
@@ -61,22 +42,19 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, std::uint32_t sampleCount)
     if (tagId != tag_id::kBitsPerSample) {
         refuse(tagId, " with supplied value");
     }
-    reported_.set(std::vector<double>(sampleCount, 1.0));
+    outputValues_.assign(sampleCount, 1.0);
     processSpecificTags();
 }
 
 TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, const std::vector<double>& bitsPerSample)
-    : tagId_(tagId), ifdId_(ifdId) {
+    : tagId_(tagId), count_(bitsPerSample.size()), ifdId_(ifdId) {
     if (tagId != tag_id::kMaxSampleValue) {
         refuse(tagId, " with supplied value");
     }
-    value_ = TagValue(0, static_cast<std::uint32_t>(bitsPerSample.size()));
-    std::vector<double> largest;
-    largest.reserve(bitsPerSample.size());
+    outputValues_.reserve(bitsPerSample.size());
     for (const double bits : bitsPerSample) {
-        largest.push_back(std::pow(2.0, bits) - 1.0);
+        outputValues_.push_back(std::pow(2.0, bits) - 1.0);
     }
-    reported_.set(std::move(largest));
     getTagName();
     processSpecificTags();
 }

@@ -24,7 +24,8 @@ public:
     [[nodiscard]] static SubDirectory read(TagFile& file, IfdId ifdId);
 
     /// Null when there is no chain.
-    [[nodiscard]] IFDSet* get() const { return chain_.get(); }
+    [[nodiscard]] IFDSet* get() { return chain_.get(); }
+    [[nodiscard]] const IFDSet* get() const { return chain_.get(); }
 
 private:
     std::unique_ptr<IFDSet> chain_;  // IFDSet is complete only in sub_directory.cpp

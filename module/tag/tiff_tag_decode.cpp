@@ -1,6 +1,9 @@
 // From the raw entry to the tag's values.
 #include <algorithm>
+#include <cstring>
 #include <limits>
+
+#include "zephra/qv.h"
 
 #include "entry/errors.h"
 #include "entry/host_messages.h"
@@ -35,33 +38,16 @@ const Pointer* pointerFor(std::uint16_t tagId) {
     return pointer != std::end(kPointers) ? pointer : nullptr;
 }
 
-std::uint16_t tagIdOf(const TagFile& reader, const std::byte* entry) {
-    return reader.entryField<std::uint16_t>(entry);
-}
-
-std::uint16_t typeOf(const TagFile& reader, const std::byte* entry) {
-    return reader.entryField<std::uint16_t>(entry + 2);
-}
-
-bool isValid(std::uint16_t type) {
-    return DataType{type} != DataType::noType && type < kElementSizes.size();
-}
-
-VeltraceRecoverableError faultOf(std::uint16_t tagId, std::uint16_t type) {
-    if (DataType{type} == DataType::noType) {
-        return VeltraceRecoverableError{
-            "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-            message("Tag ID ", tagId,
-                    " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
-    }
-    return VeltraceRecoverableError{"ZEPHRA:veltrace:badTagFormat",
-                                    message("Tag ID ", tagId, " with datatype format value ", type,
-                                            " is invalid.  Only values 0-13 are allowed.\n")};
-}
-
 std::string illegalNesting(std::uint16_t tagId, const char* directory) {
     return message("Tag id # ", tagId, " is illegal within the ", directory,
                    " subIFD.  There may have been some loss of metadata.\n");
+}
+
+template <class Element>
+Element elementAt(const std::byte* bytes, std::uint64_t index) {
+    Element element;
+    std::memcpy(&element, bytes + index * sizeof element, sizeof element);
+    return element;
 }
 
 }  // namespace
@@ -74,56 +60,64 @@ TiffTag::TiffTag(TagFile& reader, const std::byte* entry, IfdId ifdId) : ifdId_(
 }
 
 void TiffTag::decodeHeader(const TagFile& reader, const std::byte* entry) {
-    tagId_ = tagIdOf(reader, entry);
+    tagId_ = reader.entryField<std::uint16_t>(entry);
     getTagName();
-    const std::uint16_t type = typeOf(reader, entry);
-    if (!isValid(type)) {
-        throw VeltraceRecoverableError(faultOf(tagId_, type));
-    }
-    value_ = TagValue(type, reader.entryCountField(entry));
+    dataType_ = reader.entryField<std::uint16_t>(entry + 2);
+    requireValidType();
+    count_ = reader.entryCountField(entry);
+    byteSize_ = count_ * kElementSizes[dataType_];
 }
 
-std::optional<VeltraceRecoverableError> TiffTag::faultOfType(const TagFile& reader,
-                                                             const std::byte* entry) {
-    const std::uint16_t type = typeOf(reader, entry);
-    return isValid(type) ? std::nullopt : std::optional(faultOf(tagIdOf(reader, entry), type));
+void TiffTag::requireValidType() const {
+    if (DataType{dataType_} == DataType::noType) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:TiffTag:noTypeFormatId",
+            message("Tag ID ", tagId_,
+                    " has datatype format \"TIFF_NOTYPE\" and cannot be processed.\n")};
+    }
+    if (dataType_ >= kElementSizes.size()) {
+        throw VeltraceRecoverableError{
+            "ZEPHRA:veltrace:badTagFormat",
+            message("Tag ID ", tagId_, " with datatype format value ", dataType_,
+                    " is invalid.  Only values 0-13 are allowed.\n")};
+    }
 }
 
 // Kept: the request passes 32 bits of the size. A value that does not fit in them is refused
 // whatever the host answers; a pointer tag has no value, so its size decides nothing.
 HostBuffer TiffTag::allocateValue() const {
-    const std::uint64_t size = value_.byteSize();
-    HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(size));
-    const bool refused = value == nullptr && size != 0;
-    const bool tooLarge = size > std::numeric_limits<std::uint32_t>::max();
+    HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(byteSize_));
+    const bool refused = value == nullptr && byteSize_ != 0;
+    const bool tooLarge = byteSize_ > std::numeric_limits<std::uint32_t>::max();
     if (refused || (tooLarge && pointerFor(tagId_) == nullptr)) {
-        throw VeltraceRecoverableError{
-            "ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
-            message("Unable to allocate ", size, " to hold tag data for tag ID ", tagId_, '\n')};
+        throw VeltraceRecoverableError{"ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
+                                       message("Unable to allocate ", byteSize_,
+                                               " to hold tag data for tag ID ", tagId_, '\n')};
     }
     return value;
 }
 
 void TiffTag::readValue(TagFile& reader, const std::byte* entry, std::byte* value) {
+    const bool pairs = isRational(DataType{dataType_});
+    const std::uint32_t width = pairs ? 4 : kElementSizes[dataType_];
+    const auto elements = static_cast<std::uint32_t>(pairs ? 2 * count_ : count_);
+    byteSize_ = static_cast<std::uint32_t>(std::uint64_t{elements} * width);  // wraps by design
     if (pointerFor(tagId_) != nullptr) {
         valueOffset_ = reader.entryOffsetField(entry);
         return;
     }
-    const bool pairs = isRational(DataType{dataType()});
-    const std::uint32_t width = pairs ? 4 : kElementSizes[dataType()];
-    const std::uint64_t elements = pairs ? 2 * count() : count();
-    if (byteSize() > static_cast<std::uint32_t>(reader.offsetSize())) {
+    if (byteSize_ > static_cast<std::uint32_t>(reader.offsetSize())) {
         valueOffset_ = reader.entryOffsetField(entry);
-        readValueAtOffset(reader, value, width, static_cast<std::uint32_t>(elements));
+        readValueAtOffset(reader, value, width, elements);
     } else {
-        std::copy_n(entry + reader.valueFieldStart(), byteSize(), value);
+        std::copy_n(entry + reader.valueFieldStart(), byteSize_, value);
     }
-    swapBytes(value, static_cast<int>(width), static_cast<unsigned>(elements), reader.swapFlag());
+    swapBytes(value, static_cast<int>(width), elements, reader.swapFlag());
 }
 
 void TiffTag::readValueAtOffset(TagFile& reader, std::byte* value, std::uint32_t width,
                                 std::uint32_t elements) {
-    const std::int64_t position = reader.offsetBase() + std::int64_t{valueOffset_};
+    const std::int64_t position = reader.absolutePosition(valueOffset_);
     if (!reader.seek(position)) {
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badTagDataOffsetSeek",
                                        message("Could not seek to data for tag with ID ", tagId_,
@@ -131,8 +125,8 @@ void TiffTag::readValueAtOffset(TagFile& reader, std::byte* value, std::uint32_t
     }
     if (reader.read(value, width, elements) < elements) {
         const std::string what =
-            name().empty() ? message("Unable to read value for TIFF tag #", tagId_)
-                           : message("Unable to read TIFF tag ", inQuotes(name()), " value");
+            name_.empty() ? message("Unable to read value for TIFF tag #", tagId_)
+                          : message("Unable to read TIFF tag ", inQuotes(name_), " value");
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:badTiffTagOffsetDataRead",
                                        message(what, " from byte location ", position, '.')};
     }
@@ -148,53 +142,83 @@ void TiffTag::finishDecoding(TagFile& reader, const std::byte* value) {
 }
 
 void TiffTag::decodeValues(const std::byte* value) {
-    switch (DataType{dataType()}) {
+    switch (DataType{dataType_}) {
         case DataType::noType:
             throw VeltraceRecoverableError{
                 "ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
                 "Encountered tag with datatype format TIFF_NOTYPE.  Skipping... \n"};
         case DataType::byte:
-        case DataType::ascii:
-        case DataType::unsignedShort:
-        case DataType::unsignedLong:
-        case DataType::signedByte:
         case DataType::undefined:
-        case DataType::signedShort:
-        case DataType::signedLong:
-        case DataType::singleFloat:
-        case DataType::doubleFloat:
-            value_.set(value);
+            return decodeNumbers<std::uint8_t>(value);
+        case DataType::ascii:
+            rawText_.assign(reinterpret_cast<const char*>(value), count_);
             return;
+        case DataType::unsignedShort:
+            return decodeNumbers<std::uint16_t>(value);
+        case DataType::unsignedLong:
+            return decodeNumbers<std::uint32_t>(value);
         case DataType::rational:
-            value_.set(value);
-            warnOfDivisionByZero("ZEPHRA:veltrace:rational:badTagValueDivisionByZero");
-            return;
+            return convertRationals<std::uint32_t>(
+                value, "ZEPHRA:veltrace:rational:badTagValueDivisionByZero");
+        case DataType::signedByte:
+            return decodeNumbers<std::int8_t>(value);
+        case DataType::signedShort:
+            return decodeNumbers<std::int16_t>(value);
+        case DataType::signedLong:
+            return decodeNumbers<std::int32_t>(value);
         case DataType::signedRational:
-            value_.set(value);
-            warnOfDivisionByZero("ZEPHRA:veltrace:signedRational:badTagValueDivisionByZero");
-            return;
+            return convertRationals<std::int32_t>(
+                value, "ZEPHRA:veltrace:signedRational:badTagValueDivisionByZero");
+        case DataType::singleFloat:
+            return decodeNumbers<float>(value);
+        case DataType::doubleFloat:
+            return decodeNumbers<double>(value);
         case DataType::ifd:
             throw VeltraceRecoverableError{
                 "ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
                 message("Tag ", tagId_, " has an unrecognized TIFF_IFD data format.\n")};
     }
     throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
-                                   message("Did not recognize tag format ", dataType(), '\n')};
+                                   message("Did not recognize tag format ", dataType_, '\n')};
 }
 
-void TiffTag::warnOfDivisionByZero(const char* warningIdentifier) const {
-    if (!value_.dividesByZero()) {
-        return;
+template <class Element>
+void TiffTag::decodeNumbers(const std::byte* value) {
+    rawValues_.resize(count_);
+    for (std::size_t i = 0; i < rawValues_.size(); ++i) {
+        rawValues_[i] = static_cast<double>(elementAt<Element>(value, i));
     }
-    issueHostWarning(warningIdentifier,
-                     message("The computation of the tag value for ", inQuotes(name()),
-                             " involves division by zero.  The value has been set to NaN."));
+    outputValues_ = rawValues_;
+}
+
+template <class Word>
+void TiffTag::convertRationals(const std::byte* value, const char* warningIdentifier) {
+    rawValues_.resize(2 * count_);
+    for (std::size_t i = 0; i < rawValues_.size(); ++i) {
+        rawValues_[i] = static_cast<double>(elementAt<Word>(value, i));
+    }
+    outputValues_.resize(count_);
+    bool dividesByZero = false;
+    for (std::size_t i = 0; i < outputValues_.size(); ++i) {
+        const double denominator = rawValues_[2 * i + 1];
+        if (denominator == 0) {
+            outputValues_[i] = qvGetNaN();
+            dividesByZero = true;
+        } else {
+            outputValues_[i] = rawValues_[2 * i] / denominator;
+        }
+    }
+    if (dividesByZero) {
+        issueHostWarning(warningIdentifier,
+                         message("The computation of the tag value for ", inQuotes(name_),
+                                 " involves division by zero.  The value has been set to NaN."));
+    }
 }
 
 void TiffTag::readSubDirectory(TagFile& reader) {
     const Pointer& pointer = *pointerFor(tagId_);
     const std::int64_t returnTo = reader.position();
-    if (!reader.seek(reader.offsetBase() + std::int64_t{valueOffset_})) {
+    if (!reader.seek(reader.absolutePosition(valueOffset_))) {
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:TiffTag:badSubIfdSeek",
                                        pointer.seekMessage};
     }

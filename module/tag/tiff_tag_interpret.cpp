@@ -1,6 +1,4 @@
 // From decoded values to what a few tags mean.
-#include <utility>
-
 #include "entry/errors.h"
 #include "entry/message.h"
 #include "tag/integer_code.h"
@@ -11,30 +9,6 @@
 namespace veltrace::module {
 
 namespace {
-
-/// The words of an enumerated tag; null for any other.
-const WordTable* wordsOf(std::uint16_t tagId) {
-    switch (tagId) {
-        case tag_id::kCompression:
-            return &kCompression;
-        case tag_id::kPhotometricInterpretation:
-            return &kPhotometricInterpretation;
-        case tag_id::kPlanarConfiguration:
-            return &kPlanarConfiguration;
-        case tag_id::kResolutionUnit:
-            return &kResolutionUnit;
-        case tag_id::kPredictor:
-            return &kPredictor;
-        case tag_id::kInkSet:
-            return &kInkSet;
-        case tag_id::kJpegProc:
-            return &kJpegProc;
-        case tag_id::kYCbCrPositioning:
-            return &kYCbCrPositioning;
-        default:
-            return nullptr;
-    }
-}
 
 // Codes 1 to 5 of GrayResponseUnit (TIFF 6.0, section 8).
 constexpr double kGrayResponseMultipliers[] = {0.1, 0.01, 0.001, 0.0001, 0.00001};
@@ -55,21 +29,23 @@ void TiffTag::processSpecificTags() {
                              message("Did not recognize IFD ID ", number(ifdId_), '\n')};
 }
 
-/// Only tags of these directories mean more than their values.
-bool TiffTag::isInterpreted() const {
-    return ifdId_ == IfdId::image || ifdId_ == IfdId::exif;
-}
-
 void TiffTag::applySpecificTreatment() {
     switch (tagId_) {
-        case tag_id::kGrayResponseUnit:
-            applyGrayResponseUnit();
+        case tag_id::kImageDescription:
+            // Kept: the only text that loses its terminating NUL.
+            if (!rawText_.empty()) {
+                rawText_.pop_back();
+            }
             return;
+        case tag_id::kGrayResponseUnit:
+            return applyGrayResponseUnit();
+        case tag_id::kXmp:
+            return convertXmp();
         case tag_id::kIccProfile:
-            reported_.set({static_cast<double>(valueOffset_)});
+            outputValues_ = {static_cast<double>(static_cast<std::int64_t>(valueOffset_))};
             return;
         default:
-            return;
+            return applyWord();
     }
 }
 
@@ -80,23 +56,25 @@ void TiffTag::applyGrayResponseUnit() {
     }
     const std::int32_t code = integerCode(*value);
     if (code >= 1 && code <= 5) {
-        std::vector<double> values = outputValues();
-        values.front() = kGrayResponseMultipliers[code - 1];
-        reported_.set(std::move(values));
+        outputValues_.front() = kGrayResponseMultipliers[code - 1];
+    } else {
+        outputText_ = "Unknown";
     }
 }
 
-std::string_view TiffTag::word() const {
-    const bool isUnknownUnit = tagId_ == tag_id::kGrayResponseUnit && reported_.get() == nullptr;
+void TiffTag::convertXmp() {
+    outputText_.reserve(outputValues_.size());
+    for (const double value : outputValues_) {
+        outputText_.push_back(static_cast<char>(integerCode(value) & 0xFF));
+    }
+}
+
+void TiffTag::applyWord() {
     const WordTable* const words = wordsOf(tagId_);
-    if ((!isUnknownUnit && words == nullptr) || !isInterpreted()) {
-        return {};
-    }
     const auto value = firstValue();
-    if (!value) {
-        return {};
+    if (words != nullptr && value) {
+        outputText_ = wordFor(*words, integerCode(*value));
     }
-    return words != nullptr ? wordFor(*words, integerCode(*value)) : "Unknown";
 }
 
 }  // namespace veltrace::module

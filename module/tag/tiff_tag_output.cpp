@@ -1,7 +1,6 @@
 // From a tag to its host value.
 #include <algorithm>
-#include <string>
-#include <utility>
+#include <string_view>
 
 #include "entry/host_messages.h"
 #include "entry/message.h"
@@ -28,44 +27,30 @@ qvArray* sampleFormatWord(double value) {
 }  // namespace
 
 qvArray* TiffTag::outputValue() {
-    return tagId_ == tag_id::kColormap ? colormapOutput() : constantOutput();
-}
-
-qvArray* TiffTag::constantOutput() const {
     if (tagId_ == tag_id::kSampleFormat) {
         return sampleFormatOutput();
+    }
+    if (tagId_ == tag_id::kColormap) {
+        return colormapOutput();
     }
     if (IFDSet* chain = subDirectory_.get()) {
         return chain->outputValue();
     }
-    if (const std::string_view text = word(); !text.empty()) {
-        return charRow(text);
+    if (!outputText_.empty()) {
+        return charRow(outputText_);
     }
-    if (isXmp() && outputCount() != 0) {
-        return charRow(xmpText());
+    if (!rawText_.empty()) {
+        return charRow(rawText_);
     }
-    if (!rawText().empty()) {
-        return charRow(rawText());
-    }
-    return outputCount() == 0 ? nullptr : numericOutput();
-}
-
-qvArray* TiffTag::doubleMatrix(std::size_t rows, std::size_t columns) const {
-    if (rows * columns == 1) {
-        return qvCreateDoubleScalar(firstValue().value_or(0));  // most tags have one number
-    }
-    qvArray* matrix = createDoubleMatrix(rows, columns);
-    if (matrix != nullptr) {
-        copyOutputValues(static_cast<double*>(qvGetData(matrix)));
-    }
-    return matrix;
+    return outputValues_.empty() ? nullptr : numericOutput();
 }
 
 qvArray* TiffTag::numericOutput() const {
     // Kept: rows for two tags, columns for all others.
     const bool isRow = tagId_ == tag_id::kBitsPerSample || tagId_ == tag_id::kMaxSampleValue;
-    const std::size_t count = outputCount();
-    qvArray* numbers = isRow ? doubleMatrix(1, count) : doubleMatrix(count, 1);
+    const std::size_t count = outputValues_.size();
+    qvArray* numbers =
+        isRow ? doubleMatrix(1, count, outputValues_) : doubleMatrix(count, 1, outputValues_);
     if (numbers == nullptr) {
         // Kept: no blank before the name.
         raiseHostError(
@@ -76,14 +61,12 @@ qvArray* TiffTag::numericOutput() const {
 }
 
 qvArray* TiffTag::colormapOutput() {
-    std::vector<double> values = outputValues();
-    if (values.empty()) {
+    if (outputValues_.empty()) {
         return nullptr;
     }
-    std::ranges::for_each(values, [](double& value) { value /= 65535.0; });
+    std::ranges::for_each(outputValues_, [](double& value) { value /= 65535.0; });
     // TIFF 6.0, section 5: all reds, then all greens, then all blues.
-    qvArray* colormap = module::doubleMatrix(values.size() / 3, 3, values);
-    reported_.set(std::move(values));
+    qvArray* colormap = doubleMatrix(outputValues_.size() / 3, 3, outputValues_);
     if (colormap == nullptr) {
         raiseHostError("ZEPHRA:veltrace:tifftag:colormapAllocationFailure",
                        "Could not allocate memory for Colormap tag value.");
@@ -93,21 +76,20 @@ qvArray* TiffTag::colormapOutput() {
 
 qvArray* TiffTag::sampleFormatOutput() const {
     const auto outOfRange = [](double value) { return value < 1.0 || value > 6.0; };
-    const std::vector<double> values = outputValues();
-    if (std::ranges::any_of(values, outOfRange)) {
+    if (std::ranges::any_of(outputValues_, outOfRange)) {
         return wordString(kSampleFormat.fallback);
     }
-    if (values.size() == 1) {
-        return sampleFormatWord(values.front());
+    if (outputValues_.size() == 1) {
+        return sampleFormatWord(outputValues_.front());
     }
-    const std::size_t dimensions[] = {values.size(), 1};
+    const std::size_t dimensions[] = {outputValues_.size(), 1};
     qvArray* words = qvCreateCellArray(std::size(dimensions), dimensions);
     if (words == nullptr) {
         raiseHostError("ZEPHRA:veltrace:processSampleFormat",
                        "Could not allocate memory for SampleFormat tag value.");
     }
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        qvSetCell(words, i, sampleFormatWord(values[i]));
+    for (std::size_t i = 0; i < outputValues_.size(); ++i) {
+        qvSetCell(words, i, sampleFormatWord(outputValues_[i]));
     }
     return words;
 }
@@ -120,8 +102,8 @@ void TiffTag::outputUnknown(qvArray* unknownTags, std::size_t index) const {
 }
 
 qvArray* TiffTag::unknownValue() const {
-    if (!rawText().empty()) {
-        qvArray* text = qvCreateString(std::string(rawText()).c_str());  // ends at the first NUL
+    if (!rawText_.empty()) {
+        qvArray* text = qvCreateString(rawText_.c_str());  // ends at the first NUL
         if (text == nullptr) {
             raiseHostError("ZEPHRA:veltrace:TiffTag:unknownTag:charAllocationFailure",
                            message("Could not allocate enough memory for the output char "
@@ -130,8 +112,8 @@ qvArray* TiffTag::unknownValue() const {
         }
         return text;
     }
-    if (outputCount() != 0) {
-        qvArray* numbers = doubleMatrix(outputCount(), 1);
+    if (!outputValues_.empty()) {
+        qvArray* numbers = doubleMatrix(outputValues_.size(), 1, outputValues_);
         if (numbers == nullptr) {
             raiseHostError("ZEPHRA:veltrace:TiffTag:unknownTag:numericAllocationFailure",
                            message("Could not allocate enough memory for the output numeric "

@@ -1,6 +1,7 @@
 // The words of the enumerated tags: TIFF 6.0, its supplements, and registered private codes.
 #pragma once
 
+#include "tag/tag_id.h"
 #include "tag/words.h"
 
 namespace veltrace::module {
@@ -66,15 +67,27 @@ constexpr Word kSampleFormatRows[] = {
     {5, "Complex integer"},     {6, "Complex IEEE floating point"},
 };
 
-// Kept: the fallbacks differ in case.
-constexpr WordTable kCompression{kCompressionRows, "unknown"};
-constexpr WordTable kPhotometricInterpretation{kPhotometricRows, "unknown"};
-constexpr WordTable kPredictor{kPredictorRows, "unknown"};
-constexpr WordTable kInkSet{kInkSetRows, "unknown"};
-constexpr WordTable kPlanarConfiguration{kPlanarConfigurationRows, "Unknown"};
-constexpr WordTable kResolutionUnit{kResolutionUnitRows, "Unknown"};
-constexpr WordTable kJpegProc{kJpegProcRows, "Unknown"};
-constexpr WordTable kYCbCrPositioning{kYCbCrPositioningRows, "Unknown"};
-constexpr WordTable kSampleFormat{kSampleFormatRows, "Unknown"};
+/// The tags whose first value is reported as a word. Kept: the fallbacks differ in case.
+constexpr WordTable kWordTables[] = {
+    {259, kCompressionRows, "unknown"},
+    {262, kPhotometricRows, "unknown"},
+    {284, kPlanarConfigurationRows, "Unknown"},
+    {296, kResolutionUnitRows, "Unknown"},
+    {317, kPredictorRows, "unknown"},
+    {332, kInkSetRows, "unknown"},
+    {512, kJpegProcRows, "Unknown"},
+    {531, kYCbCrPositioningRows, "Unknown"},
+};
+static_assert(std::ranges::adjacent_find(kWordTables, std::ranges::greater_equal{},
+                                         &WordTable::tagId) == std::end(kWordTables));
+
+/// Every value of SampleFormat is reported as a word.
+constexpr WordTable kSampleFormat{tag_id::kSampleFormat, kSampleFormatRows, "Unknown"};
+
+/// The words of an enumerated tag; null for any other.
+constexpr const WordTable* wordsOf(std::uint16_t tagId) {
+    const auto* table = std::ranges::lower_bound(kWordTables, tagId, {}, &WordTable::tagId);
+    return table != std::end(kWordTables) && table->tagId == tagId ? table : nullptr;
+}
 
 }  // namespace veltrace::module

@@ -8,13 +8,15 @@
 
 namespace veltrace::module {
 
+/// The text is a literal, with a NUL after its last character.
 struct Word {
     std::int32_t code;
     std::string_view text;
 };
 
-/// Words ascending by code, and the one word for every code that has none.
+/// The codes of one tag: words ascending by code, and the one word for every code that has none.
 struct WordTable {
+    std::uint16_t tagId;
     std::span<const Word> rows;
     std::string_view fallback;
 };

@@ -17,11 +17,10 @@ bool InputFile::open(const char* fileName, std::int64_t size) {
     if (!stream_) {
         return false;
     }
-    // The window is the buffer.
-    static_cast<void>(std::setvbuf(stream_.get(), nullptr, _IONBF, 0));
     size_ = size;
     window_ = std::make_unique_for_overwrite<std::byte[]>(kWindowBytes);
     filled_ = used_ = 0;
+    sawEnd_ = false;
     end_.reset();
     return true;
 }
@@ -58,6 +57,7 @@ bool InputFile::seek(std::int64_t position) {
         return false;
     }
     filled_ = used_ = 0;
+    sawEnd_ = false;
     end_ = position;
     return true;
 }
@@ -99,7 +99,12 @@ void InputFile::fill(std::size_t wanted) {
 }
 
 std::size_t InputFile::readStream(std::byte* bytes, std::size_t count) {
+    if (sawEnd_) {
+        // The C library stays at an end that it has seen until it is moved.
+        static_cast<void>(std::fseek(stream(), streamPosition(), SEEK_SET));
+    }
     const std::size_t taken = std::fread(bytes, 1, count, stream());
+    sawEnd_ = taken < count;
     if (end_) {
         *end_ += static_cast<std::int64_t>(taken);
     }

@@ -50,6 +50,7 @@ private:
     std::unique_ptr<std::byte[]> window_;
     std::size_t filled_ = 0;
     std::size_t used_ = 0;  // of what is filled
+    bool sawEnd_ = false;   // by the last read of the stream
     // Where the stream is, once the system has told.
     mutable std::optional<std::int64_t> end_;
 };

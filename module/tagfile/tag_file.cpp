@@ -11,10 +11,6 @@ namespace veltrace::module {
 
 namespace {
 
-// Most readers append the TIFF names too; with room for all, appending never fails.
-constexpr std::size_t kMostDefaultFieldNames = 34;
-static_assert(kMostDefaultFieldNames <= NameSet::kMost);
-
 constexpr const char* kGeneralFieldNames[] = {
     "Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
     "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature",
@@ -30,7 +26,6 @@ TagFile::TagFile(const char* fileName) : fileName_(fileName) {
     }
     determineComputerByteOrder();
     openFile("ZEPHRA:veltrace:TagFile:fileOpenFailure");
-    defaultFieldNames_.reserve(kMostDefaultFieldNames);
     for (const char* name : kGeneralFieldNames) {
         appendDefaultFieldName(name);
     }

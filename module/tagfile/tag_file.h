@@ -16,7 +16,6 @@
 #include "zephra/qv.h"
 
 #include "tagfile/input_file.h"
-#include "tagfile/name_set.h"
 #include "tagfile/stack_room.h"
 #include "tagfile/swap_bytes.h"
 
@@ -92,11 +91,8 @@ public:
     }
     [[nodiscard]] std::uint16_t version() const { return version_; }
     /// Field names that lead the output of an image directory, whatever tags it has.
-    [[nodiscard]] const std::vector<const char*>& defaultFieldNames() const {
+    [[nodiscard]] const std::vector<std::string>& defaultFieldNames() const {
         return defaultFieldNames_;
-    }
-    [[nodiscard]] bool isDefaultFieldName(std::string_view name) const {
-        return defaultFieldNameSet_.contains(name);
     }
     /// Stack for sub-directories of this file.
     [[nodiscard]] StackRoom& stackRoom() { return stackRoom_; }
@@ -140,11 +136,7 @@ public:
 protected:
     void setFormatType(FormatType formatType) { formatType_ = formatType; }
     void setLayout(std::int32_t entrySize, std::int32_t countSize, std::int32_t offsetSize);
-    /// At most `NameSet::kMost`.
-    void appendDefaultFieldName(const char* name) {
-        defaultFieldNames_.push_back(name);
-        defaultFieldNameSet_.insert(name);
-    }
+    void appendDefaultFieldName(std::string_view name) { defaultFieldNames_.emplace_back(name); }
     void setIfdSet(std::unique_ptr<IFDSet> ifdSet);
 
     // The steps that the two header readers share. Identifiers of BigTIFF differ from the classic
@@ -157,6 +149,8 @@ protected:
                         const char* seekIdentifier);
 
 private:
+    friend struct TagFilePeer;  // tests look at the members
+
     void determineComputerByteOrder();
     void readByteOrder();
     void openFile(const char* failureIdentifier);
@@ -177,8 +171,7 @@ private:
     std::int32_t offsetSize_ = 4;
     std::array<unsigned char, 2> byteOrderMark_{};
     std::uint16_t version_ = 0;
-    std::vector<const char*> defaultFieldNames_;
-    NameSet defaultFieldNameSet_;
+    std::vector<std::string> defaultFieldNames_;
     StackRoom stackRoom_;
 };
 

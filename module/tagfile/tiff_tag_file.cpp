@@ -3,43 +3,14 @@
 #include <memory>
 
 #include "ifd/ifd_set.h"
+#include "tag/baseline_tags.h"
 
 namespace veltrace::module {
 
-namespace {
-
-constexpr const char* kTiffFieldNames[] = {
-    "ByteOrder",
-    "NewSubFileType",
-    "BitsPerSample",
-    "Compression",
-    "PhotometricInterpretation",
-    "StripOffsets",
-    "SamplesPerPixel",
-    "RowsPerStrip",
-    "StripByteCounts",
-    "XResolution",
-    "YResolution",
-    "ResolutionUnit",
-    "Colormap",
-    "PlanarConfiguration",
-    "TileWidth",
-    "TileLength",
-    "TileOffsets",
-    "TileByteCounts",
-    "Orientation",
-    "FillOrder",
-    "GrayResponseUnit",
-    "MaxSampleValue",
-    "MinSampleValue",
-    "Thresholding",
-};
-
-}  // namespace
-
 TiffTagFile::TiffTagFile(const char* fileName) : TagFile(fileName) {
-    for (const char* name : kTiffFieldNames) {
-        appendDefaultFieldName(name);
+    appendDefaultFieldName("ByteOrder");
+    for (const BaselineTag& tag : kBaselineTags) {
+        appendDefaultFieldName(tag.name);
     }
 }
 

@@ -31,6 +31,13 @@ TYPED_TEST(ErrorClass, HasNoBaseAndNoVirtualOperations) {
     EXPECT_FALSE((std::is_base_of_v<VeltraceRecoverableError, VeltraceFatalError>));
 }
 
+TYPED_TEST(ErrorClass, IsOnlyCopiedAndDestroyed) {
+    EXPECT_TRUE(std::is_copy_constructible_v<TypeParam>);
+    EXPECT_FALSE(std::is_copy_assignable_v<TypeParam>);
+    EXPECT_FALSE(std::is_move_assignable_v<TypeParam>);
+    EXPECT_FALSE(std::is_default_constructible_v<TypeParam>);
+}
+
 }  // namespace
 
 }  // namespace veltrace::test

@@ -177,6 +177,19 @@ TEST(ImpossibleIfdId, OfATagEndsTheWholeRead) {
     });
 }
 
+// The name of a tag is looked up before its type is judged, which would only cost the entry.
+TEST(ImpossibleIfdId, OfATagWithoutAValidTypeEndsTheWholeReadToo) {
+    inQuietCall([] {
+        for (const std::uint16_t type : {std::uint16_t{0}, std::uint16_t{14}}) {
+            TiffBuilder tiff;
+            tiff.image().entryAt(271, type, 1, 0);
+            OpenedTiff<> file(tiff);
+            EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(kImpossible); }).identifier,
+                      "ZEPHRA:veltrace:getTagName:unrecognizedIfdId");
+        }
+    });
+}
+
 }  // namespace
 
 }  // namespace veltrace::test

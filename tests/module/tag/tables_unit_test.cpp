@@ -19,7 +19,7 @@ TEST(WordRows, AreAscendingOnlyWithoutRepetition) {
 
 TEST(WordTable, HasItsFallbackForEveryOtherCode) {
     static constexpr Word kRows[] = {{1, "clay"}, {3, "ash"}};
-    constexpr WordTable kGlazes{kRows, "none"};
+    constexpr WordTable kGlazes{1, kRows, "none"};
     EXPECT_EQ(wordFor(kGlazes, 0), "none");
     EXPECT_EQ(wordFor(kGlazes, 1), "clay");
     EXPECT_EQ(wordFor(kGlazes, 2), "none");
