@@ -20,6 +20,9 @@ namespace {
 // An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
 constexpr std::uint32_t kMaxApp1Bytes = 65536;
 
+// Room for the tags of most directories is made at once.
+constexpr std::uint32_t kUsualEntries = 32;
+
 }  // namespace
 
 void IFD::readIfd() {
@@ -97,6 +100,7 @@ std::string IFD::tableDescription() const {
 }
 
 void IFD::createTags(const std::byte* table) {
+    knownTags_.reserve(std::min(entryCount_, kUsualEntries));
     for (std::uint64_t i = 0; i < entryCount_; ++i) {
         try {
             createTag(table + i * static_cast<std::uint64_t>(reader_->entrySize()));
@@ -149,9 +153,9 @@ void IFD::addDefaultTags() {
     // Room for exactly as many: a file may have thousands of directories.
     const auto missing = std::ranges::count(present_, false);
     knownTags_.reserve(knownTags_.size() + static_cast<std::size_t>(missing));
-    for (const BaselineTag& tag : kFallbackTags) {
-        if (!has(tag.id)) {
-            addDefaultTag(tag.id);
+    for (std::size_t i = 0; i < present_.size(); ++i) {
+        if (!present_[i]) {
+            addDefaultTag(kFallbackTags[i].id);
         }
     }
 }

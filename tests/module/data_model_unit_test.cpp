@@ -102,13 +102,16 @@ TEST(DataModel, OfAReaderIsItsFileAndItsLayout) {
 }
 
 template <class Type>
-concept HasConstantOutput = requires(const Type& object) { object.outputValue(); };
+concept HasConstantOutput = requires(const Type& object) {
+    object.outputValue();
+};
 
 TEST(DataModel, IsChangedByOutputOnlyWhereTheOperationIsNotConst) {
     EXPECT_FALSE(HasConstantOutput<TiffTag>);
     EXPECT_FALSE(HasConstantOutput<IFDSet>);
     EXPECT_FALSE(HasConstantOutput<TagFile>);
-    EXPECT_TRUE((std::is_same_v<decltype(std::declval<const SubDirectory&>().get()), const IFDSet*>));
+    EXPECT_TRUE(
+        (std::is_same_v<decltype(std::declval<const SubDirectory&>().get()), const IFDSet*>));
 }
 
 }  // namespace
