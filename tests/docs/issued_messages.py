@@ -1,4 +1,4 @@
-"""The messages of the module as its source spells them out.
+"""The messages of the module in its source.
 
 A text is put together by `message`, `quoted`, literals, and functions, variables and tables that
 lead to them. Whatever is not known before the module runs is a `HOLE` in the text.

@@ -1,7 +1,8 @@
 """The messages as docs/messages.md lists them.
 
-Under the heading of an identifier stand one or more blocks of lines: the class, the texts that are
-issued so, their meaning, and what to do. Words between blocks are for people alone.
+Under a heading of one or more identifiers stand one or more blocks of lines: the texts that are
+issued, each with its class, what they mean, and what to do. Words between blocks are for people
+alone.
 """
 
 import re
@@ -11,37 +12,37 @@ from cpp_source import ROOT
 from issued_messages import HOLE, Issued
 
 PAGE = ROOT / "docs" / "messages.md"
-HEADING = re.compile(r"### `(.*)`")
-LINE = re.compile(r"- (Class|Text|Meaning|What to do): (.+)")
-BLOCK = re.compile("Class (Text )+Meaning What to do")
+HEADING = re.compile(r"### (`[^`]+`(?:, `[^`]+`)*)")
+TEXT = re.compile(r"- (fatal|recoverable|warning|direct error): (.+)")
+TO_DO = re.compile(r"- To do: .+")
+MEANING = re.compile(r"- [A-Z].+")
+BLOCK = re.compile("(text )+meaning to-do")
 PLACEHOLDER = re.compile("<[a-z]+>")
 PLACEHOLDER_ROW = re.compile(r"^\| `(<.*>)` \|", re.MULTILINE)
 
 
 @dataclass
 class Section:
-    identifier: str
-    lines: list  # (label, content)
+    identifiers: list
+    lines: list  # (kind, class, text); class and text are of lines of the kind "text" alone
 
     def blocks(self):
-        """The lines, cut before each class."""
+        """The kinds of the lines, cut before the texts that follow what to do."""
         blocks = []
-        for label, content in self.lines:
-            if label == "Class" or not blocks:
+        for kind, *_ in self.lines:
+            if not blocks or (kind == "text" and blocks[-1][-1] != "text"):
                 blocks.append([])
-            blocks[-1].append((label, content))
+            blocks[-1].append(kind)
         return blocks
 
     def is_complete(self):
-        return bool(self.lines) and all(
-            BLOCK.fullmatch(" ".join(label for label, _ in block)) for block in self.blocks())
+        return bool(self.lines) and all(BLOCK.fullmatch(" ".join(b)) for b in self.blocks())
 
     def messages(self):
-        for block in self.blocks():
-            (_, issued_as), *others = block
-            for label, content in others:
-                if label == "Text":
-                    yield Issued(self.identifier, issued_as, text_of(content))
+        for kind, issued_as, text in self.lines:
+            if kind == "text":
+                for identifier in self.identifiers:
+                    yield Issued(identifier, issued_as, text_of(text))
 
 
 def text_of(content):
@@ -49,13 +50,22 @@ def text_of(content):
     return PLACEHOLDER.sub(HOLE, content.removeprefix("`").removesuffix("`")).replace("\\n", "\n")
 
 
+def line_of(line):
+    """(kind, class, text) of a line of a list; None of any other."""
+    if item := TEXT.fullmatch(line):
+        return ("text", *item.groups())
+    if TO_DO.fullmatch(line):
+        return "to-do", "", ""
+    return ("meaning", "", "") if MEANING.fullmatch(line) else None
+
+
 def sections(page):
     found = []
     for line in page.splitlines():
         if heading := HEADING.fullmatch(line):
-            found.append(Section(heading[1], []))
-        elif item := LINE.fullmatch(line):
-            found[-1].lines.append(item.groups())
+            found.append(Section(re.findall("`(.+?)`", heading[1]), []))
+        elif found and (item := line_of(line)):
+            found[-1].lines.append(item)
     return found
 
 
@@ -64,8 +74,8 @@ def listed_messages(page):
 
 
 def used_placeholders(page):
-    return {placeholder for section in sections(page) for label, content in section.lines
-            if label == "Text" for placeholder in PLACEHOLDER.findall(content)}
+    return {placeholder for section in sections(page) for _, _, text in section.lines
+            for placeholder in PLACEHOLDER.findall(text)}
 
 
 def explained_placeholders(page):

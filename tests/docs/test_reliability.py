@@ -47,7 +47,7 @@ def exists(name):
     return any(pattern.fullmatch(test) for test in names_in_cpp())
 
 
-def test_there_are_thirty_classes_each_told_in_full():
+def test_there_are_thirty_classes_with_all_cells():
     classes = [cells[0] for cells in rows()]
     assert len(classes) == len(set(classes)) >= 30
     for cells in rows():
