@@ -20,7 +20,6 @@ namespace {
 // An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
 constexpr std::uint32_t kMaxApp1Bytes = 65536;
 
-// Room for the tags of most directories is made at once.
 constexpr std::uint32_t kUsualEntries = 32;
 
 }  // namespace
@@ -100,7 +99,7 @@ std::string IFD::tableDescription() const {
 }
 
 void IFD::createTags(const std::byte* table) {
-    knownTags_.reserve(std::min(entryCount_, kUsualEntries));
+    makeRoom(table);
     for (std::uint64_t i = 0; i < entryCount_; ++i) {
         try {
             createTag(table + i * static_cast<std::uint64_t>(reader_->entrySize()));
@@ -108,9 +107,26 @@ void IFD::createTags(const std::byte* table) {
             issueHostWarning(error.identifier.c_str(), error.message);
         }
     }
-    if (ifdId_ == IfdId::image && reader_->formatType() != FormatType::jpeg) {
+    if (hasDefaultTags()) {
         addDefaultTags();
     }
+}
+
+// A file may have thousands of directories, so a usual one gets room for its tags once, and for no
+// more than it may have.
+void IFD::makeRoom(const std::byte* table) {
+    const std::size_t entries = std::min(entryCount_, kUsualEntries);
+    std::size_t missing = hasDefaultTags() ? kFallbackCount : 0;
+    for (std::size_t i = 0; i < entries && missing != 0; ++i) {
+        const auto* entry = table + i * static_cast<std::size_t>(reader_->entrySize());
+        const auto tagId = reader_->entryField<std::uint16_t>(entry);
+        missing -= fallbackIndex(tagId) != kFallbackCount ? 1 : 0;
+    }
+    knownTags_.reserve(entries + missing);
+}
+
+bool IFD::hasDefaultTags() const {
+    return ifdId_ == IfdId::image && reader_->formatType() != FormatType::jpeg;
 }
 
 void IFD::createTag(const std::byte* entry) {
@@ -150,9 +166,6 @@ void IFD::noteTag(const TiffTag& tag) {
 }
 
 void IFD::addDefaultTags() {
-    // Room for exactly as many: a file may have thousands of directories.
-    const auto missing = std::ranges::count(present_, false);
-    knownTags_.reserve(knownTags_.size() + static_cast<std::size_t>(missing));
     for (std::size_t i = 0; i < present_.size(); ++i) {
         if (!present_[i]) {
             addDefaultTag(kFallbackTags[i].id);

@@ -81,7 +81,9 @@ private:
     void readRawIfd(std::byte* table) const;
     [[nodiscard]] std::string tableDescription() const;
     void createTags(const std::byte* table);
+    void makeRoom(const std::byte* table);
     void createTag(const std::byte* entry);
+    [[nodiscard]] bool hasDefaultTags() const;
     void addDefaultTags();
     void addDefaultTag(std::uint16_t tagId);
     void outputUnknownTags(qvArray* structure, std::size_t element) const;
