@@ -5,17 +5,22 @@
 #include <cstring>
 #include <exception>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <span>
+#include <utility>
 
 #include "zephra/qv.h"
 
 #include "call.h"
 #include "dimensions.h"
+#include "field_table.h"
 
 namespace {
 
 using zephra::Call;
 using zephra::Dimensions;
+using zephra::FieldTable;
 
 constexpr std::array<std::size_t, 2> kOneElement{1, 1};
 
@@ -33,24 +38,27 @@ qvArray* create(Make make) noexcept {
     }
 }
 
-// Runs `make` for the dimensions that are given: none make 0 x 0, one makes n x 1. Null when they
-// are missing or too many.
-template <class Make>
-qvArray* createOf(size_t ndim, const size_t* dims, Make make) {
+// The dimensions that are given: none means 0 x 0, one means n x 1, both of which are put into
+// `matrix`. Nothing when they are missing or too many.
+std::optional<Dimensions> givenDimensions(size_t ndim, const size_t* dims,
+                                          std::array<std::size_t, 2>& matrix) {
     if (ndim == 0) {
-        return make(std::array<std::size_t, 2>{});
+        return matrix = {};
     }
-    if (dims == nullptr || ndim > zephra::kMostDimensions) {
-        return nullptr;
+    if (dims == nullptr || ndim > zephra::kMaxDimensions) {
+        return std::nullopt;
     }
-    return ndim == 1 ? make(std::array<std::size_t, 2>{*dims, 1}) : make(Dimensions(dims, ndim));
+    if (ndim == 1) {
+        return matrix = {*dims, 1};
+    }
+    return Dimensions(dims, ndim);
 }
 
-qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim,
-                  const size_t* dims) {
-    return createOf(ndim, dims, [&](Dimensions dimensions) {
-        return call.createArray(cls, complexity, dimensions);
-    });
+qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim, const size_t* dims,
+                  std::unique_ptr<FieldTable> fields = nullptr) {
+    std::array<std::size_t, 2> matrix{};
+    const std::optional<Dimensions> dimensions = givenDimensions(ndim, dims, matrix);
+    return dimensions ? call.createArray(cls, complexity, *dimensions, std::move(fields)) : nullptr;
 }
 
 bool isNumeric(qvClass cls) {
@@ -117,9 +125,8 @@ qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
             call.noteMisuse("qvCreateStructArray", "a field name is missing");
             return nullptr;
         }
-        return createOf(ndim, dims, [&](Dimensions dimensions) {
-            return call.createStruct(dimensions, names);
-        });
+        return createOf(call, qvClassStruct, qvReal, ndim, dims,
+                        std::make_unique<FieldTable>(names));
     });
 }
 
