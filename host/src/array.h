@@ -23,12 +23,11 @@ struct FreeArray {
 };
 using OwnedArray = std::unique_ptr<qvArray, FreeArray>;
 
-/// Where an array belongs.
 enum class ArrayState : std::uint8_t {
-    made,      ///< made by the module in the running call
-    argument,  ///< made by the host for the running call; the module may only read it
-    replaced,  ///< removed from its place; gone for the module
-    returned,  ///< part of the result of its call
+    made,      ///< by the module
+    argument,  ///< made by the host; the module may only read it
+    replaced,  ///< removed from the place it was stored in; gone for the module
+    returned,  ///< part of the output
 };
 
 }  // namespace zephra
@@ -109,7 +108,6 @@ private:
     bool hasStored_ = false;  // something was stored in it, at some time
 };
 
-// A file with many directories makes millions of them.
 static_assert(sizeof(qvArray) == 16);
 static_assert(sizeof(qvArray) % alignof(double) == 0);
 static_assert(std::is_trivially_destructible_v<qvArray>);

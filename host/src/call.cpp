@@ -151,7 +151,7 @@ void Call::noteMisuse(const char* operation, std::string_view sentence) {
     }
 }
 
-/// Looks for the pointer among the arrays before it looks behind it, also when not strict.
+/// Also without strict mode `output` may be any pointer: it is compared before it is read.
 bool Call::isReturnable(const qvArray* output) {
     const bool isMade =
         std::ranges::find(result_->arrays, output, &OwnedArray::get) != result_->arrays.end();

@@ -18,36 +18,36 @@ namespace zephra {
 
 namespace {
 
-/// Makes the array of an argument. Memory is the only limit for what the host makes itself.
-class ArgumentMaker {
-public:
-    OwnedArray operator()(const std::string& bytes) const {
-        OwnedArray array = make(qvClassChar, {1, bytes.size()});
-        std::ranges::transform(bytes, array->elements<qvChar>().begin(),
-                               [](char byte) { return static_cast<unsigned char>(byte); });
-        return array;
+/// An array of an argument, limited only by memory.
+OwnedArray makeArray(qvClass classCode, const std::array<std::size_t, 2>& dimensions) {
+    std::unique_ptr<FieldTable> fields;
+    if (classCode == qvClassStruct) {
+        fields = std::make_unique<FieldTable>(std::span<const char* const>());
     }
-    OwnedArray operator()(double number) const {
-        OwnedArray array = make(qvClassDouble, {1, 1});
-        array->elements<double>().front() = number;
-        return array;
+    OwnedArray array = qvArray::create(classCode, qvReal, dimensions, std::move(fields),
+                                       std::numeric_limits<std::size_t>::max());
+    if (array == nullptr) {
+        throw std::bad_alloc();
     }
-    OwnedArray operator()(EmptyArgument argument) const { return make(argument.classCode, {0, 0}); }
+    return array;
+}
 
-private:
-    static OwnedArray make(qvClass classCode, const std::array<std::size_t, 2>& dimensions) {
-        std::unique_ptr<FieldTable> fields;
-        if (classCode == qvClassStruct) {
-            fields = std::make_unique<FieldTable>(std::span<const char* const>());
-        }
-        OwnedArray array = qvArray::create(classCode, qvReal, dimensions, std::move(fields),
-                                           std::numeric_limits<std::size_t>::max());
-        if (array == nullptr) {
-            throw std::bad_alloc();
-        }
-        return array;
-    }
-};
+OwnedArray arrayOf(const std::string& bytes) {
+    OwnedArray array = makeArray(qvClassChar, {1, bytes.size()});
+    std::ranges::transform(bytes, array->elements<qvChar>().begin(),
+                           [](char byte) { return static_cast<unsigned char>(byte); });
+    return array;
+}
+
+OwnedArray arrayOf(double number) {
+    OwnedArray array = makeArray(qvClassDouble, {1, 1});
+    array->elements<double>().front() = number;
+    return array;
+}
+
+OwnedArray arrayOf(EmptyArgument argument) {
+    return makeArray(argument.classCode, {0, 0});
+}
 
 }  // namespace
 
@@ -57,7 +57,7 @@ CallResult Host::call(const EntryPoint& entryPoint, std::span<const Argument> ar
     std::vector<OwnedArray> made;
     std::vector<const qvArray*> inputs;
     for (const Argument& argument : arguments) {
-        made.push_back(std::visit(ArgumentMaker(), argument));
+        made.push_back(std::visit([](const auto& value) { return arrayOf(value); }, argument));
         inputs.push_back(made.back().get());
     }
 

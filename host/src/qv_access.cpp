@@ -1,5 +1,5 @@
-// Storing, inspection and memory functions of the host interface. Outside of any call nothing is
-// stored and no memory is given, but arrays of a result may be read.
+// Storing, inspection and memory functions of the host interface. Outside of any call they store
+// nothing and return no memory, but they read arrays of a result.
 #include <algorithm>
 #include <optional>
 #include <span>

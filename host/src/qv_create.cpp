@@ -6,7 +6,6 @@
 #include <exception>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <span>
 #include <utility>
 
@@ -24,7 +23,7 @@ using zephra::FieldTable;
 
 constexpr std::array<std::size_t, 2> kOneElement{1, 1};
 
-// Runs `make` for the current call and turns every failure to NULL: the functions are C.
+// Runs `make` for the current call. Returns NULL for every failure, since the functions are C.
 template <class Make>
 qvArray* create(Make make) noexcept {
     Call* const call = Call::current();
@@ -38,27 +37,18 @@ qvArray* create(Make make) noexcept {
     }
 }
 
-// The dimensions that are given: none means 0 x 0, one means n x 1, both of which are put into
-// `matrix`. Nothing when they are missing or too many.
-std::optional<Dimensions> givenDimensions(size_t ndim, const size_t* dims,
-                                          std::array<std::size_t, 2>& matrix) {
-    if (ndim == 0) {
-        return matrix = {};
-    }
-    if (dims == nullptr || ndim > zephra::kMaxDimensions) {
-        return std::nullopt;
-    }
-    if (ndim == 1) {
-        return matrix = {*dims, 1};
-    }
-    return Dimensions(dims, ndim);
-}
-
 qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim, const size_t* dims,
                   std::unique_ptr<FieldTable> fields = nullptr) {
+    if (ndim > zephra::kMaxDimensions || (ndim > 0 && dims == nullptr)) {
+        return nullptr;
+    }
+    // No dimensions make 0 x 0, one makes n x 1.
     std::array<std::size_t, 2> matrix{};
-    const std::optional<Dimensions> dimensions = givenDimensions(ndim, dims, matrix);
-    return dimensions ? call.createArray(cls, complexity, *dimensions, std::move(fields)) : nullptr;
+    if (ndim == 1) {
+        matrix = {*dims, 1};
+    }
+    const Dimensions dimensions = ndim < 2 ? Dimensions(matrix) : Dimensions(dims, ndim);
+    return call.createArray(cls, complexity, dimensions, std::move(fields));
 }
 
 bool isNumeric(qvClass cls) {

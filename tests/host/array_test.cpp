@@ -10,6 +10,7 @@
 #include <malloc.h>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "run.h"
@@ -60,16 +61,14 @@ TEST(NumericArray, StoresALogicalInOneByte) {
     EXPECT_THAT(result.output().logicals(), ElementsAre(0, 1, 0));
 }
 
-TEST(Shape, OfNoDimensionsIsEmpty) {
-    const CallResult result = run(
-        [](qvArray*& output) { output = qvCreateNumericArray(0, nullptr, qvClassDouble, qvReal); });
-    EXPECT_TRUE(result.output());
-    EXPECT_THAT(result.output().dimensions(), ElementsAre(0, 0));
-}
-
-TEST(Shape, OfOneDimensionIsAColumn) {
-    const CallResult result = run([](qvArray*& output) { output = makeCell({5}); });
+TEST(Shape, OfNoDimensionsIsEmptyAndOfOneAColumn) {
+    const CallResult result = run([](qvArray*& output) {
+        output = makeCell({5});
+        qvSetCell(output, 4, qvCreateNumericArray(0, nullptr, qvClassDouble, qvReal));
+    });
     EXPECT_THAT(result.output().dimensions(), ElementsAre(5, 1));
+    EXPECT_TRUE(result.output().cell(4));
+    EXPECT_THAT(result.output().cell(4).dimensions(), ElementsAre(0, 0));
 }
 
 TEST(Shape, IsRequired) {
@@ -290,27 +289,16 @@ TEST(Arrays, OutsideTheOutputAreFreedWhenTheCallEnds) {
 }
 
 TEST(Arrays, StoreManyDimensions) {
-    const std::vector<std::vector<std::size_t>> shapes{
-        {2, 3, 4}, {1, 1, 1, 1, 5}, {7, 1}, {0, 3, 2}, {2, 1, 2, 1, 2, 1, 2, 1, 2}, {3, 50, 9}};
-    const std::size_t sizes[] = {24, 5, 7, 0, 32, 1350};
-    const CallResult result = run([&](qvArray*& output) {
-        output = makeCell({shapes.size()});
-        std::vector<qvArray*> arrays;
-        for (std::size_t i = 0; i < shapes.size(); ++i) {
-            arrays.push_back(makeNumeric(shapes[i]));
-            qvSetCell(output, i, arrays.back());
-        }
-        for (std::size_t i = 0; i < shapes.size(); ++i) {
-            std::fill_n(static_cast<double*>(qvGetData(arrays[i])), sizes[i],
-                        static_cast<double>(i));
-        }
-    });
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        const Value array = result.output().cell(i);
-        EXPECT_THAT(array.dimensions(), ElementsAreArray(shapes[i]));
-        EXPECT_EQ(array.size(), sizes[i]);
-        EXPECT_THAT(array.numbers(), Each(static_cast<double>(i)));
-        EXPECT_EQ(array.numbers().size(), sizes[i]);
+    const std::pair<std::vector<std::size_t>, std::size_t> shapes[] = {
+        {{2, 3, 4}, 24}, {{1, 1, 1, 1, 5}, 5}, {{7, 1}, 7}, {{0, 3, 2}, 0}, {{3, 50, 9}, 1350}};
+    for (const auto& [dimensions, size] : shapes) {
+        const CallResult result = run([&](qvArray*& output) {
+            output = makeNumeric(dimensions);
+            std::fill_n(static_cast<double*>(qvGetData(output)), size, 4.5);
+        });
+        EXPECT_THAT(result.output().dimensions(), ElementsAreArray(dimensions));
+        EXPECT_EQ(result.output().size(), size);
+        EXPECT_THAT(result.output().numbers(), ElementsAreArray(std::vector(size, 4.5)));
     }
 }
 

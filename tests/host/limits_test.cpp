@@ -1,5 +1,4 @@
-// Blocks, limits and budgets.
-#include <cstring>
+// Limits and budgets.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -18,39 +17,6 @@ namespace {
 using testing::IsEmpty;
 
 constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
-
-TEST(Blocks, AreWritableAndFreed) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        void* const block = qvMalloc(1000);
-        ASSERT_NE(block, nullptr);
-        std::memset(block, 0xAB, 1000);
-        qvFree(block);
-        qvFree(nullptr);
-    });
-    EXPECT_EQ(result.leftovers(), Leftovers{});
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
-
-TEST(Blocks, LeftBehindAreCountedWithTheirBytes) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        qvMalloc(100);
-        qvFree(qvMalloc(7));
-        qvMalloc(0);
-        qvArrayToString(qvCreateString("four"));  // five bytes with its end
-    });
-    EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 3, .blockBytes = 105, .arrays = 1}));
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
-
-TEST(Blocks, OfNoBytesAreBlocks) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        void* const block = qvMalloc(0);
-        EXPECT_NE(block, nullptr);
-        qvFree(block);
-    });
-    EXPECT_EQ(result.leftovers(), Leftovers{});
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
 
 TEST(LargestBlock, LimitsBlocks) {
     runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
@@ -89,12 +55,15 @@ TEST(LargestBlock, DoesNotLimitArguments) {
 }
 
 TEST(ExhaustedMemory, ReturnsNull) {
-    runWith({.largestBlock = kMax}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
-        EXPECT_EQ(qvMalloc(kMax / 2), nullptr);
-        EXPECT_EQ(makeNumeric({kMax / 32}), nullptr);
-        EXPECT_EQ(makeCell({kMax / 32}), nullptr);
-        EXPECT_EQ(makeStruct({kMax / 32}, {"a"}), nullptr);
-    });
+    const CallResult result =
+        runWith({.largestBlock = kMax}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+            EXPECT_EQ(qvMalloc(kMax), nullptr);
+            EXPECT_EQ(qvMalloc(kMax / 2), nullptr);
+            EXPECT_EQ(makeNumeric({kMax / 32}), nullptr);
+            EXPECT_EQ(makeCell({kMax / 32}), nullptr);
+            EXPECT_EQ(makeStruct({kMax / 32}, {"a"}), nullptr);
+        });
+    EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
 TEST(FailBlock, RefusesOneRequest) {
