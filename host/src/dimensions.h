@@ -26,10 +26,8 @@ inline constexpr std::size_t kMaxDimensions = 255;
 
 /// The product of dimensions that `multiply` accepted.
 [[nodiscard]] inline std::size_t productOf(Dimensions dimensions) {
-    std::size_t product = 1;
-    for (const std::size_t dimension : dimensions) {
-        product *= dimension;
-    }
+    std::size_t product = 0;
+    static_cast<void>(multiply(dimensions, &product));
     return product;
 }
 

@@ -291,7 +291,9 @@ TEST(Arrays, OutsideTheOutputAreFreedWhenTheCallEnds) {
 TEST(Arrays, StoreManyDimensions) {
     const std::pair<std::vector<std::size_t>, std::size_t> shapes[] = {
         {{2, 3, 4}, 24}, {{1, 1, 1, 1, 5}, 5}, {{7, 1}, 7}, {{0, 3, 2}, 0}, {{3, 50, 9}, 1350}};
-    for (const auto& [dimensions, size] : shapes) {
+    for (const auto& shape : shapes) {
+        const std::vector<std::size_t>& dimensions = shape.first;
+        const std::size_t size = shape.second;
         const CallResult result = run([&](qvArray*& output) {
             output = makeNumeric(dimensions);
             std::fill_n(static_cast<double*>(qvGetData(output)), size, 4.5);
