@@ -1,57 +1,55 @@
 #include "array.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <new>
-
-#include "array_memory.h"
 
 namespace zephra {
 
 namespace {
 
-std::size_t bytesPerElement(qvClass classCode, qvComplexity complexity) {
-    const std::size_t parts = complexity == qvComplex ? 2 : 1;
-    switch (classCode) {
-        case qvClassCell:
-        case qvClassStruct:
-            return sizeof(qvArray*);
-        case qvClassLogical:
-            return parts;
-        case qvClassChar:
-            return sizeof(qvChar) * parts;
-        case qvClassDouble:
-            return sizeof(double) * parts;
-    }
-    return 0;
+struct ClassRow {
+    qvClass code;
+    const char* name;
+    std::size_t elementBytes;
+};
+constexpr ClassRow kClasses[] = {
+    {qvClassCell, "cell", sizeof(qvArray*)},
+    {qvClassStruct, "struct", sizeof(qvArray*)},
+    {qvClassLogical, "logical", 1},
+    {qvClassChar, "char", sizeof(qvChar)},
+    {qvClassDouble, "double", sizeof(double)},
+};
+
+ClassRow rowOf(qvClass code) {
+    const auto* const row = std::ranges::find(kClasses, code, &ClassRow::code);
+    return row != std::end(kClasses) ? *row : ClassRow{code, "", 0};
 }
 
 }  // namespace
 
 const char* nameOfClass(qvClass classCode) {
-    switch (classCode) {
-        case qvClassCell:
-            return "cell";
-        case qvClassStruct:
-            return "struct";
-        case qvClassLogical:
-            return "logical";
-        case qvClassChar:
-            return "char";
-        case qvClassDouble:
-            return "double";
-    }
-    return "";
+    return rowOf(classCode).name;
+}
+
+void FreeArray::operator()(qvArray* array) const noexcept {
+    delete array->fields();
+    std::free(array);
 }
 
 }  // namespace zephra
 
-qvArray* qvArray::create(zephra::ArrayMemory& memory, qvClass classCode, qvComplexity complexity,
-                         zephra::Dimensions dimensions, zephra::FieldTable* fields,
-                         std::size_t largestPayload) noexcept {
+zephra::OwnedArray qvArray::create(qvClass classCode, qvComplexity complexity,
+                                   zephra::Dimensions dimensions,
+                                   std::unique_ptr<zephra::FieldTable> fields,
+                                   std::size_t largestPayload) noexcept {
+    const std::size_t parts = complexity == qvComplex ? 2 : 1;
     std::size_t payload = 0;
     if (!zephra::multiply(dimensions, &payload) ||
         (fields != nullptr && __builtin_mul_overflow(payload, fields->size(), &payload)) ||
-        __builtin_mul_overflow(payload, zephra::bytesPerElement(classCode, complexity), &payload) ||
+        __builtin_mul_overflow(payload, parts * zephra::rowOf(classCode).elementBytes, &payload) ||
         payload > largestPayload) {
         return nullptr;
     }
@@ -60,18 +58,44 @@ qvArray* qvArray::create(zephra::ArrayMemory& memory, qvClass classCode, qvCompl
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         return nullptr;
     }
-    void* const block = memory.allocate(header + payload);
+    // calloc clears no page that comes fresh from the system.
+    void* const block = std::calloc(1, header + payload);
     if (block == nullptr) {
         return nullptr;
     }
     auto* const array = new (block) qvArray(classCode, dimensions);
     if (fields != nullptr) {
-        *static_cast<zephra::FieldTable**>(array->data()) = fields;
+        *static_cast<zephra::FieldTable**>(array->data()) = fields.release();
     }
-    return array;
+    return zephra::OwnedArray(array);
 }
 
-bool qvArray::isAncestorOf(const qvArray& other) const {
+qvArray::qvArray(qvClass classCode, zephra::Dimensions dimensions)
+    : dimensionCount_(static_cast<std::uint8_t>(dimensions.size())),
+      classCode_(static_cast<std::uint8_t>(classCode)) {
+    std::ranges::copy(dimensions, reinterpret_cast<std::size_t*>(this + 1));
+}
+
+std::span<qvArray*> qvArray::places() const {
+    auto* const first = static_cast<qvArray**>(data());
+    switch (classCode()) {
+        case qvClassCell:
+            return {first, size()};
+        case qvClassStruct:
+            return {first + 1, size() * fields()->size()};
+        default:
+            return {};
+    }
+}
+
+bool qvArray::contains(const qvArray& other) const {
+    if (this == &other) {
+        return true;
+    }
+    // Spares the walk when a deep value is built from the outside: there each new array is empty.
+    if (!hasStored_) {
+        return false;
+    }
     const qvArray* ancestor = other.link_;
     while (ancestor != nullptr && ancestor != this) {
         ancestor = ancestor->link_;
@@ -79,16 +103,14 @@ bool qvArray::isAncestorOf(const qvArray& other) const {
     return ancestor != nullptr;
 }
 
-// An array that left needs no parent: the links are the queue of those still to be looked at, so
-// the depth to which arrays nest does not matter.
-std::size_t qvArray::leaveCall(bool asResult) {
-    std::size_t count = 0;
+// An array that left needs no parent: the links are the queue of those still to be visited, so the
+// depth to which arrays nest does not matter.
+void qvArray::leaveCall(zephra::ArrayState state) {
     qvArray* last = this;
     link_ = nullptr;
     for (qvArray* array = this; array != nullptr; array = array->link_) {
-        ++count;
         array->call_ = 0;
-        array->isResult_ = asResult ? 1 : 0;
+        array->state_ = state;
         for (qvArray* const stored : array->places()) {
             if (stored != nullptr) {
                 stored->link_ = nullptr;
@@ -97,5 +119,4 @@ std::size_t qvArray::leaveCall(bool asResult) {
             }
         }
     }
-    return count;
 }

@@ -1,9 +1,9 @@
 // The host value behind the opaque handle.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <type_traits>
 
@@ -14,24 +14,35 @@
 
 namespace zephra {
 
-class ArrayMemory;
-
 /// "double", "char", "cell", "struct" or "logical"; "" for any other code.
 [[nodiscard]] const char* nameOfClass(qvClass classCode);
+
+/// Frees an array and its fields, but none of the arrays that are stored in it.
+struct FreeArray {
+    void operator()(qvArray* array) const noexcept;
+};
+using OwnedArray = std::unique_ptr<qvArray, FreeArray>;
+
+enum class ArrayState : std::uint8_t {
+    made,      ///< by the module
+    argument,  ///< made by the host; the module may only read it
+    replaced,  ///< removed from the place it was stored in; gone for the module
+    returned,  ///< part of the output
+};
 
 }  // namespace zephra
 
 /// One array: this header, its dimensions and its elements in a single block, because a result may
-/// hold millions of scalars and short strings. It ends with the memory it is in.
+/// contain millions of scalars and short strings.
 struct qvArray final {
 public:
-    /// An array in `memory` with every element zero or empty. `fields` are those of a structure
-    /// array, which must outlive it, and null for any other class. Null when the elements are too
-    /// many or take more than `largestPayload` bytes, or when memory is exhausted.
-    [[nodiscard]] static qvArray* create(zephra::ArrayMemory& memory, qvClass classCode,
-                                         qvComplexity complexity, zephra::Dimensions dimensions,
-                                         zephra::FieldTable* fields,
-                                         std::size_t largestPayload) noexcept;
+    /// An array with every element zero or empty. `fields` are those of a structure array, and null
+    /// for any other class. Null when the elements are too many or take more than `largestPayload`
+    /// bytes, or when memory is exhausted.
+    [[nodiscard]] static zephra::OwnedArray create(qvClass classCode, qvComplexity complexity,
+                                                   zephra::Dimensions dimensions,
+                                                   std::unique_ptr<zephra::FieldTable> fields,
+                                                   std::size_t largestPayload) noexcept;
 
     [[nodiscard]] qvClass classCode() const { return static_cast<qvClass>(classCode_); }
     [[nodiscard]] zephra::Dimensions dimensions() const {
@@ -56,78 +67,47 @@ public:
     }
     /// The places for other arrays: the cells, or the fields of element 0, then those of element
     /// 1, and so on. Empty for any other class.
-    [[nodiscard]] std::span<qvArray*> places() const {
-        auto* const first = static_cast<qvArray**>(data());
-        if (const zephra::FieldTable* const names = fields()) {
-            return {first + 1, size() * names->size()};
-        }
-        return {first, classCode() == qvClassCell ? size() : 0};
+    [[nodiscard]] std::span<qvArray*> places() const;
+    /// The place of field `field` of element `element`, both of which a structure array must have.
+    [[nodiscard]] qvArray*& place(std::size_t element, std::size_t field) const {
+        return static_cast<qvArray**>(data())[1 + element * fields()->size() + field];
     }
 
-    /// The place of a field of element `element`, which a structure array must have; null when
-    /// there is no such field.
-    [[nodiscard]] qvArray** findPlace(std::size_t element, const char* fieldName) const {
-        zephra::FieldTable& names = *fields();
-        const std::size_t field = names.findNext(fieldName);
-        return field != zephra::FieldTable::kNone
-                   ? static_cast<qvArray**>(data()) + 1 + element * names.size() + field
-                   : nullptr;
+    /// The number of the call that this array was made for; 0 once it left that call.
+    [[nodiscard]] std::uint32_t call() const { return call_; }
+    [[nodiscard]] zephra::ArrayState state() const { return state_; }
+    /// Makes this array, a new one, belong to a running call as `state`.
+    void joinCall(std::uint32_t call, zephra::ArrayState state) {
+        call_ = call;
+        state_ = state;
     }
 
-    /// The number of the running call that this array belongs to; 0 once it left that call.
-    [[nodiscard]] std::uint64_t call() const { return call_; }
-    void setCall(std::uint64_t call) { call_ = call & kCallMask; }
-    /// True for an argument of the call, which the module may only read.
-    [[nodiscard]] bool isArgument() const { return isArgument_ != 0; }
-    void setArgument() { isArgument_ = 1; }
-    /// True once it left its call as part of the result.
-    [[nodiscard]] bool isResult() const { return isResult_ != 0; }
-
-    /// The array that this one is stored in; null when it is stored nowhere. Of no array that left
-    /// its call.
+    /// The array that this one is stored in, if any. Only for arrays of a running call.
     [[nodiscard]] const qvArray* parent() const { return link_; }
     /// Puts `value`, which is stored nowhere, into `place`, an empty one of `places()`.
     void store(qvArray*& place, qvArray& value) {
         place = &value;
         value.link_ = this;
-        hasStored_ = 1;
+        hasStored_ = true;
     }
     /// True when `other` is this array or is stored below it, at any depth.
-    [[nodiscard]] bool holds(const qvArray& other) const {
-        // Most values are filled before they are stored, or never hold anything: no walk for those.
-        return this == &other || (hasStored_ != 0 && isAncestorOf(other));
-    }
-    /// Takes this array and all that is stored below it out of their call, be it `asResult` or
-    /// because another value replaced this one. Gives their number.
-    std::size_t leaveCall(bool asResult);
+    [[nodiscard]] bool contains(const qvArray& other) const;
+    /// Takes this array and all that is stored below it out of their call, as `state`.
+    void leaveCall(zephra::ArrayState state);
 
 private:
-    qvArray(qvClass classCode, zephra::Dimensions dimensions)
-        : dimensionCount_(static_cast<std::uint8_t>(dimensions.size())),
-          classCode_(static_cast<unsigned>(classCode) & 0xF) {
-        auto* const own = reinterpret_cast<std::size_t*>(this + 1);
-        own[0] = dimensions[0];
-        own[1] = dimensions[1];
-        if (dimensions.size() > 2) {
-            std::ranges::copy(dimensions, own);
-        }
-    }
-    [[nodiscard]] bool isAncestorOf(const qvArray& other) const;
+    qvArray(qvClass classCode, zephra::Dimensions dimensions);
 
-    static constexpr std::uint64_t kCallMask = (std::uint64_t{1} << 48) - 1;
-
-    // Behind this header: the dimensions, then in a structure array the address of its fields, then
-    // the elements.
-    qvArray* link_ = nullptr;  // the parent; once it left its call, what left after it
-    std::uint64_t call_ : 48 = 0;
-    std::uint64_t dimensionCount_ : 8;
-    std::uint64_t classCode_ : 4;
-    std::uint64_t isArgument_ : 1 = 0;
-    std::uint64_t hasStored_ : 1 = 0;  // something was stored in it, at some time
-    std::uint64_t isResult_ : 1 = 0;
+    // Behind this header: the dimensions, then in a structure array the address of its fields,
+    // which it owns, then the elements.
+    qvArray* link_ = nullptr;  // the parent; once it left its call, the array that left after it
+    std::uint32_t call_ = 0;
+    std::uint8_t dimensionCount_;
+    std::uint8_t classCode_;
+    zephra::ArrayState state_ = zephra::ArrayState::made;
+    bool hasStored_ = false;  // something was stored in it, at some time
 };
 
-// There may be as many as a file has entries, and more.
 static_assert(sizeof(qvArray) == 16);
 static_assert(sizeof(qvArray) % alignof(double) == 0);
 static_assert(std::is_trivially_destructible_v<qvArray>);

@@ -1,14 +1,13 @@
-// The blocks that a module holds.
+// The blocks that a module has allocated.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <unordered_map>
+#include <vector>
 
 namespace zephra {
 
-/// Owns blocks of memory, without a header in them, so that memory checkers see both ends of each
-/// one. Most modules free a block soon after they asked for it, so the newest are looked at first.
+/// Owns blocks of memory. It adds no header to them, so that memory checkers see both ends of each
+/// block.
 class BlockLedger {
 public:
     BlockLedger() = default;
@@ -18,12 +17,12 @@ public:
 
     /// A new block of `size` bytes; null when memory is exhausted.
     [[nodiscard]] void* allocate(std::size_t size) noexcept;
-    /// Frees a block; false when `block` is none. Compares addresses only, so it may be any
-    /// pointer.
+    /// Frees a block; false when the ledger has no such block. Compares addresses only, so `block`
+    /// may be any pointer.
     [[nodiscard]] bool release(void* block);
 
-    [[nodiscard]] std::size_t count() const { return newCount_ + old_.size(); }
-    /// Their sizes as requested, added up.
+    [[nodiscard]] std::size_t count() const { return blocks_.size(); }
+    /// The sum of their sizes as requested.
     [[nodiscard]] std::size_t bytes() const;
 
 private:
@@ -32,12 +31,7 @@ private:
         std::size_t size;
     };
 
-    [[nodiscard]] bool moveOldestAway() noexcept;
-    void drop(std::size_t index);
-
-    std::array<Block, 8> new_{};
-    std::size_t newCount_ = 0;
-    std::unordered_map<void*, Block> old_;  // by their addresses
+    std::vector<Block> blocks_;  // the newest last
 };
 
 }  // namespace zephra

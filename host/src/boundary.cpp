@@ -21,10 +21,10 @@ struct Free {
     void operator()(char* text) const noexcept { std::free(text); }
 };
 
-/// Type of the exception being handled, in the words of the source; "" where it is unknown.
+/// Type of the current exception, as written in source code; "" when it is unknown.
 std::string nameOfCurrentException() {
     if (!std::current_exception()) {
-        return {};  // it comes from another language, and has no type that could be asked for
+        return {};  // it comes from another language and has no type of C++
     }
     const std::type_info* const type = abi::__cxa_current_exception_type();
     int status = 0;
@@ -58,7 +58,7 @@ std::optional<Message> runModule(const std::function<void()>& module) {
     } catch (const std::exception& exception) {
         return foreignException(exception.what());
     } catch (abi::__forced_unwind&) {
-        throw;  // the thread is being ended; to swallow this would end the process
+        throw;  // the thread is exiting; to swallow this would end the process
     } catch (...) {
         return foreignException(nullptr);
     }

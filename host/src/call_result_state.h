@@ -1,22 +1,20 @@
-// What a `CallResult` holds.
+// The members of a `CallResult`.
 #pragma once
 
-#include <forward_list>
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "zephra/host/call_result.h"
 
-#include "array_memory.h"
-#include "field_table.h"
+#include "array.h"
 
 namespace zephra {
 
 class CallResult::State {
 public:
-    ArrayMemory arrays;
-    std::forward_list<FieldTable> fieldTables;  // of the arrays, by their addresses
+    std::deque<OwnedArray> arrays;  // of the call while it runs, of the output afterwards
     const qvArray* output = nullptr;
     std::vector<Message> warnings;
     std::optional<Message> error;

@@ -9,18 +9,26 @@ namespace zephra {
 /// At least two.
 using Dimensions = std::span<const std::size_t>;
 
-inline constexpr std::size_t kMostDimensions = 255;
+inline constexpr std::size_t kMaxDimensions = 255;
 
 /// Sets `product`; false when it overflows.
-[[nodiscard]] bool multiply(Dimensions dimensions, std::size_t* product);
+[[nodiscard]] inline bool multiply(Dimensions dimensions, std::size_t* product) {
+    bool isEmpty = false;
+    bool overflows = false;
+    *product = 1;
+    for (const std::size_t dimension : dimensions) {
+        isEmpty = isEmpty || dimension == 0;
+        overflows = __builtin_mul_overflow(*product, dimension, product) || overflows;
+    }
+    // A zero anywhere makes the array empty, however large the other dimensions are.
+    return isEmpty || !overflows;
+}
 
-/// The product when it is known not to overflow.
-[[nodiscard]] std::size_t productOfMany(Dimensions dimensions);
-
-/// The same; nearly all arrays have two dimensions.
+/// The product of dimensions that `multiply` accepted.
 [[nodiscard]] inline std::size_t productOf(Dimensions dimensions) {
-    const std::size_t* const first = dimensions.data();
-    return dimensions.size() == 2 ? first[0] * first[1] : productOfMany(dimensions);
+    std::size_t product = 0;
+    static_cast<void>(multiply(dimensions, &product));
+    return product;
 }
 
 }  // namespace zephra

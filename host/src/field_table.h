@@ -2,66 +2,37 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <limits>
-#include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace zephra {
 
-/// Field names in creation order, found by name in constant time unless many differ in their middle
-/// alone. One table serves all elements of a structure array. Of two fields with one name, the name
-/// finds the first.
+/// Field names in creation order; one table serves all elements of a structure array. When several
+/// fields have the same name, the name finds the first of them.
 class FieldTable {
 public:
     /// Copies `names`, none of which may be null. Throws std::bad_alloc.
     explicit FieldTable(std::span<const char* const> names);
 
-    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] std::size_t size() const { return names_.size(); }
     /// Name of field `index`, which must be less than `size()`.
-    [[nodiscard]] std::string_view name(std::size_t index) const {
-        return {&text_[fields_[index].begin], fields_[index + 1].begin - fields_[index].begin - 1};
-    }
+    [[nodiscard]] std::string_view name(std::size_t index) const { return names_[index]; }
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
-    /// As `find`, for names that come in the same order again and again, element by element: what
-    /// followed the last name is looked at first. `kNone` for a name that is none. Not for several
-    /// threads at once.
-    [[nodiscard]] std::size_t findNext(const char* name) {
-        const std::size_t likely = last_ < size_ ? fields_[last_].successor : 0;
-        if (likely < size_ && std::strcmp(&text_[fields_[likely].begin], name) == 0) {
-            last_ = likely;
-            return likely;
-        }
-        return findAnew(name);
-    }
-    static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+    /// As `find`, but begins after the field found last: modules store the fields of an element in
+    /// creation order, more or less. Not for several threads at once.
+    [[nodiscard]] std::optional<std::size_t> findNext(std::string_view name);
 
 private:
-    struct Field {
-        std::size_t begin;      // of its name in `text_`
-        std::size_t successor;  // the field whose name was asked for after this one
-    };
-    struct Slot {
-        std::uint32_t field = 0;  // its index + 1; 0 where the slot is free
-        std::uint32_t hash = 0;
-    };
+    [[nodiscard]] std::optional<std::size_t> findIn(std::size_t begin, std::size_t end,
+                                                    std::string_view name) const;
 
-    [[nodiscard]] std::size_t findAnew(const char* name);
-    /// The slot that holds a name, or the free one where it belongs.
-    [[nodiscard]] std::size_t slotOf(std::string_view wanted, std::uint32_t hash) const;
-
-    // Three small blocks in all, where a map would take one for each name of each of a million
-    // structures.
-    std::size_t size_;
-    std::unique_ptr<Field[]> fields_;  // and one more, where `text_` ends
-    std::unique_ptr<char[]> text_;     // all names, each with its NUL
-    std::size_t slotCount_;
-    std::unique_ptr<Slot[]> slots_;  // open addressing, at most half full
-    std::size_t last_ = 0;
+    std::vector<std::string> names_;
+    bool namesAreUnique_;
+    std::size_t next_ = 0;  // at most `size()`
 };
 
 }  // namespace zephra

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 #include <new>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "array.h"
-#include "array_memory.h"
 #include "boundary.h"
 #include "call.h"
 #include "field_table.h"
@@ -18,55 +18,50 @@ namespace zephra {
 
 namespace {
 
-/// Makes the array of an argument. What the host grants itself has no limit but memory.
-class ArgumentMaker {
-public:
-    ArgumentMaker(ArrayMemory& memory, FieldTable& noFields)
-        : memory_(memory), noFields_(noFields) {}
-
-    qvArray* operator()(const std::string& bytes) const {
-        qvArray* const array = make(qvClassChar, {1, bytes.size()});
-        std::ranges::transform(bytes, array->elements<qvChar>().begin(),
-                               [](char byte) { return static_cast<unsigned char>(byte); });
-        return array;
+/// An array of an argument, limited only by memory.
+OwnedArray makeArray(qvClass classCode, const std::array<std::size_t, 2>& dimensions) {
+    std::unique_ptr<FieldTable> fields;
+    if (classCode == qvClassStruct) {
+        fields = std::make_unique<FieldTable>(std::span<const char* const>());
     }
-    qvArray* operator()(double number) const {
-        qvArray* const array = make(qvClassDouble, {1, 1});
-        array->elements<double>().front() = number;
-        return array;
+    OwnedArray array = qvArray::create(classCode, qvReal, dimensions, std::move(fields),
+                                       std::numeric_limits<std::size_t>::max());
+    if (array == nullptr) {
+        throw std::bad_alloc();
     }
-    qvArray* operator()(EmptyArgument argument) const { return make(argument.classCode, {0, 0}); }
+    return array;
+}
 
-private:
-    [[nodiscard]] qvArray* make(qvClass classCode,
-                                const std::array<std::size_t, 2>& dimensions) const {
-        FieldTable* const fields = classCode == qvClassStruct ? &noFields_ : nullptr;
-        qvArray* const array = qvArray::create(memory_, classCode, qvReal, dimensions, fields,
-                                               std::numeric_limits<std::size_t>::max());
-        if (array == nullptr) {
-            throw std::bad_alloc();
-        }
-        return array;
-    }
+OwnedArray arrayOf(const std::string& bytes) {
+    OwnedArray array = makeArray(qvClassChar, {1, bytes.size()});
+    std::ranges::transform(bytes, array->elements<qvChar>().begin(),
+                           [](char byte) { return static_cast<unsigned char>(byte); });
+    return array;
+}
 
-    ArrayMemory& memory_;
-    FieldTable& noFields_;
-};
+OwnedArray arrayOf(double number) {
+    OwnedArray array = makeArray(qvClassDouble, {1, 1});
+    array->elements<double>().front() = number;
+    return array;
+}
+
+OwnedArray arrayOf(EmptyArgument argument) {
+    return makeArray(argument.classCode, {0, 0});
+}
 
 }  // namespace
 
 Host::Host(Settings settings) : settings_(settings) {}
 
 CallResult Host::call(const EntryPoint& entryPoint, std::span<const Argument> arguments) const {
-    ArrayMemory memory;
-    FieldTable noFields({});
-    std::vector<qvArray*> made;
+    std::vector<OwnedArray> made;
+    std::vector<const qvArray*> inputs;
     for (const Argument& argument : arguments) {
-        made.push_back(std::visit(ArgumentMaker(memory, noFields), argument));
+        made.push_back(std::visit([](const auto& value) { return arrayOf(value); }, argument));
+        inputs.push_back(made.back().get());
     }
 
     Call call(settings_, made);
-    std::vector<const qvArray*> inputs(made.begin(), made.end());
     qvArray* output = nullptr;
     std::optional<Message> error;
     {

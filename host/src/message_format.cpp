@@ -15,14 +15,14 @@ namespace {
 
 /// One conversion of a format, such as "%-5.3lu".
 struct Conversion {
-    std::string flags;
+    std::string_view flags;
     int width = 0;
     int precision = -1;       // -1: none given
     std::string_view length;  // "", "l", "ll" or "z"
     char letter = '\0';
 };
 
-/// Reads a conversion; each step takes what it knows from the front of the text.
+/// Reads a conversion; each step removes its part from the front of the text.
 class ConversionReader {
 public:
     /// `text` begins after the '%'.
@@ -56,15 +56,10 @@ private:
         return found;
     }
 
-    std::string takeFlags() {
-        std::string flags;
-        for (; !rest_.empty() &&
-               std::string_view("-+ #0").find(rest_.front()) != std::string_view::npos;
-             rest_.remove_prefix(1)) {
-            if (flags.find(rest_.front()) == std::string::npos) {
-                flags += rest_.front();
-            }
-        }
+    std::string_view takeFlags() {
+        const std::size_t count = std::min(rest_.find_first_not_of("-+ #0"), rest_.size());
+        const std::string_view flags = rest_.substr(0, count);
+        rest_.remove_prefix(count);
         return flags;
     }
 
@@ -72,7 +67,7 @@ private:
         int number = 0;
         for (; !rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9';
              rest_.remove_prefix(1)) {
-            number = std::min(number * 10 + (rest_.front() - '0'), kLargestWidth);
+            number = std::min(number * 10 + (rest_.front() - '0'), kMaxWidth);
         }
         return number;
     }
@@ -98,7 +93,7 @@ public:
     ~Formatter() { va_end(arguments_); }
 
     std::string format(std::string_view text) {
-        while (!text.empty() && out_.size() < kLongestFormatted) {
+        while (!text.empty() && out_.size() < kMaxFormattedLength) {
             const std::size_t plain = std::min(text.find('%'), text.size());
             out_ += text.substr(0, plain);
             text.remove_prefix(plain);
@@ -106,12 +101,12 @@ public:
                 text = convert(text);
             }
         }
-        out_.resize(std::min(out_.size(), kLongestFormatted));
+        out_.resize(std::min(out_.size(), kMaxFormattedLength));
         return std::move(out_);
     }
 
 private:
-    /// Prints the conversion at the front of `text`; gives what is left to interpret.
+    /// Prints the conversion at the front of `text`; returns what is left to interpret.
     std::string_view convert(std::string_view text) {
         ConversionReader reader(text.substr(1));
         const std::optional<Conversion> conversion = reader.read();
@@ -146,7 +141,7 @@ private:
     void printString(Conversion conversion) {
         const char* const string = va_arg(arguments_, const char*);
         if (conversion.precision < 0) {
-            conversion.precision = kLongestFormatted;
+            conversion.precision = kMaxFormattedLength;
         }
         print(conversion, "", string != nullptr ? string : "(null)");
     }
@@ -174,7 +169,8 @@ private:
     /// `length` is the one of `argument`, which may be wider than what was passed.
     template <class Argument>
     void print(const Conversion& conversion, const char* length, Argument argument) {
-        const std::string format = '%' + conversion.flags + "*.*" + length + conversion.letter;
+        const std::string format =
+            '%' + std::string(conversion.flags) + "*.*" + length + conversion.letter;
         const auto printTo = [&](char* buffer, std::size_t room) {
             return std::snprintf(buffer, room, format.c_str(), conversion.width,
                                  conversion.precision, argument);
@@ -221,7 +217,7 @@ std::string formatMessage(const char* format, std::va_list arguments) {
     }
     // Without a conversion there is nothing to format, and no need to find out where the text is.
     const std::string_view text(format);
-    if (text.find('%') == std::string_view::npos && text.size() <= kLongestFormatted) {
+    if (text.find('%') == std::string_view::npos && text.size() <= kMaxFormattedLength) {
         return format;
     }
     return isLiteral(format) ? Formatter(arguments).format(format) : format;

@@ -7,25 +7,24 @@
 
 namespace zephra {
 
-/// Longest text that conversions may produce; more is cut off.
-constexpr std::size_t kLongestFormatted = std::size_t{64} * 1024;
+/// Length at which formatted text is cut off.
+constexpr std::size_t kMaxFormattedLength = std::size_t{64} * 1024;
 /// Largest width and precision of a conversion; a larger one counts as this.
-constexpr int kLargestWidth = 1024;
+constexpr int kMaxWidth = 1024;
 
 /// The text that a module sends with `format` and `arguments`.
 ///
 /// Modules send two kinds of formats: string literals, which come with the arguments that they
-/// name, and finished texts, composed at run time from what a file holds, which come with none. In
-/// a finished text a '%' is a percent sign. To read an argument for it would hand the memory of
-/// this process to whoever wrote the file; "%n" would even let them write to it. A literal is known
-/// by its place: it lies in a read-only segment of the program or of a loaded library, where
-/// nothing composed at run time can be. So only there are conversions honoured.
+/// name, and finished texts, composed at run time from the content of a file, which come with none.
+/// In a finished text a '%' is a percent sign. To read an argument for it would let a file read the
+/// memory of this process, and with "%n" write to it. A literal is recognised by its place: it lies
+/// in a read-only segment of the program or of a loaded library, where nothing composed at run time
+/// can be. Conversions are interpreted only there.
 ///
 /// The conversions are %s %c %d %i %u %x %f %g and %%, with the flags "-+ #0", a width and a
 /// precision in digits, and the lengths l, ll and z for integers. A null string prints "(null)".
-/// Anything else after a '%' is printed as it stands, and so is the rest of the text: the arguments
-/// that belong to it can no longer be told. A null format is an empty text. May throw
-/// std::bad_alloc.
+/// Anything else after a '%' is printed as it is, and so is the rest of the text, since it is
+/// unknown which arguments belong to it. A null format is an empty text. May throw std::bad_alloc.
 [[nodiscard]] std::string formatMessage(const char* format, std::va_list arguments);
 
 }  // namespace zephra

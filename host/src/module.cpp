@@ -13,13 +13,13 @@ std::string quoted(const std::filesystem::path& path) {
     return '\'' + path.string() + '\'';
 }
 
-// The system's sentence about the failure that just happened.
+// The loader's message about its last failure.
 std::string loaderSentence() {
     const char* const sentence = dlerror();
     return sentence != nullptr ? sentence : "unknown failure";
 }
 
-// Refuses what can be told from the file's type: to open a pipe, for one, could wait forever.
+// Rejects all but regular files: to open a pipe could block forever.
 void requireRegularFile(const std::filesystem::path& path) {
     std::error_code failure;
     switch (std::filesystem::status(path, failure).type()) {

@@ -1,6 +1,7 @@
-// Storing, inspection and memory functions of the host interface. Outside of any call nothing is
-// stored and no memory is given, but arrays of a result may be read.
+// Storing, inspection and memory functions of the host interface. Outside of any call they store
+// nothing and return no memory, but they read arrays of a result.
 #include <algorithm>
+#include <optional>
 #include <span>
 
 #include "zephra/qv.h"
@@ -38,9 +39,9 @@ void qvSetField(qvArray* structure, size_t index, const char* name, qvArray* val
         call->noteMisuse("qvSetField", "no field name is given");
         return;
     }
-    // A module may offer values for fields that it did not ask for: they find no place.
-    if (qvArray** const place = structure->findPlace(index, name)) {
-        call->store("qvSetField", *structure, *place, value);
+    // A name that the structure does not have is no misuse.
+    if (const std::optional<std::size_t> field = structure->fields()->findNext(name)) {
+        call->store("qvSetField", *structure, structure->place(index, *field), value);
     }
 }
 

@@ -5,21 +5,25 @@
 #include <cstring>
 #include <exception>
 #include <limits>
+#include <memory>
 #include <span>
+#include <utility>
 
 #include "zephra/qv.h"
 
 #include "call.h"
 #include "dimensions.h"
+#include "field_table.h"
 
 namespace {
 
 using zephra::Call;
 using zephra::Dimensions;
+using zephra::FieldTable;
 
 constexpr std::array<std::size_t, 2> kOneElement{1, 1};
 
-// Runs `make` for the current call and turns every failure to NULL: the functions are C.
+// Runs `make` for the current call. Returns NULL for every failure, since the functions are C.
 template <class Make>
 qvArray* create(Make make) noexcept {
     Call* const call = Call::current();
@@ -33,24 +37,18 @@ qvArray* create(Make make) noexcept {
     }
 }
 
-// Runs `make` for the dimensions that are given: none make 0 x 0, one makes n x 1. Null when they
-// are missing or too many.
-template <class Make>
-qvArray* createOf(size_t ndim, const size_t* dims, Make make) {
-    if (ndim == 0) {
-        return make(std::array<std::size_t, 2>{});
-    }
-    if (dims == nullptr || ndim > zephra::kMostDimensions) {
+qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim, const size_t* dims,
+                  std::unique_ptr<FieldTable> fields = nullptr) {
+    if (ndim > zephra::kMaxDimensions || (ndim > 0 && dims == nullptr)) {
         return nullptr;
     }
-    return ndim == 1 ? make(std::array<std::size_t, 2>{*dims, 1}) : make(Dimensions(dims, ndim));
-}
-
-qvArray* createOf(Call& call, qvClass cls, qvComplexity complexity, size_t ndim,
-                  const size_t* dims) {
-    return createOf(ndim, dims, [&](Dimensions dimensions) {
-        return call.createArray(cls, complexity, dimensions);
-    });
+    // No dimensions make 0 x 0, one makes n x 1.
+    std::array<std::size_t, 2> matrix{};
+    if (ndim == 1) {
+        matrix = {*dims, 1};
+    }
+    const Dimensions dimensions = ndim < 2 ? Dimensions(matrix) : Dimensions(dims, ndim);
+    return call.createArray(cls, complexity, dimensions, std::move(fields));
 }
 
 bool isNumeric(qvClass cls) {
@@ -117,9 +115,8 @@ qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
             call.noteMisuse("qvCreateStructArray", "a field name is missing");
             return nullptr;
         }
-        return createOf(ndim, dims, [&](Dimensions dimensions) {
-            return call.createStruct(dimensions, names);
-        });
+        return createOf(call, qvClassStruct, qvReal, ndim, dims,
+                        std::make_unique<FieldTable>(names));
     });
 }
 

@@ -17,7 +17,7 @@ zephra::Message makeMessage(const char* identifier, const char* format, std::va_
 
 }  // namespace
 
-// Outside of any call there is no one to tell, but the caller still counts on not coming back.
+// Also outside of any call it must not return.
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is variadic
 void qvxErrMsgIdAndTxt(const char* identifier, const char* format, ...) {
     std::va_list arguments;

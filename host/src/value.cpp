@@ -75,11 +75,8 @@ std::optional<std::size_t> Value::fieldIndex(std::string_view name) const {
 }
 
 Value Value::field(std::size_t element, std::size_t index) const {
-    const std::size_t count = fieldCount();
-    if (element >= size() || index >= count) {
-        return {};
-    }
-    return Value(array_->places()[element * count + index]);
+    return element < size() && index < fieldCount() ? Value(array_->place(element, index))
+                                                    : Value();
 }
 
 Value Value::field(std::size_t element, std::string_view name) const {

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
-#include <sys/mman.h>
 
 #include "faults/injection.h"
 
@@ -13,8 +12,6 @@ extern "C" {
 void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);
 void __real_free(void* block);
-void* __real_mmap(void* place, std::size_t size, int protection, int flags, int file, off_t offset);
-int __real_munmap(void* block, std::size_t size);
 
 void* __wrap_malloc(std::size_t size);
 void* __wrap_malloc(std::size_t size) {
@@ -42,27 +39,6 @@ void __wrap_free(void* block);
 void __wrap_free(void* block) {
     veltrace::test::detail::noteFreed(block);
     __real_free(block);
-}
-
-void* __wrap_mmap(void* place, std::size_t size, int protection, int flags, int file, off_t offset);
-void* __wrap_mmap(void* place, std::size_t size, int protection, int flags, int file,
-                  off_t offset) {
-    using namespace veltrace::test::detail;
-    if (file != -1) {
-        std::abort();  // files are read, not mapped: this would be a request of another kind
-    }
-    if (isRefused(veltrace::test::Request::memory)) {
-        return MAP_FAILED;
-    }
-    void* const block = __real_mmap(place, size, protection, flags, file, offset);
-    noteBlock(block == MAP_FAILED ? nullptr : block);
-    return block;
-}
-
-int __wrap_munmap(void* block, std::size_t size);
-int __wrap_munmap(void* block, std::size_t size) {
-    veltrace::test::detail::noteFreed(block);
-    return __real_munmap(block, size);
 }
 
 }  // extern "C"

@@ -8,13 +8,13 @@
 
 #include "run.h"
 
-namespace trouble {
-class Tantrum {};
-class Sulk : public std::exception {
+namespace foreign {
+class Plain {};
+class WithoutText : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return nullptr; }
 };
-}  // namespace trouble
+}  // namespace foreign
 
 namespace zephra {
 namespace {
@@ -38,7 +38,7 @@ TEST(Arguments, ArriveInOrderAndClass) {
     EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
-TEST(Arguments, ComeWithOneOutputAskedFor) {
+TEST(Arguments, ComeWithOneRequestedOutput) {
     int seenOutputs = -1;
     int seenInputs = -1;
     static_cast<void>(Host().call(
@@ -67,16 +67,16 @@ TEST(Warnings, ArriveInOrderWithTheirNewlines) {
 
 TEST(Errors, EndTheCallAndRunDestructors) {
     bool destroyed = false;
-    bool cameBack = false;
+    bool returned = false;
     const CallResult result = run([&](qvArray*& /*output*/) {
         const std::unique_ptr<bool, void (*)(bool*)> guard(&destroyed,
                                                            [](bool* flag) { *flag = true; });
         qvxWarnMsgIdAndTxt("a:warning", "before");
         qvxErrMsgIdAndTxt("a:error", "%d of %s\n", 3, "four");
-        cameBack = true;
+        returned = true;
     });
     EXPECT_TRUE(destroyed);
-    EXPECT_FALSE(cameBack);
+    EXPECT_FALSE(returned);
     EXPECT_EQ(result.error(), (Message{"a:error", "3 of four\n"}));
     EXPECT_THAT(result.warnings(), ElementsAre(Message{"a:warning", "before"}));
 }
@@ -92,7 +92,7 @@ TEST(Errors, AreNotCaughtByHandlersOfStandardExceptions) {
     EXPECT_EQ(result.error(), (Message{"a:b", "through"}));
 }
 
-TEST(Errors, PassAHandlerThatThrowsThemAgain) {
+TEST(Errors, PassAHandlerThatRethrowsThem) {
     const CallResult result = run([](qvArray*& /*output*/) {
         try {
             qvxErrMsgIdAndTxt("a:b", "again");
@@ -114,22 +114,22 @@ std::string textOfForeign(const std::function<void()>& thrower) {
     return result.error().value_or(Message{}).text;
 }
 
-TEST(ForeignExceptions, AreNamedWithWhatTheySay) {
+TEST(ForeignExceptions, AreReportedWithTypeAndText) {
     EXPECT_EQ(textOfForeign([] { throw std::runtime_error("boom"); }),
               "The module threw an exception of type std::runtime_error: boom");
     EXPECT_EQ(textOfForeign([] { throw std::bad_alloc(); }),
               "The module threw an exception of type std::bad_alloc: std::bad_alloc");
 }
 
-TEST(ForeignExceptions, AreNamedWithoutWords) {
+TEST(ForeignExceptions, AreReportedWithTypeAlone) {
     EXPECT_EQ(textOfForeign([] { throw 7; }), "The module threw an exception of type int");
-    EXPECT_EQ(textOfForeign([] { throw trouble::Tantrum(); }),
-              "The module threw an exception of type trouble::Tantrum");
-    EXPECT_EQ(textOfForeign([] { throw trouble::Sulk(); }),
-              "The module threw an exception of type trouble::Sulk");
+    EXPECT_EQ(textOfForeign([] { throw foreign::Plain(); }),
+              "The module threw an exception of type foreign::Plain");
+    EXPECT_EQ(textOfForeign([] { throw foreign::WithoutText(); }),
+              "The module threw an exception of type foreign::WithoutText");
 }
 
-TEST(ForeignExceptions, OfAnotherLanguageHaveNoName) {
+TEST(ForeignExceptions, OfAnotherLanguageHaveNoType) {
     static _Unwind_Exception exception{};
     exception.exception_class = 0x6F74686572;  // no class of C++
     exception.exception_cleanup = [](_Unwind_Reason_Code, _Unwind_Exception*) {};
@@ -142,21 +142,21 @@ TEST(ForeignExceptions, ComeFromAMissingEntryPoint) {
     EXPECT_EQ(result.error().value_or(Message{}).identifier, "ZEPHRA:host:foreignException");
 }
 
-TEST(EndingAThread, IsLeftToTheModule) {
-    bool cameBack = false;
+TEST(ThreadExit, PassesThroughTheHost) {
+    bool returned = false;
     std::thread thread([&] {
         run([](qvArray*& output) {
             output = qvCreateDoubleScalar(1);
             qvMalloc(10);
             pthread_exit(nullptr);
         });
-        cameBack = true;
+        returned = true;
     });
     thread.join();
-    EXPECT_FALSE(cameBack);
+    EXPECT_FALSE(returned);
 }
 
-TEST(NestedCalls, DoNotMix) {
+TEST(NestedCalls, AreIndependent) {
     std::vector<std::string> inner;
     const CallResult result = run([&](qvArray*& output) {
         qvxWarnMsgIdAndTxt("a:outer", "before");
@@ -184,7 +184,7 @@ TEST(NestedCalls, DoNotMix) {
     EXPECT_THAT(result.misuses(), IsEmpty());
 }
 
-TEST(NestedCalls, DoNotLendTheirArrays) {
+TEST(NestedCalls, DoNotShareArrays) {
     const CallResult result = runWith({}, {}, [](qvArray*& output, auto /*inputs*/) {
         output = makeCell({1});
         qvArray* const mine = qvCreateDoubleScalar(1);

@@ -1,4 +1,4 @@
-// Results that nest far deeper than a stack could follow.
+// Results that nest far deeper than recursion could follow.
 #include <gtest/gtest.h>
 
 #include "run.h"

@@ -1,5 +1,4 @@
-// Blocks, and what a host refuses.
-#include <cstring>
+// Limits and budgets.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -17,46 +16,13 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max();
-
-TEST(Blocks, AreWritableAndFreed) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        void* const block = qvMalloc(1000);
-        ASSERT_NE(block, nullptr);
-        std::memset(block, 0xAB, 1000);
-        qvFree(block);
-        qvFree(nullptr);
-    });
-    EXPECT_EQ(result.leftovers(), Leftovers{});
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
-
-TEST(Blocks, ThatAreLeftAreCountedWithTheirBytes) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        qvMalloc(100);
-        qvFree(qvMalloc(7));
-        qvMalloc(0);
-        qvArrayToString(qvCreateString("four"));  // five bytes with its end
-    });
-    EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 3, .blockBytes = 105, .arrays = 1}));
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
-
-TEST(Blocks, OfNoBytesAreBlocks) {
-    const CallResult result = run([](qvArray*& /*output*/) {
-        void* const block = qvMalloc(0);
-        EXPECT_NE(block, nullptr);
-        qvFree(block);
-    });
-    EXPECT_EQ(result.leftovers(), Leftovers{});
-    EXPECT_THAT(result.misuses(), IsEmpty());
-}
+constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
 
 TEST(LargestBlock, LimitsBlocks) {
     runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
         EXPECT_NE(qvMalloc(16), nullptr);
         EXPECT_EQ(qvMalloc(17), nullptr);
-        EXPECT_EQ(qvMalloc(kMost), nullptr);
+        EXPECT_EQ(qvMalloc(kMax), nullptr);
     });
 }
 
@@ -88,13 +54,16 @@ TEST(LargestBlock, DoesNotLimitArguments) {
     EXPECT_EQ(result.error(), (Message{"ZEPHRA:host:outOfMemory", "Out of memory."}));
 }
 
-TEST(ExhaustedMemory, GivesNull) {
-    runWith({.largestBlock = kMost}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
-        EXPECT_EQ(qvMalloc(kMost / 2), nullptr);
-        EXPECT_EQ(makeNumeric({kMost / 32}), nullptr);
-        EXPECT_EQ(makeCell({kMost / 32}), nullptr);
-        EXPECT_EQ(makeStruct({kMost / 32}, {"a"}), nullptr);
-    });
+TEST(ExhaustedMemory, ReturnsNull) {
+    const CallResult result =
+        runWith({.largestBlock = kMax}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+            EXPECT_EQ(qvMalloc(kMax), nullptr);
+            EXPECT_EQ(qvMalloc(kMax / 2), nullptr);
+            EXPECT_EQ(makeNumeric({kMax / 32}), nullptr);
+            EXPECT_EQ(makeCell({kMax / 32}), nullptr);
+            EXPECT_EQ(makeStruct({kMax / 32}, {"a"}), nullptr);
+        });
+    EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
 TEST(FailBlock, RefusesOneRequest) {
@@ -107,15 +76,15 @@ TEST(FailBlock, RefusesOneRequest) {
     }
 }
 
-TEST(FailBlock, MakesTextAHostError) {
-    bool cameBack = false;
+TEST(FailBlock, RaisesAHostErrorForText) {
+    bool returned = false;
     const CallResult result =
         runWith({.failBlock = 2}, {std::string("text")}, [&](qvArray*& /*output*/, auto inputs) {
             EXPECT_STREQ(qvArrayToString(inputs[0]), "text");
             qvArrayToString(inputs[0]);
-            cameBack = true;
+            returned = true;
         });
-    EXPECT_FALSE(cameBack);
+    EXPECT_FALSE(returned);
     EXPECT_EQ(result.error(), (Message{"ZEPHRA:host:outOfMemory", "Out of memory."}));
     EXPECT_EQ(result.leftovers(), (Leftovers{.blocks = 1, .blockBytes = 5}));
 }
@@ -136,7 +105,7 @@ TEST(FailArray, RefusesOneRequestOfAnyKind) {
     }
 }
 
-TEST(BlockBudget, GrantsSoManyRequests) {
+TEST(BlockBudget, LimitsRequests) {
     for (std::uint64_t budget = 1; budget <= 3; ++budget) {
         const CallResult result =
             runWith({.blockBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
@@ -150,7 +119,7 @@ TEST(BlockBudget, GrantsSoManyRequests) {
     }
 }
 
-TEST(ArrayBudget, GrantsSoManyRequestsOfAnyKind) {
+TEST(ArrayBudget, LimitsRequestsOfAnyKind) {
     for (std::uint64_t budget = 1; budget <= 4; ++budget) {
         const CallResult result =
             runWith({.arrayBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
@@ -164,7 +133,7 @@ TEST(ArrayBudget, GrantsSoManyRequestsOfAnyKind) {
     }
 }
 
-TEST(Budgets, OfZeroAreWithoutEnd) {
+TEST(Budgets, OfZeroAreUnlimited) {
     const CallResult result =
         runWith({.blockBudget = 0, .arrayBudget = 0}, {}, [](qvArray*& /*output*/, auto) {
             for (int request = 0; request < 1000; ++request) {
@@ -175,7 +144,7 @@ TEST(Budgets, OfZeroAreWithoutEnd) {
     EXPECT_EQ(result.requests(), (Requests{.blocks = 1000, .arrays = 1000}));
 }
 
-TEST(Settings, HoldForEachCallAnew) {
+TEST(Settings, ApplyToEachCallSeparately) {
     const Host host({.failBlock = 1});
     for (int call = 0; call < 2; ++call) {
         static_cast<void>(host.call(

@@ -1,4 +1,4 @@
-// Formats of messages: what is honoured, and what is only text.
+// Formats of messages: literals are interpreted, other texts are not.
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
@@ -8,7 +8,7 @@
 namespace zephra {
 namespace {
 
-// The text of the one warning that comes of `format` and `arguments`.
+// The text of the one warning that `format` and `arguments` produce.
 template <class... Arguments>
 std::string warned(const char* format, Arguments... arguments) {
     const CallResult result =
@@ -57,11 +57,11 @@ TEST(LiteralFormat, PrintsPercentSigns) {
     EXPECT_EQ(warned("100%% of %d%%", 7), "100% of 7%");
 }
 
-TEST(LiteralFormat, SurvivesAMissingString) {
+TEST(LiteralFormat, AcceptsANullString) {
     EXPECT_EQ(warned("<%s>", static_cast<const char*>(nullptr)), "<(null)>");
 }
 
-TEST(LiteralFormat, EndsAtAConversionThatItDoesNotKnow) {
+TEST(LiteralFormat, EndsAtAnUnknownConversion) {
     int written = -1;
     EXPECT_EQ(warned("%d%n%d", 1, &written, 2), "1%n%d");
     EXPECT_EQ(written, -1);
@@ -102,7 +102,7 @@ TEST(ComposedText, IsPrintedAsItStands) {
     }
 }
 
-TEST(ComposedText, IsNotConvertedEvenWithArguments) {
+TEST(ComposedText, IsNotInterpretedEvenWithArguments) {
     const std::string composed = "tag %d";
     EXPECT_EQ(warned(composed.c_str(), 5), "tag %d");
 }

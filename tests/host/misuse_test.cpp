@@ -1,4 +1,4 @@
-// What a strict host finds, and what any host survives.
+// Misuse that a strict host reports and every host survives.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ TEST(Misuse, StoringAnArrayInItself) {
         output = makeCell({1});
         qvSetCell(output, 0, output);
     });
-    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value would hold itself"));
+    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value would contain itself"));
     EXPECT_FALSE(result.output().cell(0));
 }
 
@@ -43,7 +43,7 @@ TEST(Misuse, StoringAnArrayBelowItself) {
         qvSetCell(output, 0, middle);
         qvSetCell(inner, 0, output);
     });
-    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value would hold itself"));
+    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value would contain itself"));
     EXPECT_FALSE(result.output().cell(0).field(0, "down").cell(0));
 }
 
@@ -59,7 +59,7 @@ TEST(Misuse, ReturningAStoredValue) {
     EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 2}));
 }
 
-TEST(Misuse, UsingAPointerThatIsNoArray) {
+TEST(Misuse, UsingAForeignPointer) {
     alignas(16) unsigned char junk[256] = {};
     auto* const foreign = reinterpret_cast<qvArray*>(junk);
     const CallResult result = run([&](qvArray*& output) {
@@ -72,13 +72,14 @@ TEST(Misuse, UsingAPointerThatIsNoArray) {
         EXPECT_STREQ(qvArrayToString(foreign), "");
         output = foreign;
     });
-    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value is not an array of this call",
-                                              "qvSetCell: the array is not one of this call",
-                                              "qvGetClassCode: the array is not one of this call",
-                                              "qvGetClassName: the array is not one of this call",
-                                              "qvGetData: the array is not one of this call",
-                                              "qvArrayToString: the array is not one of this call",
-                                              "outputs[0]: the array is not one of this call"));
+    EXPECT_THAT(result.misuses(),
+                ElementsAre("qvSetCell: the value does not belong to this call",
+                            "qvSetCell: the array does not belong to this call",
+                            "qvGetClassCode: the array does not belong to this call",
+                            "qvGetClassName: the array does not belong to this call",
+                            "qvGetData: the array does not belong to this call",
+                            "qvArrayToString: the array does not belong to this call",
+                            "outputs[0]: the array does not belong to this call"));
     EXPECT_FALSE(result.output());
 }
 
@@ -90,8 +91,8 @@ TEST(Misuse, UsingAnArrayOfAnEarlierCall) {
         output = makeCell({1});
         qvSetCell(output, 0, earlier);
     });
-    EXPECT_THAT(second.misuses(), ElementsAre("qvSetCell: the array is not one of this call",
-                                              "qvSetCell: the value is not an array of this call"));
+    EXPECT_THAT(second.misuses(), ElementsAre("qvSetCell: the array does not belong to this call",
+                                              "qvSetCell: the value does not belong to this call"));
     EXPECT_FALSE(first.output().cell(0));
     EXPECT_FALSE(second.output().cell(0));
 }
@@ -101,7 +102,8 @@ TEST(Misuse, ReturningTheInsideOfAnArray) {
         qvArray* const array = makeNumeric({4});
         output = reinterpret_cast<qvArray*>(qvGetData(array));
     });
-    EXPECT_THAT(result.misuses(), ElementsAre("outputs[0]: the array is not one of this call"));
+    EXPECT_THAT(result.misuses(),
+                ElementsAre("outputs[0]: the array does not belong to this call"));
     EXPECT_FALSE(result.output());
     EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 1}));
 }
@@ -118,9 +120,10 @@ TEST(Misuse, UsingAReplacedValue) {
         qvSetCell(output, 1, below);
         EXPECT_EQ(qvGetClassCode(replaced), 0);
     });
-    EXPECT_THAT(result.misuses(), ElementsAre("qvSetCell: the value is not an array of this call",
-                                              "qvSetCell: the value is not an array of this call",
-                                              "qvGetClassCode: the array is not one of this call"));
+    EXPECT_THAT(result.misuses(),
+                ElementsAre("qvSetCell: the value does not belong to this call",
+                            "qvSetCell: the value does not belong to this call",
+                            "qvGetClassCode: the array does not belong to this call"));
     EXPECT_THAT(result.output().cell(0).numbers(), ElementsAre(2));
     EXPECT_FALSE(result.output().cell(1));
 }
@@ -137,7 +140,7 @@ TEST(Misuse, ChangingOrStoringAnArgument) {
     EXPECT_THAT(result.misuses(),
                 ElementsAre("qvSetCell: an argument cannot be changed",
                             "qvSetCell: the value is an argument, which belongs to the host",
-                            "outputs[0]: the array is not one of this call"));
+                            "outputs[0]: the array does not belong to this call"));
     EXPECT_FALSE(result.output());
 }
 
@@ -214,12 +217,12 @@ TEST(Misuse, FreeingAForeignOrFreedBlock) {
         qvFree(block);
     });
     const std::string sentence =
-        "qvFree: the block is not one of this call, or it is freed already";
+        "qvFree: the block does not belong to this call, or it is already freed";
     EXPECT_THAT(result.misuses(), ElementsAre(sentence, sentence, sentence));
     EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
-TEST(Misuse, GoingOnAfterTheError) {
+TEST(Misuse, ContinuingAfterTheError) {
     const CallResult result = run([](qvArray*& output) {
         try {
             qvxErrMsgIdAndTxt("a:b", "swallowed");
@@ -228,11 +231,11 @@ TEST(Misuse, GoingOnAfterTheError) {
         }
     });
     EXPECT_THAT(result.misuses(),
-                ElementsAre("qvxErrMsgIdAndTxt: the module went on after the error"));
+                ElementsAre("qvxErrMsgIdAndTxt: the module continued after the error"));
     EXPECT_EQ(result.error(), std::nullopt);
 }
 
-TEST(LenientHost, IsNotHarmedByMisuseAndSaysNothing) {
+TEST(LenientHost, SurvivesMisuseAndReportsNothing) {
     const CallResult result =
         runWith({}, {std::string("argument")}, [](qvArray*& output, auto inputs) {
             auto* const argument = const_cast<qvArray*>(inputs[0]);

@@ -1,4 +1,4 @@
-// Modules as shared libraries. The names of the files come from the build.
+// Modules as shared libraries. The build defines the names of the files.
 #include "zephra/host/module.h"
 
 #include <filesystem>
@@ -29,7 +29,7 @@ TEST(Module, FindsTheHostFunctionsInThisProgram) {
     EXPECT_THAT(result.misuses(), IsEmpty());
 }
 
-TEST(Module, HasItsLiteralFormatsHonoured) {
+TEST(Module, HasItsLiteralFormatsInterpreted) {
     const CallResult result = callEcho({std::string("warn")});
     EXPECT_THAT(result.warnings(), ElementsAre(Message{"ZEPHRA:echo:warned", "a char is given"}));
 }
@@ -67,23 +67,23 @@ std::string loadError(const std::filesystem::path& path) {
     return "loaded";
 }
 
-TEST(LoadError, TellsAMissingFile) {
+TEST(LoadError, NamesAMissingFile) {
     EXPECT_EQ(loadError("no/such/module.so"), "There is no module file 'no/such/module.so'.");
-    // Were the loader's search path consulted, this would be found.
+    // The loader would find this one in its search path.
     EXPECT_EQ(loadError("libc.so.6"), "There is no module file 'libc.so.6'.");
 }
 
-TEST(LoadError, TellsAFileThatCannotBeReached) {
+TEST(LoadError, NamesAFileThatCannotBeReached) {
     const std::string name(5000, 'x');
     EXPECT_EQ(loadError(name),
               "The module file '" + name + "' cannot be reached: File name too long.");
 }
 
-TEST(LoadError, TellsADirectory) {
+TEST(LoadError, NamesADirectory) {
     EXPECT_EQ(loadError("/"), "The module file '/' is a directory.");
 }
 
-TEST(LoadError, TellsAPipeWithoutWaitingForIt) {
+TEST(LoadError, NamesAPipeWithoutOpeningIt) {
     const std::string name = testing::TempDir() + "host_tests_pipe";
     std::filesystem::remove(name);
     ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
@@ -91,14 +91,14 @@ TEST(LoadError, TellsAPipeWithoutWaitingForIt) {
     std::filesystem::remove(name);
 }
 
-TEST(LoadError, TellsAFileThatIsNoLibrary) {
+TEST(LoadError, NamesAFileThatIsNoLibrary) {
     const std::string sentence = loadError(TEXT_FILE);
     EXPECT_THAT(sentence,
                 StartsWith("The module file '" TEXT_FILE "' is not a loadable library: "));
     EXPECT_THAT(sentence, EndsWith("invalid ELF header."));
 }
 
-TEST(LoadError, TellsALibraryWithoutEntryPoint) {
+TEST(LoadError, NamesALibraryWithoutEntryPoint) {
     EXPECT_EQ(loadError(NO_ENTRY_POINT_MODULE),
               "The module file '" NO_ENTRY_POINT_MODULE "' has no entry point qvxFunction.");
 }

@@ -12,7 +12,7 @@
 
 namespace zephra {
 
-/// What a module made of it: its inputs, and a place for its output.
+/// The body of a module: it gets the inputs and a place for the output.
 using Body = std::function<void(qvArray*& output, std::span<const qvArray* const> inputs)>;
 
 inline const Settings kStrict{.strict = true};

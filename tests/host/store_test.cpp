@@ -1,4 +1,4 @@
-// Fields and cells: what is stored, replaced and reclaimed.
+// Fields and cells: values stored, replaced and left behind.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Fields, HoldOneValueForEachElementAndName) {
+TEST(Fields, StoreOneValueForEachElementAndName) {
     const CallResult result = run([](qvArray*& output) {
         output = makeStruct({2, 1}, {"Name", "Size"});
         qvSetField(output, 0, "Name", qvCreateString("first"));
@@ -38,7 +38,7 @@ TEST(Fields, OfAnUnknownNameAreNotStoredAndNoMisuse) {
     EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 1}));
 }
 
-TEST(Fields, TakeAValueThatFoundNoPlaceBefore) {
+TEST(Fields, AcceptAValueThatFoundNoPlaceBefore) {
     const CallResult result = run([](qvArray*& output) {
         output = makeStruct({1}, {"Known"});
         qvArray* const value = qvCreateDoubleScalar(3);
@@ -59,7 +59,7 @@ TEST(Fields, KeepTheLastValueStored) {
     });
     EXPECT_EQ(result.output().field(0, "Text").text(), "last");
     EXPECT_THAT(result.misuses(), IsEmpty());
-    // The structure owned the first value, so replacing it left nothing to the module.
+    // The structure owned the first value, so it is not left behind.
     EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
@@ -72,9 +72,10 @@ TEST(Fields, AreEmptiedByNull) {
     });
     EXPECT_FALSE(result.output().field(0, "Text"));
     EXPECT_THAT(result.misuses(), IsEmpty());
+    EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
-TEST(Cells, HoldValuesAndAreEmptiedByNull) {
+TEST(Cells, StoreValuesAndAreEmptiedByNull) {
     const CallResult result = run([](qvArray*& output) {
         output = makeCell({1, 3});
         qvSetCell(output, 0, qvCreateString("first"));
@@ -89,7 +90,7 @@ TEST(Cells, HoldValuesAndAreEmptiedByNull) {
     EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
-TEST(Output, LeavesWhatItDoesNotReach) {
+TEST(Output, ExcludesWhatItDoesNotReach) {
     const CallResult result = run([](qvArray*& output) {
         qvArray* const outside = makeCell({1});
         qvSetCell(outside, 0, qvCreateString("outside"));

@@ -9,7 +9,7 @@
 namespace zephra {
 namespace {
 
-TEST(Threads, DoNotDisturbEachOther) {
+TEST(Threads, AreIndependent) {
     constexpr int kThreads = 4;
     constexpr int kCalls = 200;
     const Host host({.failBlock = 2, .strict = true});

@@ -1,4 +1,4 @@
-// What one call of a module gave.
+// The result of one call of a module.
 #pragma once
 
 #include <cstddef>
@@ -20,12 +20,11 @@ struct Message {
     friend bool operator==(const Message&, const Message&) = default;
 };
 
-/// What a module had not freed, and had not put within reach of its output, when the call ended.
+/// What a module left behind: neither freed nor reachable from its output when the call ended.
 struct Leftovers {
     std::size_t blocks = 0;      ///< blocks from qvMalloc and qvArrayToString
-    std::size_t blockBytes = 0;  ///< their sizes as requested, added up
-    std::size_t arrays =
-        0;  ///< arrays outside the output, without those that another value replaced
+    std::size_t blockBytes = 0;  ///< the sum of their sizes as requested
+    std::size_t arrays = 0;      ///< arrays outside the output, without replaced ones
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
 };
 
@@ -36,8 +35,7 @@ struct Requests {
     friend bool operator==(const Requests&, const Requests&) = default;
 };
 
-/// The outcome of a call. Owns the output. Everything else that the call made is already gone, or
-/// goes with the output, if it shares memory with it.
+/// The outcome of a call. Owns the output; everything else that the call made is already freed.
 /// Move-only. A moved-from result may only be destroyed or assigned to.
 class CallResult {
 public:
@@ -63,7 +61,7 @@ public:
 
     [[nodiscard]] const Requests& requests() const;
 
-    /// Misuse found in strict mode, one sentence each, in order: a value stored twice, a foreign
+    /// Misuse reported in strict mode, one sentence each, in order: a value stored twice, a foreign
     /// pointer, an index past the end, a wrong class of array. Always empty otherwise.
     [[nodiscard]] const std::vector<std::string>& misuses() const;
 

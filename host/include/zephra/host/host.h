@@ -1,4 +1,4 @@
-// The embedded host: calls a module and gives back what it made, said and left behind.
+// The embedded host: calls a module and returns its output, its messages and what it left behind.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace zephra {
 
-/// What a host grants to one call.
+/// The limits of one call.
 struct Settings {
     /// Largest single block or array payload in bytes; a larger request gets NULL.
     std::size_t largestBlock = std::size_t{1} << 30;
@@ -22,12 +22,12 @@ struct Settings {
     std::uint64_t failBlock = 0;
     /// 1-based number of the `qvCreate…` call of a call that gets NULL; 0: none.
     std::uint64_t failArray = 0;
-    /// How many block requests of a call are granted, after which all get NULL; 0: any number. A
-    /// module that reads tables into blocks ends, whatever its input, once there are no more.
+    /// Number of block requests of a call that are granted, after which all get NULL; 0: no limit.
+    /// A module that reads tables into blocks thus ends, whatever its input.
     std::uint64_t blockBudget = 0;
     /// The same for `qvCreate…` calls.
     std::uint64_t arrayBudget = 0;
-    /// Finds and names misuse by the module: see `CallResult::misuses`.
+    /// Reports misuse by the module: see `CallResult::misuses`.
     bool strict = false;
 };
 
@@ -51,7 +51,7 @@ public:
     explicit Host(Settings settings = {});
 
     /// Calls `entryPoint` with `arguments`, asking for one output. Never throws for anything that
-    /// a module does: an error it raises and any other exception that escapes it come back in the
+    /// a module does: an error it raises and any other exception that escapes it are part of the
     /// result. Throws std::bad_alloc only when the host's own bookkeeping runs out of memory.
     [[nodiscard]] CallResult call(const EntryPoint& entryPoint,
                                   std::span<const Argument> arguments) const;

@@ -46,7 +46,7 @@ public:
     /// Name of field `index` in creation order; valid as long as this view. `index` must be less
     /// than `fieldCount()`.
     [[nodiscard]] std::string_view fieldName(std::size_t index) const;
-    /// Position of the field with this name, in constant time.
+    /// Position of the first field with this name.
     [[nodiscard]] std::optional<std::size_t> fieldIndex(std::string_view name) const;
     /// Value of a field of element `element`; null when that place is empty, or when the element
     /// or the field does not exist.
