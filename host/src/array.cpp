@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <new>
@@ -23,6 +24,16 @@ constexpr ClassRow kClasses[] = {
     {qvClassDouble, "double", sizeof(double)},
 };
 
+// Arrays up to this size share memory, because a result may contain millions of scalars and short
+// strings; where the ends of heap blocks are checked, each array has a block of its own.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr std::size_t kMaxPooledBytes = 0;
+#elif defined(__has_feature)
+constexpr std::size_t kMaxPooledBytes = __has_feature(address_sanitizer) ? 0 : 256;
+#else
+constexpr std::size_t kMaxPooledBytes = 256;
+#endif
+
 ClassRow rowOf(qvClass code) {
     const auto* const row = std::ranges::find(kClasses, code, &ClassRow::code);
     return row != std::end(kClasses) ? *row : ClassRow{code, "", 0};
@@ -36,7 +47,9 @@ const char* nameOfClass(qvClass classCode) {
 
 void FreeArray::operator()(qvArray* array) const noexcept {
     delete array->fields();
-    std::free(array);
+    if (!array->isPooled_) {
+        std::free(array);
+    }
 }
 
 }  // namespace zephra
@@ -44,7 +57,7 @@ void FreeArray::operator()(qvArray* array) const noexcept {
 zephra::OwnedArray qvArray::create(qvClass classCode, qvComplexity complexity,
                                    zephra::Dimensions dimensions,
                                    std::unique_ptr<zephra::FieldTable> fields,
-                                   std::size_t largestPayload) noexcept {
+                                   std::size_t largestPayload, std::pmr::memory_resource* pool) {
     const std::size_t parts = complexity == qvComplex ? 2 : 1;
     std::size_t payload = 0;
     if (!zephra::multiply(dimensions, &payload) ||
@@ -58,21 +71,25 @@ zephra::OwnedArray qvArray::create(qvClass classCode, qvComplexity complexity,
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         return nullptr;
     }
+    const std::size_t bytes = header + payload;
+    const bool isPooled = pool != nullptr && bytes <= zephra::kMaxPooledBytes;
     // calloc clears no page that comes fresh from the system.
-    void* const block = std::calloc(1, header + payload);
+    void* const block =
+        isPooled ? std::memset(pool->allocate(bytes), 0, bytes) : std::calloc(1, bytes);
     if (block == nullptr) {
         return nullptr;
     }
-    auto* const array = new (block) qvArray(classCode, dimensions);
+    auto* const array = new (block) qvArray(classCode, dimensions, isPooled);
     if (fields != nullptr) {
         *static_cast<zephra::FieldTable**>(array->data()) = fields.release();
     }
     return zephra::OwnedArray(array);
 }
 
-qvArray::qvArray(qvClass classCode, zephra::Dimensions dimensions)
+qvArray::qvArray(qvClass classCode, zephra::Dimensions dimensions, bool isPooled)
     : dimensionCount_(static_cast<std::uint8_t>(dimensions.size())),
-      classCode_(static_cast<std::uint8_t>(classCode)) {
+      classCode_(static_cast<std::uint8_t>(classCode)),
+      isPooled_(isPooled) {
     std::ranges::copy(dimensions, reinterpret_cast<std::size_t*>(this + 1));
 }
 

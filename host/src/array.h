@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <type_traits>
 
@@ -17,7 +18,8 @@ namespace zephra {
 /// "double", "char", "cell", "struct" or "logical"; "" for any other code.
 [[nodiscard]] const char* nameOfClass(qvClass classCode);
 
-/// Frees an array and its fields, but none of the arrays that are stored in it.
+/// Frees an array and its fields, but none of the arrays that are stored in it. The memory of a
+/// pooled array is freed with its pool.
 struct FreeArray {
     void operator()(qvArray* array) const noexcept;
 };
@@ -37,12 +39,14 @@ enum class ArrayState : std::uint8_t {
 struct qvArray final {
 public:
     /// An array with every element zero or empty. `fields` are those of a structure array, and null
-    /// for any other class. Null when the elements are too many or take more than `largestPayload`
-    /// bytes, or when memory is exhausted.
+    /// for any other class. A small array is made in `pool`, if there is one, which must outlive
+    /// it. Null when the elements are too many or take more than `largestPayload` bytes, or when
+    /// memory is exhausted; an exhausted pool throws std::bad_alloc.
     [[nodiscard]] static zephra::OwnedArray create(qvClass classCode, qvComplexity complexity,
                                                    zephra::Dimensions dimensions,
                                                    std::unique_ptr<zephra::FieldTable> fields,
-                                                   std::size_t largestPayload) noexcept;
+                                                   std::size_t largestPayload,
+                                                   std::pmr::memory_resource* pool = nullptr);
 
     [[nodiscard]] qvClass classCode() const { return static_cast<qvClass>(classCode_); }
     [[nodiscard]] zephra::Dimensions dimensions() const {
@@ -96,7 +100,9 @@ public:
     void leaveCall(zephra::ArrayState state);
 
 private:
-    qvArray(qvClass classCode, zephra::Dimensions dimensions);
+    friend struct zephra::FreeArray;
+
+    qvArray(qvClass classCode, zephra::Dimensions dimensions, bool isPooled);
 
     // Behind this header: the dimensions, then in a structure array the address of its fields,
     // which it owns, then the elements.
@@ -105,7 +111,8 @@ private:
     std::uint8_t dimensionCount_;
     std::uint8_t classCode_;
     zephra::ArrayState state_ = zephra::ArrayState::made;
-    bool hasStored_ = false;  // something was stored in it, at some time
+    bool hasStored_ : 1 = false;  // something was stored in it, at some time
+    bool isPooled_ : 1;
 };
 
 static_assert(sizeof(qvArray) == 16);

@@ -52,7 +52,7 @@ bool Call::grantsArray() {
 qvArray* Call::createArray(qvClass classCode, qvComplexity complexity, Dimensions dimensions,
                            std::unique_ptr<FieldTable> fields) {
     OwnedArray array = qvArray::create(classCode, complexity, dimensions, std::move(fields),
-                                       settings_.largestBlock);
+                                       settings_.largestBlock, &result_->pool);
     if (array == nullptr) {
         return nullptr;
     }

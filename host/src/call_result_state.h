@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@ namespace zephra {
 
 class CallResult::State {
 public:
+    std::pmr::monotonic_buffer_resource pool;  // of the small arrays
     std::deque<OwnedArray> arrays;  // of the call while it runs, of the output afterwards
     const qvArray* output = nullptr;
     std::vector<Message> warnings;
