@@ -27,25 +27,24 @@ typedef enum qvComplexity { qvReal = 0, qvComplex = 1 } qvComplexity;
 typedef uint16_t qvChar;
 
 /*
- * Creation. Each function returns NULL when the host cannot make the array.
- * `ndim` 0 with `dims` NULL makes a 0 x 0 array; one dimension n makes n x 1.
- * A new numeric array is all zero, a new char array all NUL, and every cell and every field of a
- * new cell or structure array is empty.
+ * Creation. Each function returns NULL when the host cannot create the array.
+ * `ndim` 0 with `dims` NULL creates a 0 x 0 array; one dimension n creates n x 1.
+ * Numeric arrays start as zeros, char arrays as NULs; cells and fields start empty.
  */
 qvArray* qvCreateNumericArray(size_t ndim, const size_t* dims, qvClass cls,
                               qvComplexity complexity);
 qvArray* qvCreateDoubleScalar(double value);
-/* 1 x strlen char array, a byte to a qvChar. */
+/* 1 x strlen char array, one qvChar per byte. */
 qvArray* qvCreateString(const char* text);
 qvArray* qvCreateCharArray(size_t ndim, const size_t* dims);
 qvArray* qvCreateCellArray(size_t ndim, const size_t* dims);
-/* `fieldNames` are copied; the caller keeps its own. */
+/* Copies `fieldNames`. */
 qvArray* qvCreateStructArray(size_t ndim, const size_t* dims, int fieldCount,
                              const char* const* fieldNames);
 
 /*
- * Storing. Indices are linear, from 0, column-major. The array owns `value` from then on; a NULL
- * value leaves the place empty. An unknown name or an index past the end stores nothing.
+ * Storing. Indices are linear, from 0, column-major. The array takes ownership of `value`; a NULL
+ * value leaves the element empty. An unknown name or an index past the end stores nothing.
  */
 void qvSetField(qvArray* structure, size_t index, const char* name, qvArray* value);
 void qvSetCell(qvArray* cell, size_t index, qvArray* value);
@@ -56,13 +55,13 @@ int qvGetClassCode(const qvArray* value); /* a qvClass code */
 const char* qvGetClassName(const qvArray* value);
 /* double * or qvChar *, writable, column-major. */
 void* qvGetData(const qvArray* value);
-/* NUL-terminated block from qvMalloc, each qvChar narrowed to its low byte. Never NULL: running
- * out of memory is a host error. */
+/* NUL-terminated block from qvMalloc, each qvChar narrowed to its low byte. Never NULL: exhausted
+ * memory is a host error. */
 char* qvArrayToString(const qvArray* value);
 double qvGetNaN(void);
 
-/* Memory. What a module has not freed when a call ends, the host reclaims. */
-void* qvMalloc(size_t size); /* NULL when the host has none to give */
+/* Memory. When a call ends, the host reclaims what the module has not freed. */
+void* qvMalloc(size_t size); /* NULL when memory is exhausted */
 void qvFree(void* block);    /* NULL is allowed */
 
 #ifdef __cplusplus

@@ -14,8 +14,8 @@ void qvxFunction(int outputCount, qvArray* outputs[], int inputCount, const qvAr
 
 /*
  * Messages, provided by the host; both take a printf-style format.
- * The error call never returns: it leaves the module by throwing a C++ exception of a type private
- * to the host, which unwinds through `qvxFunction`. Nothing between may be noexcept or swallow it.
+ * The error function never returns: it throws a C++ exception of a type private to the host, which
+ * unwinds through `qvxFunction`. No function in between may be noexcept or swallow it.
  */
 void qvxErrMsgIdAndTxt(const char* identifier, const char* format, ...);
 void qvxWarnMsgIdAndTxt(const char* identifier, const char* format, ...);

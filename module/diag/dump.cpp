@@ -19,8 +19,8 @@ constexpr std::string_view kHeavyRule =
 constexpr std::string_view kLightRule =
     "+------------------------------------------------------------";
 
-/// Numbers are decimal and without the marks of any locale while one lives; then the stream has its
-/// own format flags and locale again.
+/// Sets decimal numbers and the classic locale. The destructor restores the stream's flags and
+/// locale.
 class DecimalNumbers {
 public:
     explicit DecimalNumbers(std::ostream& stream)
@@ -40,7 +40,7 @@ private:
     std::locale locale_;
 };
 
-/// The pieces as one line. Flushed, so that the dump shows how far it came when the process dies.
+/// Writes the pieces as one line and flushes, so that a crash loses no finished line.
 template <class... Pieces>
 void writeLine(std::ostream& stream, const Pieces&... pieces) {
     (stream << ... << pieces) << std::endl;

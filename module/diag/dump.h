@@ -1,4 +1,4 @@
-// Text pictures of what was read, for debugging.
+// Text dumps of what was read, for debugging.
 #pragma once
 
 #include <ostream>
@@ -10,10 +10,9 @@ class IFDSet;
 class TagFile;
 class TiffTag;
 
-// Each writes its object and what that object owns, down to every tag, flushes and returns the
-// stream. Texts of the file go out byte for byte, control characters included. Numbers are decimal,
-// with a point and without grouping, whatever the stream's format flags and locale say, and the
-// stream gets both back.
+// Each writes its object and everything that it owns, flushes, and returns the stream. Texts of the
+// file are written byte for byte, control characters included. Numbers are decimal, with a point
+// and without grouping: the stream's format flags and locale are ignored, then restored.
 
 /// The file, the reader's state and, once read, the main chain.
 std::ostream& operator<<(std::ostream& stream, const TagFile& file);
@@ -25,7 +24,7 @@ std::ostream& operator<<(std::ostream& stream, const IFDSet& ifdSet);
 std::ostream& operator<<(std::ostream& stream, const IFD& ifd);
 
 /// A tag as its entry states it, its numbers as decoded and as reported, and its sub-directory.
-/// These numbers have eight significant digits, a precision that the stream keeps.
+/// Its numbers have eight significant digits; the stream keeps this precision.
 std::ostream& operator<<(std::ostream& stream, const TiffTag& tag);
 
 }  // namespace veltrace::module

@@ -5,9 +5,9 @@ namespace veltrace::module {
 
 class TagFile;
 
-/// A new reader of the kind that the file's first bytes ask for; the caller owns it. Raises a host
-/// error when the file cannot be opened or no reader knows its format. What the reader's
-/// constructor throws passes.
+/// Returns a new reader for the format that the file's first bytes show; the caller owns it. Raises
+/// a host error if the file cannot be opened or its format is not recognized. Exceptions of the
+/// reader's constructor pass through.
 [[nodiscard]] TagFile* createReader(const char* fileName);
 
 }  // namespace veltrace::module

@@ -8,7 +8,7 @@ namespace veltrace::module {
 
 /// Ends the whole read: headers, byte order, opening and closing the file, the JPEG container, the
 /// entry count of an image directory, an impossible IFD ID. Thrown while reading, it becomes a host
-/// error; thrown by a reader's constructor or destructor, it reaches the host as it is.
+/// error; thrown by a reader's constructor or destructor, it reaches the host unchanged.
 struct VeltraceFatalError {
     VeltraceFatalError(std::string id, std::string text)
         : identifier(std::move(id)), message(std::move(text)) {}
@@ -20,8 +20,8 @@ struct VeltraceFatalError {
     std::string message;
 };
 
-/// Ends the read of one directory or one entry. It costs a warning where something was read
-/// without it, and is a host error otherwise.
+/// Ends the read of one directory or one entry. Becomes a host warning if there is still something
+/// to report, and a host error otherwise.
 struct VeltraceRecoverableError {
     VeltraceRecoverableError(std::string id, std::string text)
         : identifier(std::move(id)), message(std::move(text)) {}

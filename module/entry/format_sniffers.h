@@ -1,10 +1,10 @@
-// Tells the file formats apart by the first bytes of a file.
+// Detects the format of a file from its first bytes.
 #pragma once
 
 namespace veltrace::module {
 
-// Each opens the file by name, reads a few leading bytes and closes it at once. False also when
-// the file cannot be opened or is too short.
+// Each opens the file, reads its first bytes and closes it. A file that is too short or cannot be
+// opened returns false.
 
 /// FF D8, the start of a JPEG file. Two bytes are enough.
 [[nodiscard]] bool isJpegFile(const char* fileName);

@@ -33,11 +33,11 @@ void readAllGuarded(TagFile* reader, char* fileName) {
         release(reader, fileName);
         raiseHostError(error.identifier.c_str(), error.message);
     } catch (abi::__forced_unwind&) {
-        throw;  // the thread is being ended; to swallow this would end the process
+        throw;  // the thread is exiting; swallowing this would abort the process
     } catch (...) {
-        // Kept: the reader stays as it is. Whatever broke the read (memory, stack) could break its
-        // destruction as well, and the host reclaims the name. The texts are literals: there may
-        // be no memory to compose one.
+        // Kept: the reader is not destroyed. Whatever broke the read (memory, stack) could break
+        // its destruction too. The host reclaims the name. The texts are literals, as there may be
+        // no memory to compose them.
         raiseFormattedHostError("ZEPHRA:veltrace:unknownException",
                                 "Caught an unknown exception in veltrace.");
     }

@@ -1,4 +1,4 @@
-// Reads a file and answers for what goes wrong.
+// Reads a file and reports its errors to the host.
 #pragma once
 
 namespace veltrace::module {
@@ -7,8 +7,8 @@ class TagFile;
 
 /// Runs `reader->readAll()`, the one guarded step of a call. Returns when everything was read, or
 /// when a recoverable error left at least one directory (the error is then a host warning).
-/// Otherwise leaves by a host error: after deleting the reader and freeing `fileName` for the
-/// module's own errors, leaving both behind for any other exception.
+/// Otherwise raises a host error. If the module itself threw, deletes the reader and frees
+/// `fileName` first; any other exception leaves both behind.
 void readAllGuarded(TagFile* reader, char* fileName);
 
 }  // namespace veltrace::module

@@ -1,4 +1,4 @@
-// The two ways in which the module speaks to its host.
+// Host errors and host warnings.
 #pragma once
 
 #include <cstdlib>
@@ -8,12 +8,11 @@
 
 namespace veltrace::module {
 
-/// Raises a host error. The host's exception passes through the caller, which therefore must not
-/// be noexcept. The text itself is the format, so a host may read a '%' in it.
+/// Raises a host error. The host's exception unwinds through the caller, which must not be
+/// noexcept. The text is the format itself, so a host may interpret a '%' in it.
 [[noreturn]] void raiseHostError(const char* identifier, const std::string& text);
 
-/// Raises a host error whose format is a literal, with the arguments that it names. Needs no memory
-/// of the module.
+/// Raises a host error from a literal format and its arguments. Allocates no memory.
 template <class... Arguments>
 [[noreturn]] void raiseFormattedHostError(const char* identifier, const char* format,
                                           Arguments... arguments) {
@@ -21,7 +20,7 @@ template <class... Arguments>
     std::abort();  // the host never returns here
 }
 
-/// Issues a host warning; the text itself is the format.
+/// Issues a host warning; the text is the format itself.
 void issueHostWarning(const char* identifier, const std::string& text);
 
 }  // namespace veltrace::module

@@ -3,7 +3,7 @@
 
 namespace veltrace::module {
 
-/// A constant text. For people who look into the library with a tool: the module never calls it.
+/// A constant text for tools that inspect the library; the module never calls it.
 [[nodiscard]] const char* hostRelease();
 
 }  // namespace veltrace::module

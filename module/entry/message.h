@@ -20,7 +20,7 @@ inline void appendPiece(std::string& text, char piece) {
     text.push_back(piece);
 }
 
-// Digits alone, whatever locale the host has set: no grouping ever reaches a message.
+// Ignores the host's locale, so that no grouping reaches a message.
 template <std::integral Number>
 requires(sizeof(Number) > 1) void appendPiece(std::string& text, Number number) {
     char digits[std::numeric_limits<Number>::digits10 + 2];
@@ -30,18 +30,18 @@ requires(sizeof(Number) > 1) void appendPiece(std::string& text, Number number) 
 
 }  // namespace detail
 
-/// The pieces one after the other: texts and single characters as they are, numbers in decimal.
-/// A byte that is meant as a number must be widened first.
+/// Joins the pieces: texts and characters unchanged, numbers in decimal. A byte that is meant as a
+/// number must be widened first.
 template <class... Pieces>
 [[nodiscard]] std::string message(const Pieces&... pieces) {
-    constexpr std::size_t kMostMessages = 128;
+    constexpr std::size_t kUsualLength = 128;
     std::string text;
-    text.reserve(kMostMessages);
+    text.reserve(kUsualLength);
     (detail::appendPiece(text, pieces), ...);
     return text;
 }
 
-/// A file name as messages show it: between double-quote characters.
+/// A file name as messages show it, in double quotes.
 [[nodiscard]] inline std::string inQuotes(std::string_view fileName) {
     return message('"', fileName, '"');
 }

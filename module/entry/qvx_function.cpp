@@ -1,4 +1,4 @@
-// The entry point: checks the argument, has the file read, hands the output to the host.
+// The entry point: checks the argument, reads the file, returns the output to the host.
 #include "zephra/qvx.h"
 
 #include "entry/create_reader.h"
@@ -27,9 +27,8 @@ void requireOneCharArgument(int inputCount, const qvArray* inputs[]) {
 
 }  // namespace veltrace::module
 
-// Kept: name and reader are plain pointers. A host error unwinds through this function, and then
-// the host reclaims the name; a destructor that closes the file may throw, which no smart pointer
-// survives.
+// Kept: name and reader are plain pointers. After a host error the host reclaims the name. The
+// reader's destructor may throw, which would end the process inside a smart pointer.
 __attribute__((visibility("default"))) void qvxFunction(int /*outputCount*/, qvArray* outputs[],
                                                         int inputCount, const qvArray* inputs[]) {
     using namespace veltrace::module;

@@ -17,7 +17,7 @@ namespace veltrace::module {
 
 namespace {
 
-// An APP1 segment counts its length in 16 bits (Exif 2.2, section 4.5.4).
+// An APP1 segment stores its length in 16 bits (Exif 2.2, section 4.5.4).
 constexpr std::uint32_t kMaxApp1Bytes = 65536;
 
 constexpr std::uint32_t kUsualEntries = 32;
@@ -40,7 +40,7 @@ void IFD::readIfd() {
     createTags(table.get());
 }
 
-// A count of 64 bits is narrowed to its low 32.
+// Narrows a 64-bit count to its low 32 bits.
 void IFD::readNumIfdEntries() {
     std::uint64_t count = 0;
     if (reader_->readNumEntries(&count) == 0) {
@@ -71,7 +71,7 @@ void IFD::requireAcceptableTable() const {
     }
 }
 
-// A table whose size did not fit into 32 bits cannot be read whole: it counts as cut short.
+// A table whose size wrapped cannot be read whole, so it counts as truncated.
 void IFD::readRawIfd(std::byte* table) const {
     const bool wrapped =
         tableSize_ / static_cast<std::uint32_t>(reader_->entrySize()) != entryCount_;
@@ -214,7 +214,7 @@ void IFD::constructErrMsgForApp1Exceeded(std::ostream& stream) const {
             "ZEPHRA:veltrace:IFD::constructErrMsgForApp1Exceeded:unhandledIfdType",
             "Unhandled IFD type encountered during check for maximal APP1 segment length."};
     };
-    // Kept: the blank of the kind word and the one that follows it both stay.
+    // Kept: both the space of the kind word and the one after it.
     stream << message("The ", kindWord(), " image file directory at byte position ", position_,
                       " claims to have ", entryCount_,
                       " entries, which will exceed the maximum allowed size"

@@ -18,28 +18,28 @@ namespace veltrace::module {
 
 class TagFile;
 
-/// One directory of a chain: its tags, and what the output needs to know of its image. Owns the
-/// tags; points at the reader, which outlives it. Copies are deep.
+/// One directory of a chain: its tags, and what the output needs of its image. Owns the tags;
+/// points at the reader, which outlives it. Copies are deep.
 class IFD {
 public:
-    /// An empty directory of no reader, for containers.
+    /// An empty directory without a reader, for containers.
     IFD() = default;
 
     /// An empty directory, ready for `readIfd`.
     IFD(TagFile& reader, IfdId ifdId) : reader_(&reader), ifdId_(ifdId) {}
 
-    /// Reads the directory at the reader's position and leaves that position anywhere. An entry
-    /// that fails costs a host warning. A count or table that fails throws
+    /// Reads the directory at the reader's position; the position afterwards is unspecified. An
+    /// entry that fails is skipped with a host warning. A count or table that fails throws
     /// `VeltraceRecoverableError`, or `VeltraceFatalError` for the count of an image directory.
     void readIfd();
 
-    /// Remembers that the directory has this tag, and what the output needs of it.
+    /// Records that the directory has this tag, and what the output needs of it.
     void noteTag(const TiffTag& tag);
 
-    /// Number of known tags, plus one when there are unknown tags, modulo 65536.
+    /// Number of known tags, plus one if there are unknown tags, modulo 65536.
     [[nodiscard]] std::uint16_t getNumFields() const;
 
-    /// Writes the sentence for a table that does not fit an APP1 segment. Throws
+    /// Writes the message for a table that exceeds an APP1 segment. Throws
     /// `VeltraceRecoverableError` for an impossible IFD ID.
     void constructErrMsgForApp1Exceeded(std::ostream& stream) const;
 
@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::int64_t position() const { return position_; }
     /// Bytes of the entry table.
     [[nodiscard]] std::uint32_t tableSize() const { return tableSize_; }
-    /// Pixels; 0 without the tag.
+    /// In pixels; 0 if the tag is missing.
     [[nodiscard]] double width() const { return width_; }
     [[nodiscard]] double height() const { return height_; }
     /// Always 0.
@@ -59,14 +59,14 @@ public:
     [[nodiscard]] const std::vector<TiffTag>& unknownTags() const { return unknownTags_; }
     /// Whether the directory itself has this tag; false for tags that have no fallback.
     [[nodiscard]] bool has(std::uint16_t baselineTag) const;
-    /// -1 without the tag.
+    /// -1 if the tag is missing.
     [[nodiscard]] std::int32_t photometricCode() const { return photometricCode_; }
-    /// Bits of each sample, fallback included.
+    /// Bits of each sample, fallback value included.
     [[nodiscard]] const std::vector<double>& bitsPerSample() const { return bitsPerSample_; }
     [[nodiscard]] std::uint32_t sampleCount() const { return sampleCount_; }
 
-    // Output into element `element` of the chain's structure array. A failure that has a message
-    // is raised as a host error.
+    // Output into one element of the chain's structure array. A failure that has a message is
+    // raised as a host error.
 
     void outputColorType(qvArray* structure, std::size_t element) const;
     void outputBitDepth(qvArray* structure, std::size_t element) const;
@@ -74,7 +74,7 @@ public:
     void outputTags(qvArray* structure, std::size_t element);
 
 private:
-    friend struct IfdPeer;  // tests look at the members
+    friend struct IfdPeer;  // tests check the members
 
     void readNumIfdEntries();
     void requireAcceptableTable() const;

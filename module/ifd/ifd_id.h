@@ -1,11 +1,11 @@
-// What kind of directory a chain, a directory or a tag belongs to.
+// The kind of directory that a chain, a directory or a tag belongs to.
 #pragma once
 
 #include <cstdint>
 
 namespace veltrace::module {
 
-/// Any other value is an internal fault, and every operation that meets one says so.
+/// Any other value is an internal error, which the operations report.
 enum class IfdId : std::uint32_t {
     image = 0,             ///< the main chain, or a chain opened by the SubIFDs tag (330)
     gps = 1,               ///< opened by tag 34853

@@ -33,8 +33,8 @@ void IFDSet::readIfdChain() {
 }
 
 bool IFDSet::moveToNext(std::int64_t position, std::uint32_t tableSize) const {
-    // Kept: the sum is taken in 32 bits, so past 2 GiB the link is not found, or is read from
-    // where the wrapped sum leads.
+    // Kept: the sum is narrowed to 32 bits, so past 2 GiB the seek fails or goes to the wrapped
+    // position.
     const std::uint64_t link = static_cast<std::uint64_t>(static_cast<std::uint32_t>(position)) +
                                static_cast<std::uint64_t>(reader_->countSize()) + tableSize;
     if (!reader_->seek(static_cast<std::int32_t>(link))) {

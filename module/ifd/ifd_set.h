@@ -16,19 +16,19 @@ namespace veltrace::module {
 
 class TagFile;
 
-/// The directories of one chain that hold at least one field. Owns them; points at the reader,
+/// The directories of one chain that have at least one field. Owns them; points at the reader,
 /// which outlives it. Copies are deep.
 class IFDSet {
 public:
-    /// An empty chain of no reader, for containers.
+    /// An empty chain without a reader, for containers.
     IFDSet() = default;
 
-    /// Reads the chain that begins at the reader's position and leaves that position anywhere. A
-    /// broken link ends the chain with a host warning. What a directory throws leaves the
-    /// constructor, and the directories before it are lost.
+    /// Reads the chain that begins at the reader's position; the position afterwards is
+    /// unspecified. A broken link ends the chain with a host warning. Exceptions of a directory
+    /// pass through, and the directories before it are lost.
     IFDSet(TagFile& reader, IfdId ifdId);
 
-    /// The directories that were kept.
+    /// Number of directories.
     [[nodiscard]] std::uint32_t getNumIfds() const {
         return static_cast<std::uint32_t>(directories_.size());
     }
@@ -42,14 +42,14 @@ public:
     [[nodiscard]] bool hasUnknownTags() const { return hasUnknownTags_; }
 
     /// A new host value: an N x 1 structure array with one element for each directory, or an empty
-    /// 0 x 0 double array when no directory holds a field. Failures are raised as host errors.
+    /// 0 x 0 double array when no directory has a field. Failures are raised as host errors.
     [[nodiscard]] qvArray* outputValue();
 
 private:
-    friend struct IfdSetPeer;  // tests look at the members
+    friend struct IfdSetPeer;  // tests check the members
 
     void readIfdChain();
-    /// Moves to the directory that follows one read at `position`; false at the end of the chain.
+    /// Seeks to the directory after the one at `position`; returns false at the end of the chain.
     [[nodiscard]] bool moveToNext(std::int64_t position, std::uint32_t tableSize) const;
     [[nodiscard]] std::uint64_t readNextIfdOffset() const;
     void addIfd(IFD ifd);

@@ -17,7 +17,7 @@ namespace veltrace::module {
 namespace {
 
 std::string localDate(std::time_t time) {
-    // The re-entrant form of localtime; unlike localtime itself it does not look at TZ again.
+    // localtime reads TZ at each call; localtime_r need not.
     tzset();
     std::tm local{};
     std::array<char, 25> text{};
@@ -46,7 +46,7 @@ bool isTiff(const TagFile& reader) {
            reader.formatType() == FormatType::bigTiff;
 }
 
-/// The mark as it stands in the file, then the version in this computer's byte order.
+/// The byte-order mark as stored in the file, then the version in this computer's byte order.
 qvArray* formatSignature(const TagFile& reader) {
     if (!isTiff(reader)) {
         return qvCreateNumericArray(0, nullptr, qvClassDouble, qvReal);
@@ -104,8 +104,8 @@ std::vector<const char*> IFDSet::outputFieldNames() const {
         std::ranges::transform(defaults, std::back_inserter(names), &std::string::c_str);
     }
     for (const auto& [tagId, name] : fieldNames_) {
-        // Kept: in a TIFF file the default names take precedence in every chain, also in those
-        // that do not carry them.
+        // Kept: in a TIFF file the default names take precedence in every chain, even in those
+        // that do not have them.
         if (!isTiff(*reader_) || std::ranges::find(defaults, name) == defaults.end()) {
             names.push_back(name.c_str());
         }

@@ -9,14 +9,14 @@
 
 namespace veltrace::module {
 
-/// What an image directory of a TIFF file gets in place of a baseline tag that it lacks.
+/// What an image directory of a TIFF file gets for a baseline tag that it lacks.
 struct Fallback {
     enum class Kind : std::uint8_t {
         noTag,
-        noValue,      ///< a tag without a value
-        number,       ///< a tag with the value `number`
-        oneBitEach,   ///< BitsPerSample: 1 for each sample
-        ofBitDepths,  ///< MaxSampleValue: the largest value of each bit depth
+        noValue,          ///< a tag without a value
+        number,           ///< a tag with the value `number`
+        oneBitPerSample,  ///< BitsPerSample: 1 for each sample
+        maxPerBitDepth,   ///< MaxSampleValue: the largest value of each bit depth
     };
     Kind kind = Kind::noTag;
     double number = 0;
@@ -30,8 +30,8 @@ struct BaselineTag {
 
 constexpr Fallback kNoTag{Fallback::Kind::noTag};
 constexpr Fallback kNoValue{Fallback::Kind::noValue};
-constexpr Fallback kOneBitEach{Fallback::Kind::oneBitEach};
-constexpr Fallback kOfBitDepths{Fallback::Kind::ofBitDepths};
+constexpr Fallback kOneBitPerSample{Fallback::Kind::oneBitPerSample};
+constexpr Fallback kMaxPerBitDepth{Fallback::Kind::maxPerBitDepth};
 
 constexpr Fallback value(double number) {
     return {Fallback::Kind::number, number};
@@ -40,7 +40,7 @@ constexpr Fallback value(double number) {
 /// In the order of the output's fields. Values: TIFF 6.0, section 8.
 constexpr BaselineTag kBaselineTags[] = {
     {254, "NewSubFileType", value(0)},
-    {258, "BitsPerSample", kOneBitEach},
+    {258, "BitsPerSample", kOneBitPerSample},
     {259, "Compression", value(1)},
     {262, "PhotometricInterpretation", kNoTag},
     {273, "StripOffsets", kNoValue},
@@ -59,7 +59,7 @@ constexpr BaselineTag kBaselineTags[] = {
     {274, "Orientation", value(1)},
     {266, "FillOrder", value(1)},
     {290, "GrayResponseUnit", value(2)},
-    {281, "MaxSampleValue", kOfBitDepths},
+    {281, "MaxSampleValue", kMaxPerBitDepth},
     {280, "MinSampleValue", value(0)},
     {263, "Thresholding", value(1)},
 };
@@ -78,7 +78,7 @@ constexpr std::array<BaselineTag, kFallbackCount> kFallbackTags = [] {
     return tags;
 }();
 
-/// Position of a tag in `kFallbackTags`; `kFallbackCount` for any other tag.
+/// Index of a tag in `kFallbackTags`; `kFallbackCount` for any other tag.
 constexpr std::size_t fallbackIndex(std::uint16_t tagId) {
     const auto* tag = std::ranges::lower_bound(kFallbackTags, tagId, {}, &BaselineTag::id);
     return tag != kFallbackTags.end() && tag->id == tagId

@@ -1,4 +1,4 @@
-// Tags with a fallback value, for baseline tags that a directory lacks.
+// Constructs fallback tags, for baseline tags that a directory lacks.
 #include <cmath>
 
 #include "entry/errors.h"
@@ -11,7 +11,7 @@ namespace veltrace::module {
 
 namespace {
 
-[[noreturn]] void refuse(std::uint16_t tagId, const char* constructor) {
+[[noreturn]] void reject(std::uint16_t tagId, const char* constructor) {
     throw VeltraceRecoverableError{
         "ZEPHRA:veltrace:TagFile:defaultField:unrecognizedTagId",
         message("Unrecognized tag ID ", tagId, " for fallback default value constructor",
@@ -31,7 +31,7 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId) : tagId_(tagId), ifdId_(ifdId
     if (fallback.kind == Fallback::Kind::number) {
         outputValues_.push_back(fallback.number);
     } else if (fallback.kind != Fallback::Kind::noValue) {
-        refuse(tagId, "");
+        reject(tagId, "");
     }
     processSpecificTags();
 }
@@ -40,7 +40,7 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, std::uint32_t sampleCount)
     : tagId_(tagId), ifdId_(ifdId) {
     getTagName();
     if (tagId != tag_id::kBitsPerSample) {
-        refuse(tagId, " with supplied value");
+        reject(tagId, " with supplied value");
     }
     outputValues_.assign(sampleCount, 1.0);
     processSpecificTags();
@@ -49,7 +49,7 @@ TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, std::uint32_t sampleCount)
 TiffTag::TiffTag(std::uint16_t tagId, IfdId ifdId, const std::vector<double>& bitsPerSample)
     : tagId_(tagId), count_(bitsPerSample.size()), ifdId_(ifdId) {
     if (tagId != tag_id::kMaxSampleValue) {
-        refuse(tagId, " with supplied value");
+        reject(tagId, " with supplied value");
     }
     outputValues_.reserve(bitsPerSample.size());
     for (const double bits : bitsPerSample) {

@@ -1,4 +1,4 @@
-// A block of the host's memory with an owner.
+// Host memory with an owner.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ struct HostFree {
 
 using HostBuffer = std::unique_ptr<std::byte[], HostFree>;
 
-/// Null when the host has none to give.
+/// Null when the host is out of memory.
 [[nodiscard]] inline HostBuffer allocateHostBuffer(std::uint32_t size) {
     return HostBuffer(static_cast<std::byte*>(qvMalloc(size)));
 }

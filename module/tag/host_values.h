@@ -1,4 +1,4 @@
-// Small host values and how they are stored.
+// Creates and stores host values.
 #pragma once
 
 #include <cstddef>
@@ -9,19 +9,19 @@
 
 namespace veltrace::module {
 
-/// A new 1 x n char array of the bytes, each widened without sign; null when the host cannot make
+/// A new 1 x n char array of the bytes, each widened without sign; null if the host cannot create
 /// it.
 [[nodiscard]] qvArray* charRow(std::string_view bytes);
 
-/// A new rows x columns double array of zeros; null when the host cannot make it.
+/// A new rows x columns double array of zeros; null if the host cannot create it.
 [[nodiscard]] qvArray* createDoubleMatrix(std::size_t rows, std::size_t columns);
 
-/// A new rows x columns double array filled in column order from `values`, which must hold
-/// rows x columns numbers; null when the host cannot make it.
+/// A new rows x columns double array filled in column order from `values`, which must have
+/// rows x columns numbers; null if the host cannot create it.
 [[nodiscard]] qvArray* doubleMatrix(std::size_t rows, std::size_t columns,
                                     std::span<const double> values);
 
-/// Stores a value in a field. A null value is not stored at all, so what was there stays.
+/// Stores a value in a field. A null value leaves the field unchanged.
 void storeField(qvArray* structure, std::size_t index, const char* name, qvArray* value);
 
 }  // namespace veltrace::module

@@ -19,8 +19,8 @@ public:
     SubDirectory& operator=(SubDirectory other) noexcept;
     ~SubDirectory();
 
-    /// Reads the chain that begins at the file's position. Lets everything through that the chain
-    /// throws, and throws `StackExhausted` when there is no stack left for it.
+    /// Reads the chain that begins at the file's position. Exceptions of the chain pass through.
+    /// Throws `StackExhausted` if too little stack is left.
     [[nodiscard]] static SubDirectory read(TagFile& file, IfdId ifdId);
 
     /// Null when there is no chain.

@@ -13,7 +13,7 @@ namespace veltrace::module {
 
 namespace {
 
-/// The table of baseline tags repeats names for readers that include no dictionary.
+/// `kBaselineTags` repeats names, so that the readers need not include the dictionary.
 constexpr bool namesAgree(const BaselineTag& tag) {
     return nameIn(kMainTagNames, tag.id) == tag.name;
 }

@@ -1,4 +1,4 @@
-// From tag id to field name.
+// Maps tag ids to field names.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,8 @@
 
 namespace veltrace::module {
 
-/// The field name of a tag in a directory of this kind; empty when the dictionary does not know
-/// it. A name is static and has a NUL after its last character. Throws `VeltraceFatalError` for an
-/// impossible IFD ID.
+/// The field name of a tag in a directory of this kind; empty for an unknown tag. Names are static
+/// and NUL-terminated. Throws `VeltraceFatalError` for an impossible IFD ID.
 [[nodiscard]] std::string_view tagNameFor(IfdId ifdId, std::uint16_t tagId);
 
 }  // namespace veltrace::module

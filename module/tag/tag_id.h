@@ -1,4 +1,4 @@
-// Names for the tag ids that the code itself mentions.
+// Names for the tag ids that the code uses.
 #pragma once
 
 #include <cstdint>

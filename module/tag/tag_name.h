@@ -8,7 +8,7 @@
 
 namespace veltrace::module {
 
-/// Every name is a literal: static, and with a NUL after its last character.
+/// The name is a literal: static and NUL-terminated.
 struct TagName {
     std::uint16_t id;
     std::string_view name;

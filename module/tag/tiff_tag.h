@@ -23,12 +23,13 @@ class TagFile;
 class TiffTag {
 public:
     /// Decodes the raw entry at `entry` (`reader.entrySize()` bytes). Reads the value, or the
-    /// sub-directory of a pointer tag, through `reader` and leaves its position anywhere. Throws
-    /// `VeltraceRecoverableError` for damage to this entry; what a sub-directory throws passes.
+    /// sub-directory of a pointer tag, through `reader`, whose position is then unspecified. Throws
+    /// `VeltraceRecoverableError` if the entry is damaged; exceptions of a sub-directory pass
+    /// through.
     TiffTag(TagFile& reader, const std::byte* entry, IfdId ifdId);
 
     // Fallback tags, for baseline tags that a directory lacks. Each throws
-    // `VeltraceRecoverableError` for a tag id that it has no value for.
+    // `VeltraceRecoverableError` for any other tag id.
 
     /// A baseline tag with its fallback value, if it has one.
     TiffTag(std::uint16_t tagId, IfdId ifdId);
@@ -39,7 +40,7 @@ public:
 
     [[nodiscard]] std::uint16_t tagId() const { return tagId_; }
     [[nodiscard]] std::uint16_t dataType() const { return dataType_; }
-    /// Number of elements as the entry states it.
+    /// Number of elements, as stated in the entry.
     [[nodiscard]] std::uint64_t count() const { return count_; }
     /// The offset field of the entry, relative to the TIFF header; 0 for a value inside the entry.
     [[nodiscard]] std::uint64_t valueOffset() const { return valueOffset_; }
@@ -59,17 +60,18 @@ public:
     [[nodiscard]] std::optional<double> firstValue() const;
     /// The bytes of an ASCII value, NULs included.
     [[nodiscard]] const std::string& rawText() const { return rawText_; }
-    /// A word or text that is reported in place of the numbers; empty when there is none.
+    /// A word or text reported in place of the numbers; empty if there is none.
     [[nodiscard]] const std::string& outputText() const { return outputText_; }
     /// The chain that a pointer tag owns; null for every other tag.
     [[nodiscard]] const IFDSet* subDirectory() const { return subDirectory_.get(); }
     /// Always 0.
     [[nodiscard]] static constexpr std::uint32_t reserved() { return 0; }
 
-    // Output never throws an error of the module: what the host cannot make is a host error.
+    // Output never throws the module's errors: if the host cannot create a value, a host error is
+    // raised.
 
-    /// A new host value, or null when there is nothing to report. Scales a Colormap in place, also
-    /// those of the chain that a pointer tag owns.
+    /// A new host value, or null if there is nothing to report. Scales a Colormap in place, also in
+    /// the chain of a pointer tag.
     [[nodiscard]] qvArray* outputValue();
 
     /// Fills the fields "ID", "Offset" and "Value" of element `index` of the structure array.
@@ -122,7 +124,7 @@ private:
     SubDirectory subDirectory_;
 };
 
-// Directories are moved into their chain, never copied, whatever they nest.
+// Directories are moved into their chain, never copied.
 static_assert(std::is_nothrow_move_constructible_v<TiffTag>);
 
 }  // namespace veltrace::module

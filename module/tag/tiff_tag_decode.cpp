@@ -1,4 +1,4 @@
-// From the raw entry to the tag's values.
+// Decodes a raw entry.
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -83,13 +83,13 @@ void TiffTag::requireValidType() const {
     }
 }
 
-// Kept: the request passes 32 bits of the size. A value that does not fit in them is refused
-// whatever the host answers; a pointer tag has no value, so its size decides nothing.
+// Kept: the request passes the low 32 bits of the size. A larger value is rejected even if the host
+// allocates the block; a pointer tag has no value, so its size is ignored.
 HostBuffer TiffTag::allocateValue() const {
     HostBuffer value = allocateHostBuffer(static_cast<std::uint32_t>(byteSize_));
-    const bool refused = value == nullptr && byteSize_ != 0;
+    const bool failed = value == nullptr && byteSize_ != 0;
     const bool tooLarge = byteSize_ > std::numeric_limits<std::uint32_t>::max();
-    if (refused || (tooLarge && pointerFor(tagId_) == nullptr)) {
+    if (failed || (tooLarge && pointerFor(tagId_) == nullptr)) {
         throw VeltraceRecoverableError{"ZEPHRA:veltrace:TagFile:failedMemoryAllocation",
                                        message("Unable to allocate ", byteSize_,
                                                " to hold tag data for tag ID ", tagId_, '\n')};
@@ -224,7 +224,7 @@ void TiffTag::readSubDirectory(TagFile& reader) {
     }
     checkNesting();
     subDirectory_ = SubDirectory::read(reader, pointer.opens);
-    // Every later read seeks for itself, so a refusal here would cost nothing.
+    // Every later read seeks for itself, so a failure here is harmless.
     static_cast<void>(reader.seek(returnTo));
 }
 

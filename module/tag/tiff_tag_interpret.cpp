@@ -1,4 +1,4 @@
-// From decoded values to what a few tags mean.
+// Interprets the decoded values of a few tags.
 #include "entry/errors.h"
 #include "entry/message.h"
 #include "tag/integer_code.h"

@@ -1,4 +1,4 @@
-// From a tag to its host value.
+// Converts a tag to its host value.
 #include <algorithm>
 #include <string_view>
 
@@ -52,7 +52,7 @@ qvArray* TiffTag::numericOutput() const {
     qvArray* numbers =
         isRow ? doubleMatrix(1, count, outputValues_) : doubleMatrix(count, 1, outputValues_);
     if (numbers == nullptr) {
-        // Kept: no blank before the name.
+        // Kept: no space before the name.
         raiseHostError(
             "ZEPHRA:veltrace:TiffTag:numericAllocationFailure",
             message("Could not allocate enough memory for the output array for tag", name_, ".\n"));
@@ -122,7 +122,7 @@ qvArray* TiffTag::unknownValue() const {
         }
         return numbers;
     }
-    // Kept: no blank before "is".
+    // Kept: no space before "is".
     issueHostWarning(
         "ZEPHRA:veltrace:unknownTagPayloadState",
         message("Tag data for unknown tag ID ", tagId_, "is in an unrecognized state.\n"));

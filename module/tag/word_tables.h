@@ -1,4 +1,4 @@
-// The words of the enumerated tags: TIFF 6.0, its supplements, and registered private codes.
+// Words of the enumerated tags: TIFF 6.0, its supplements, and registered private codes.
 #pragma once
 
 #include "tag/tag_id.h"

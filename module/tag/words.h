@@ -1,4 +1,4 @@
-// Tables that turn an enumerated code into a word.
+// Tables that map enumeration codes to words.
 #pragma once
 
 #include <algorithm>
@@ -8,13 +8,13 @@
 
 namespace veltrace::module {
 
-/// The text is a literal, with a NUL after its last character.
+/// The text is a literal: static and NUL-terminated.
 struct Word {
     std::int32_t code;
     std::string_view text;
 };
 
-/// The codes of one tag: words ascending by code, and the one word for every code that has none.
+/// The words of one tag, ascending by code, and the fallback for any other code.
 struct WordTable {
     std::uint16_t tagId;
     std::span<const Word> rows;

@@ -11,12 +11,12 @@ public:
     explicit BigTiffTagFile(const char* fileName);
 
     std::size_t readNumEntries(std::uint64_t* count) override;
-    /// The 16-byte BigTIFF header. Offset size and padding are read and not checked.
+    /// The 16-byte BigTIFF header. Offset size and padding are read but not checked.
     void readHeader() override;
     std::size_t readOffset(std::uint64_t* offset) override;
 
     /// Count (bytes 4 to 11) and value or offset (bytes 12 to 19) of a raw 20-byte entry. Entry
-    /// decoding does not use them: it takes the 32-bit fields of every format.
+    /// decoding uses the 32-bit fields instead.
     [[nodiscard]] std::uint64_t bigEntryCountField(const std::byte* entry) const;
     [[nodiscard]] std::uint64_t bigEntryOffsetField(const std::byte* entry) const;
 };

@@ -7,7 +7,7 @@ namespace veltrace::module {
 
 namespace {
 
-// The directories of a photograph and their values; more costs more to copy than it saves.
+// Fits the directories of a photograph and their values; more would cost more than it saves.
 constexpr std::size_t kWindowBytes = 16384;
 
 }  // namespace
@@ -32,11 +32,11 @@ bool InputFile::close() {
 
 std::int64_t InputFile::streamPosition() const {
     if (!end_) {
-        const std::int64_t told = std::ftell(stream());
-        if (told == -1) {
+        const std::int64_t end = std::ftell(stream());
+        if (end == -1) {
             return -1;
         }
-        end_ = told;
+        end_ = end;
     }
     return *end_;
 }
@@ -89,9 +89,9 @@ std::size_t InputFile::take(std::byte* bytes, std::size_t count) {
     return taken;
 }
 
-/// Fills the window anew, with `wanted` bytes or more.
+/// Refills the window with at least `wanted` bytes, if the file has them.
 void InputFile::fill(std::size_t wanted) {
-    // To ask for more than there is would cost a second read that finds the end.
+    // Asking for more than is left would cost a second read to find the end.
     const std::int64_t ahead = std::max<std::int64_t>(size_ - streamPosition(), 0);
     const std::size_t likely = std::min(kWindowBytes, static_cast<std::size_t>(ahead));
     filled_ = readStream(window_.get(), std::max(wanted, likely));
@@ -100,7 +100,7 @@ void InputFile::fill(std::size_t wanted) {
 
 std::size_t InputFile::readStream(std::byte* bytes, std::size_t count) {
     if (sawEnd_) {
-        // The C library stays at an end that it has seen until it is moved.
+        // The C library stays at the end of the file until a seek.
         static_cast<void>(std::fseek(stream(), streamPosition(), SEEK_SET));
     }
     const std::size_t taken = std::fread(bytes, 1, count, stream());

@@ -28,7 +28,7 @@ void JpegTagFile::readAll() {
     checkSignature();
     for (;;) {
         const unsigned char code = readMarker();
-        // Kept: every marker is taken to have a length, also those that stand alone.
+        // Kept: every marker is assumed to have a length, even those that have none.
         const std::uint16_t segmentLength = readSegmentLength();
         if (code == kStartOfScan || code == kQuantizationTables) {
             return;
@@ -56,7 +56,7 @@ void JpegTagFile::checkSignature() {
                                  message("Unable to read the first two bytes of the file. ",
                                          inQuotes(fileName()), " is probably corrupt.\n")};
     }
-    // Kept: one right byte is enough.
+    // Kept: one correct byte is enough.
     if (bytes[0] != kMarkerPrefix && bytes[1] != kStartOfImage) {
         throw VeltraceFatalError{
             "ZEPHRA:veltrace:JpegTagFile:fileSignatureVerificationFailure",

@@ -11,9 +11,9 @@ class JpegTagFile : public TagFile {
 public:
     explicit JpegTagFile(const char* fileName);
 
-    /// Walks the marker segments, then reads the directory and lets through what that throws. Every
-    /// failure of the walk is a `VeltraceFatalError`; reaching SOS or DQT before an APP1 segment
-    /// ends it without a directory and without a message.
+    /// Walks the marker segments, then reads the directory, whose exceptions pass through. A
+    /// failure of the walk throws `VeltraceFatalError`. SOS or DQT before an APP1 segment ends the
+    /// walk without a directory and without a message.
     void readAll() override;
     std::size_t readNumEntries(std::uint64_t* count) override;
     std::size_t readOffset(std::uint64_t* offset) override;

@@ -9,19 +9,19 @@ namespace veltrace::module {
 
 namespace {
 
-constexpr std::size_t kMostKeptBack = std::size_t{256} * 1024;
-// Assumed below the first caller when the system does not tell the limits.
-constexpr std::size_t kRoomWhenUnknown = std::size_t{128} * 1024;
-// Taken to be there below the first caller; the directories of a photograph nest no deeper.
-constexpr std::size_t kRoomOfAnyStack = std::size_t{4} * 1024;
+constexpr std::size_t kMaxReserve = std::size_t{256} * 1024;
+// Assumed below the first caller if the system does not report the bounds.
+constexpr std::size_t kFallbackRoom = std::size_t{128} * 1024;
+// Assumed below the first caller without measuring; directories of photographs nest no deeper.
+constexpr std::size_t kMinRoom = std::size_t{4} * 1024;
 
 std::uintptr_t currentAddress() {
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 }
 
-/// The stack of the first thread takes memory only as it grows, and may have no limit of its own.
-/// Where there is no memory left to grow into, the process ends, so most is left to other uses.
-std::size_t mostThatMemoryAllows() {
+/// The main thread's stack takes memory only as it grows, and may be unlimited. The process crashes
+/// if no memory is left to grow into, so most of it is left to other uses.
+std::size_t maxStackWithinMemory() {
     rlimit memory{RLIM_INFINITY, RLIM_INFINITY};
     static_cast<void>(getrlimit(RLIMIT_AS, &memory));
     return memory.rlim_cur / 4;
@@ -34,7 +34,7 @@ void StackRoom::require() {
     if (first_ == 0) {
         first_ = here;
     }
-    if (here > first_ - kRoomOfAnyStack) {
+    if (here > first_ - kMinRoom) {
         return;
     }
     if (lowest_ == 0) {
@@ -46,7 +46,7 @@ void StackRoom::require() {
 }
 
 void StackRoom::measure() {
-    lowest_ = first_ - kRoomWhenUnknown;
+    lowest_ = first_ - kFallbackRoom;
     pthread_attr_t attributes;
     if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
         return;
@@ -55,10 +55,10 @@ void StackRoom::measure() {
     std::size_t size = 0;
     if (pthread_attr_getstack(&attributes, &begin, &size) == 0) {
         const auto lowestByte = reinterpret_cast<std::uintptr_t>(begin);
-        // A host may run on a stack of its own making, of which the system knows nothing.
+        // A host may run on a stack that it allocated itself, which the system does not report.
         if (currentAddress() >= lowestByte && currentAddress() - lowestByte < size) {
-            const std::size_t usable = std::min(size, mostThatMemoryAllows());
-            lowest_ = lowestByte + (size - usable) + std::min(usable / 4, kMostKeptBack);
+            const std::size_t usable = std::min(size, maxStackWithinMemory());
+            lowest_ = lowestByte + (size - usable) + std::min(usable / 4, kMaxReserve);
         }
     }
     pthread_attr_destroy(&attributes);

@@ -1,31 +1,32 @@
-// Keeps deep nesting inside the thread's stack.
+// Limits nesting to what the thread's stack allows.
 #pragma once
 
 #include <cstdint>
 
 namespace veltrace::module {
 
-/// Thrown when a sub-directory would need stack that is kept back. Neither of the two error
-/// classes, so the entry point reports it as it reports exhausted memory.
+/// Thrown when a sub-directory would need the reserve of the stack. Neither of the two error
+/// classes, so the entry point reports it like exhausted memory.
 struct StackExhausted {};
 
-/// The stack of the thread that first asks, of which a few kilobytes below that caller are taken to
-/// be there. Used by one thread only.
+/// The stack of the first caller's thread, assumed to have a few kilobytes below that caller. Used
+/// by one thread only.
 class StackRoom {
 public:
-    /// Returns while there is stack left for one more level of nesting; throws `StackExhausted`
-    /// otherwise. What is kept back, a quarter of the stack up to 256 KiB, serves unwinding and
-    /// the host's functions; output, copies and destruction of what was read go as deep as the
-    /// read did, with smaller frames, and start from the same place. Of a stack that is larger than
-    /// a quarter of the memory that the process may have, only that much counts.
+    /// Returns if there is stack left for one more level of nesting; throws `StackExhausted`
+    /// otherwise. The reserve, a quarter of the stack and at most 256 KiB, is for unwinding and the
+    /// host's functions; output, copies and destruction of what was read go as deep as the read
+    /// did, with smaller frames, and start at the same level. The stack counts as at most a quarter
+    /// of the process's memory limit.
     void require();
 
 private:
-    // To find the limits the system may read a file, so only files that nest deep pay, and once.
+    // The system may read a file to find the bounds, so they are measured once, and only for files
+    // that nest deep.
     void measure();
 
     std::uintptr_t first_ = 0;   // address of the first caller's frame
-    std::uintptr_t lowest_ = 0;  // address that no frame of a read may go below; 0: not measured
+    std::uintptr_t lowest_ = 0;  // lowest address that a frame of a read may have; 0: not measured
 };
 
 }  // namespace veltrace::module

@@ -38,7 +38,7 @@ void reverseEach(std::byte* bytes, int elementSize, std::size_t count) {
 
 }  // namespace
 
-// Sizes that numbers have are known to the compiler, which then changes many at a time.
+// Sizes of numbers are compile-time constants, so that the compiler vectorizes their loops.
 void swapBytes(void* buffer, int elementSize, unsigned count, bool swap) {
     if (!swap || count == 0) {
         return;

@@ -1,4 +1,4 @@
-// The one place that knows how byte order is changed.
+// The one place that changes byte order.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 namespace veltrace::module {
 
 /// Reverses in place the bytes of each of `count` consecutive elements of `elementSize` bytes.
-/// Does nothing when `swap` is false. An element of one byte stays as it is.
+/// Does nothing when `swap` is false. Elements of one byte are unchanged.
 void swapBytes(void* buffer, int elementSize, unsigned count, bool swap);
 
 }  // namespace veltrace::module

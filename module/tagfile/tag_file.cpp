@@ -1,4 +1,4 @@
-// Life of a reader: opening, copying, closing.
+// Opens, copies and closes a reader's file.
 #include "tagfile/tag_file.h"
 
 #include <utility>
@@ -41,7 +41,7 @@ TagFile::TagFile(const TagFile& other) {
     openFile("ZEPHRA:veltrace:TagFileCopyConstructer:fileOpenFailure");
 }
 
-// Kept: no test for self-assignment; the file is closed and opened again.
+// Kept: no check for self-assignment; the file is closed and opened again.
 TagFile& TagFile::operator=(const TagFile& other) {  // NOLINT(cert-oop54-cpp)
     if (!file_.close()) {
         throw VeltraceFatalError{"ZEPHRA:veltrace:TagFile:operator_equals",

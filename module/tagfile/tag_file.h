@@ -1,4 +1,4 @@
-// The abstract base of the readers: owns the open file and knows how its numbers are stored.
+// The abstract base of the readers: owns the open file and reads its numbers.
 #pragma once
 
 #include <array>
@@ -32,11 +32,11 @@ enum class HeaderByteOrder : std::uint32_t {
     big = 0x4D4D,     ///< "MM"
 };
 
-/// Owns the file and, once read, the main chain of directories. Everything that reads numbers
-/// from the file goes through the primitives here and through `swapBytes`.
+/// Owns the file and, once read, the main chain of directories. All numbers of the file are read
+/// through the primitives here and `swapBytes`.
 class TagFile {
 public:
-    /// Takes the status of the file and opens it. Throws `VeltraceFatalError` when either fails.
+    /// Gets the status of the file and opens it. Throws `VeltraceFatalError` if either fails.
     explicit TagFile(const char* fileName);
 
     /// Forbidden: always throws `VeltraceFatalError`.
@@ -46,8 +46,8 @@ public:
     /// from it, and opens a stream of its own. Throws `VeltraceFatalError` when that fails.
     TagFile(const TagFile& other);
 
-    /// As the copy constructor, after closing its own stream, which may fail as well. Assigning a
-    /// reader to itself closes and reopens the file.
+    /// Closes its own stream, then copies like the copy constructor. Both steps may throw.
+    /// Assigning a reader to itself closes and reopens the file.
     TagFile& operator=(const TagFile& other);
 
     /// Frees the directories and closes the file. Throws `VeltraceFatalError` when closing fails.
@@ -61,7 +61,7 @@ public:
     /// not written.
     virtual std::size_t readNumEntries(std::uint64_t* count) = 0;
 
-    /// Reads the TIFF header at the current position and moves to the first directory. Throws
+    /// Reads the TIFF header at the current position and seeks to the first directory. Throws
     /// `VeltraceFatalError`. This is the header of TIFF 6.0, section 2.
     virtual void readHeader();
 
@@ -72,7 +72,7 @@ public:
     [[nodiscard]] std::FILE* stream() const { return file_.stream(); }
     [[nodiscard]] std::string fileName() const { return fileName_; }
     [[nodiscard]] bool swapFlag() const { return swapFlag_; }
-    /// Absolute position of the TIFF header; every offset in the file counts from it.
+    /// Absolute position of the TIFF header; offsets in the file are relative to it.
     [[nodiscard]] std::int64_t offsetBase() const { return offsetBase_; }
     [[nodiscard]] HeaderByteOrder headerByteOrder() const { return headerByteOrder_; }
     [[nodiscard]] bool computerIsBigEndian() const { return computerIsBigEndian_; }
@@ -85,44 +85,44 @@ public:
     [[nodiscard]] std::int32_t offsetSize() const { return offsetSize_; }
     /// Bytes of an entry before its value field.
     [[nodiscard]] std::int32_t valueFieldStart() const { return entrySize_ - offsetSize_; }
-    /// The first two bytes of the TIFF header as they stand in the file.
+    /// The first two bytes of the TIFF header, as stored in the file.
     [[nodiscard]] const std::array<unsigned char, 2>& byteOrderMark() const {
         return byteOrderMark_;
     }
     [[nodiscard]] std::uint16_t version() const { return version_; }
-    /// Field names that lead the output of an image directory, whatever tags it has.
+    /// Field names that come first in the output of every image directory.
     [[nodiscard]] const std::vector<std::string>& defaultFieldNames() const {
         return defaultFieldNames_;
     }
-    /// Stack for sub-directories of this file.
+    /// The stack that is left for sub-directories.
     [[nodiscard]] StackRoom& stackRoom() { return stackRoom_; }
 
-    /// Number of directories in the main chain; 0 before it was read.
+    /// Number of directories in the main chain; 0 before it is read.
     [[nodiscard]] std::uint32_t getNumIfds() const;
-    /// The main chain; null before it was read.
+    /// The main chain; null before it is read.
     [[nodiscard]] const IFDSet* ifdSet() const { return ifdSet_.get(); }
 
     /// A new host value: the structure array of the main chain, or an empty 0 x 0 double array
     /// when there is none.
     [[nodiscard]] qvArray* outputValue();
 
-    /// The absolute position of what is at `offset` from the header. The sum wraps at 64 bits.
+    /// The absolute position of an offset from the header. The sum wraps at 64 bits.
     [[nodiscard]] std::int64_t absolutePosition(std::uint64_t offset) const;
-    /// The absolute position of the stream; -1 when the system does not tell.
+    /// The absolute position in the file; -1 if the system does not report it.
     [[nodiscard]] std::int64_t position() const;
-    /// Moves to an absolute position; false when the system refuses.
+    /// Seeks to an absolute position. Returns false on failure.
     [[nodiscard]] bool seek(std::int64_t position);
-    /// Moves by a distance; false when the system refuses.
+    /// Seeks by a distance. Returns false on failure.
     [[nodiscard]] bool skip(std::int64_t distance);
-    /// Reads `count` items of `size` bytes as they stand in the file. Gives the number of whole
-    /// items that are there.
+    /// Reads `count` items of `size` bytes, as stored in the file. Returns the number of whole
+    /// items read.
     [[nodiscard]] std::size_t read(void* items, std::size_t size, std::size_t count);
-    /// Reads one item of the size of `Number` and brings it into this computer's byte order. False,
-    /// with `number` unspecified, when the item is not there in full.
+    /// Reads one number and converts it to this computer's byte order. Returns false, with `number`
+    /// unspecified, if the file ends before it is complete.
     template <class Number>
     [[nodiscard]] bool readNumber(Number* number);
 
-    /// A number out of a raw entry in memory, in this computer's byte order.
+    /// A number from a raw entry in memory, in this computer's byte order.
     template <class Number>
     [[nodiscard]] Number entryField(const std::byte* field) const;
     /// Count (bytes 4 to 7) and value or offset (bytes 8 to 11) of a raw entry.
@@ -139,17 +139,17 @@ protected:
     void appendDefaultFieldName(std::string_view name) { defaultFieldNames_.emplace_back(name); }
     void setIfdSet(std::unique_ptr<IFDSet> ifdSet);
 
-    // The steps that the two header readers share. Identifiers of BigTIFF differ from the classic
-    // ones, so each step takes its own.
+    // Steps that both header readers share. Classic TIFF and BigTIFF have different message
+    // identifiers, so the caller passes them.
     void beginHeader();
     void readVersion(const char* identifier);
-    /// Moves to the first directory at `offset` from the header, or throws `VeltraceFatalError`:
-    /// `offsetIdentifier` past the end of the file, `seekIdentifier` when the system refuses.
+    /// Seeks to the first directory at `offset` from the header, or throws `VeltraceFatalError`:
+    /// `offsetIdentifier` past the end of the file, `seekIdentifier` if the seek fails.
     void seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
                         const char* seekIdentifier);
 
 private:
-    friend struct TagFilePeer;  // tests look at the members
+    friend struct TagFilePeer;  // tests check the members
 
     void determineComputerByteOrder();
     void readByteOrder();

@@ -45,7 +45,7 @@ void TagFile::readByteOrder() {
                 (computerIsLittleEndian_ && headerByteOrder_ == HeaderByteOrder::big);
 }
 
-// The version is kept and never compared: the format was decided by the file's first bytes.
+// The version is stored but never compared: the sniffers have already chosen the format.
 void TagFile::readVersion(const char* identifier) {
     if (!readNumber(&version_)) {
         throw VeltraceFatalError{identifier,
@@ -63,8 +63,8 @@ void TagFile::seekToFirstIfd(std::uint64_t offset, const char* offsetIdentifier,
             message("The indicated starting byte of the first image file directory (", target,
                     ") exceeds the image file size (", fileSize(), "), the image may be corrupt.")};
     }
-    // Kept: a position goes through 32 bits here, so from 2 GiB up the seek fails, or goes where
-    // the low 32 bits lead.
+    // Kept: the position is narrowed to 32 bits, so from 2 GiB up the seek fails or goes to the
+    // wrapped position.
     if (!seek(static_cast<std::int32_t>(target))) {
         throw VeltraceFatalError{seekIdentifier,
                                  "Could not seek to position specified by TIFF header offset "

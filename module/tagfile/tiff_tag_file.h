@@ -8,10 +8,10 @@ namespace veltrace::module {
 /// Base of the classic TIFF and BigTIFF readers.
 class TiffTagFile : public TagFile {
 public:
-    /// As `TagFile`; adds the names of the baseline tags to the default field names.
+    /// As `TagFile`; also adds the names of the baseline tags to the default field names.
     explicit TiffTagFile(const char* fileName);
 
-    /// Reads the header, then the main chain. When either throws there is no chain.
+    /// Reads the header, then the main chain. If either throws, there is no chain.
     void readAll() override;
 };
 

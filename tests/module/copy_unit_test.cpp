@@ -1,4 +1,4 @@
-// Copies are deep, and as deep as the original was read.
+// Copies are deep, for any nesting that can be read.
 #include <optional>
 
 #include "ifd/ifd_set.h"
@@ -24,7 +24,7 @@ const IFDSet* exifOf(const IFDSet& chain) {
     return nullptr;
 }
 
-TEST(Copy, OfAChainOwnsItsSubDirectories) {
+TEST(Copy, OwnsItsSubDirectories) {
     TiffBuilder file;
     auto& exif = file.child().shorts(37383, {5});
     file.image().sub(34665, exif);
@@ -54,7 +54,7 @@ std::size_t depthOf(const IFDSet& chain) {
     return depth;
 }
 
-/// Reads and copies a file of this depth. False when the stack does not admit it.
+/// Reads and copies a file of this depth. Returns false if the stack is too small.
 bool copiesWhole(std::size_t depth) {
     const MemoryFile memory(nestedExif(depth));
     ClassicTiffTagFile reader(memory.name().c_str());

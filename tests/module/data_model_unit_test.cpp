@@ -1,4 +1,4 @@
-// What the classes hold, in the order of their declaration.
+// The members of the classes, in the order of their declaration.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -55,7 +55,7 @@ using namespace module;
 
 namespace {
 
-/// The members have these types and stand in this order.
+/// The members have these types, in this order.
 template <class... Types>
 struct Members {
     template <class... Found>
@@ -68,14 +68,14 @@ struct Members {
 
 using Numbers = std::vector<double>;
 
-TEST(DataModel, OfATagIsNumbersAsDoublesAndTextsAsBytes) {
+TEST(DataModel, StoresATagAsDoublesAndByteStrings) {
     const Members<Numbers, Numbers, std::string, std::string, std::uint16_t, std::uint16_t,
                   std::uint64_t, std::uint64_t, std::uint64_t, IfdId, std::string, SubDirectory>
         members;
     TiffTagPeer::visitMembers(TiffTag(259, IfdId::image), members);
 }
 
-TEST(DataModel, OfADirectoryIsItsTagsByValueAndWhatTheOutputNeeds) {
+TEST(DataModel, StoresADirectoryAsItsTagsByValueAndWhatTheOutputNeeds) {
     const Members<std::vector<TiffTag>, std::vector<TiffTag>, std::uint32_t, TagFile*, std::int64_t,
                   IfdId, std::uint32_t, double, double, double, std::array<bool, 22>, std::int32_t,
                   Numbers, std::uint32_t>
@@ -83,13 +83,13 @@ TEST(DataModel, OfADirectoryIsItsTagsByValueAndWhatTheOutputNeeds) {
     IfdPeer::visitMembers(IFD(), members);
 }
 
-TEST(DataModel, OfAChainIsItsDirectoriesByValueAndAnOrderedMapOfNames) {
+TEST(DataModel, StoresAChainAsItsDirectoriesByValueAndAnOrderedMapOfNames) {
     const Members<TagFile*, IfdId, std::vector<IFD>, std::map<std::uint16_t, std::string>, bool>
         members;
     IfdSetPeer::visitMembers(IFDSet(), members);
 }
 
-TEST(DataModel, OfAReaderIsItsFileAndItsLayout) {
+TEST(DataModel, StoresAReaderAsItsFileAndItsLayout) {
     TiffBuilder file;
     file.image().shorts(258, {8});
     OpenedTiff<> opened(file);
@@ -106,7 +106,7 @@ concept HasConstantOutput = requires(const Type& object) {
     object.outputValue();
 };
 
-TEST(DataModel, IsChangedByOutputOnlyWhereTheOperationIsNotConst) {
+TEST(DataModel, IsChangedOnlyByOutputThatIsNotConst) {
     EXPECT_FALSE(HasConstantOutput<TiffTag>);
     EXPECT_FALSE(HasConstantOutput<IFDSet>);
     EXPECT_FALSE(HasConstantOutput<TagFile>);

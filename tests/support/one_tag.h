@@ -10,7 +10,7 @@ namespace veltrace::test {
 
 using namespace module;
 
-/// The first known tag of the first directory of a file, which must have one. Lives inside a call.
+/// The first known tag of the first directory of a file, which must have one. Used inside a call.
 template <class Reader = ClassicTiffTagFile>
 class OneTag {
 public:

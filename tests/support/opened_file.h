@@ -14,7 +14,7 @@ namespace veltrace::test {
 
 using namespace module;
 
-/// No two windows onto it look alike: 251 is prime.
+/// No two windows onto it are equal: 251 is prime.
 inline Bytes countingBytes(std::size_t size) {
     Bytes content(size);
     for (std::size_t i = 0; i < size; ++i) {
@@ -23,17 +23,17 @@ inline Bytes countingBytes(std::size_t size) {
     return content;
 }
 
-/// The bytes that a read of `count` gives.
+/// Reads up to `count` bytes.
 inline Bytes readBytes(InputFile& input, std::size_t count) {
     Bytes bytes(count);
     bytes.resize(input.read(bytes.data(), 1, count));
     return bytes;
 }
 
-/// A memory file and an `InputFile` on it.
+/// A memory file and an `InputFile` that has opened it.
 class OpenedFile {
 public:
-    /// The input is told another size if there is one.
+    /// `statedSize` replaces the true size.
     explicit OpenedFile(Bytes content, std::optional<std::int64_t> statedSize = std::nullopt)
         : content_(std::move(content)), file_(content_) {
         const auto size = static_cast<std::int64_t>(content_.size());
@@ -43,8 +43,7 @@ public:
     InputFile* operator->() { return &input_; }
     [[nodiscard]] const MemoryFile& file() const { return file_; }
 
-    /// Reads `count` bytes of the content, which must be those at `position`, where the input
-    /// stands.
+    /// Reads `count` bytes, which must be those of the content at `position`, the input's position.
     void check(std::int64_t position, std::size_t count) {
         const auto begin = content_.begin() + position;
         EXPECT_EQ(input_.position(), position);

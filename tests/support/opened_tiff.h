@@ -1,4 +1,4 @@
-// A TIFF structure and a reader that stands at its first directory.
+// A TIFF structure and a reader at its first directory.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace veltrace::test {
 
 using namespace module;
 
-/// The header may stand anywhere in the file. Any reader can be had: that of JPEG files reads a
+/// The header may be anywhere in the file. Works for any reader: the one for JPEG files can read a
 /// TIFF structure without its container too.
 template <class Reader = ClassicTiffTagFile>
 class OpenedTiff {

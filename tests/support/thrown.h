@@ -11,8 +11,8 @@ namespace veltrace::test {
 
 using namespace module;
 
-/// Identifier and text of the `Error` that `action` throws. Throwing nothing is a test failure;
-/// anything else passes through.
+/// Returns identifier and text of the `Error` that `action` throws. Fails the test if nothing is
+/// thrown; other exceptions pass through.
 template <class Error>
 [[nodiscard]] zephra::Message thrownBy(const std::function<void()>& action) {
     try {

@@ -1,4 +1,4 @@
-// Reaches operations of a tag that no file can reach.
+// Calls operations of a tag that no file can reach.
 #pragma once
 
 #include <cstdint>

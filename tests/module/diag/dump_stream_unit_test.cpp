@@ -1,4 +1,4 @@
-// What a dump does to the stream besides writing to it.
+// Flushing, format flags and locale of the stream that a dump writes to.
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
@@ -19,7 +19,7 @@ using namespace module;
 
 namespace {
 
-/// A reader of an image directory, an Exif directory, known tags and an unknown one.
+/// Calls `body` with a reader of an image and an Exif directory, known tags and an unknown one.
 void withReader(const std::function<void(const TagFile&)>& body) {
     inQuietCall([&] {
         TiffBuilder tiff;
@@ -31,7 +31,7 @@ void withReader(const std::function<void(const TagFile&)>& body) {
     });
 }
 
-/// Keeps the lengths that its text had at each flush.
+/// Records the length of its text at each flush.
 class FlushedText : public std::stringbuf {
 public:
     [[nodiscard]] bool wasFlushedAt(std::size_t length) const { return lengths_.contains(length); }
@@ -57,7 +57,7 @@ TEST(DumpStream, IsFlushedAfterEveryLine) {
     });
 }
 
-/// Other numbers than decimal ones must neither come out nor be forgotten.
+/// The dump ignores the format flags of the stream and restores them.
 template <class Object>
 void expectDecimal(const Object& object) {
     std::ostringstream plain;
@@ -78,7 +78,7 @@ TEST(DumpStream, GetsDecimalNumbersAndKeepsItsFlags) {
     });
 }
 
-/// Punctuation of a locale must neither come out nor be forgotten.
+/// The dump ignores the locale of the stream and restores it.
 template <class Object>
 void expectWithoutPunctuation(const Object& object) {
     std::ostringstream plain;

@@ -1,4 +1,4 @@
-// Whole dumps, every letter of them written out.
+// The full text of whole dumps.
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
@@ -46,7 +46,7 @@ std::string written(const TagText& tag) {
            tag.subDirectory + kHeavy;
 }
 
-/// A tag that a directory without it was given.
+/// A fallback tag.
 std::string fallback(const std::string& idAndName, const std::string& processed,
                      const std::string& count = "0") {
     return written({idAndName, "0", count, "0", "0", "", processed, "", ""});
@@ -71,7 +71,7 @@ std::string chainOf1(const std::string& onlyDirectory, const std::string& nameCo
            "\n" + kLight + kHeavy;
 }
 
-/// On the little-endian computers that the tests run on.
+/// The tests run on little-endian computers.
 std::string file(const std::string& name, const std::string& position, const std::string& size,
                  const std::string& base, const std::string& byteOrder, const std::string& chain) {
     return kHeavy + "TagFile:  filename ==> " + name + "\n\tFile pos ==> " + position +
@@ -80,7 +80,7 @@ std::string file(const std::string& name, const std::string& position, const std
            "\n\tComputer Endian Format ==> Little Endian\n" + chain + kHeavy + "\n\n";
 }
 
-/// A file and its reader, which has read it.
+/// A file and the reader that has read it.
 template <class Reader>
 class ReadFile {
 public:
@@ -98,7 +98,7 @@ private:
     std::size_t warnings_ = 0;
 };
 
-/// The image directory of a JPEG file, which is given no fallbacks.
+/// Reads a JPEG file, whose image directory gets no fallback tags.
 ReadFile<JpegTagFile> readAsJpeg(const TiffBuilder& builder) {
     return ReadFile<JpegTagFile>(jpegWithExif(builder.bytes()));
 }
@@ -207,11 +207,11 @@ TEST(WholeDump, OfAJpegFileHasEveryNestedDirectory) {
         chainOf1(directory("2", pointer("34853: GPSInfo", "56", gpsChain) +
                                     pointer("34665: DigitalCamera", "38", exifChain)),
                  "2", "ID: 34665 Name:DigitalCamera\nID: 34853 Name:GPSInfo\n");
-    // The stream stays behind the table of the image directory: 12 + 8 + 2 + 24.
+    // The stream stays after the table of the image directory: 12 + 8 + 2 + 24.
     EXPECT_EQ(dumpOf(*read), file(read.name(), "46", "118", "12", "Little Endian", chain));
 }
 
-TEST(WholeDump, OfAJpegFileWithoutExifSaysThatNothingIsInitialized) {
+TEST(WholeDump, OfAJpegFileWithoutExifReportsThatNothingIsInitialized) {
     const ReadFile<JpegTagFile> read(Bytes{0xFF, 0xD8, 0xFF, 0xDB, 0, 2, 7});
     EXPECT_EQ(dumpOf(*read), file(read.name(), "6", "7", "0", "unknown???",
                                   "The IFD data structures have not yet been initialized. \n"));
@@ -279,10 +279,10 @@ TEST(DirectoryDump, HasInterpretedNumbersAndTexts) {
     EXPECT_EQ(dumpOf(read.firstDirectory()), directory("3", tags));
 }
 
-TEST(DirectoryDump, HasTypeAndCountOfAPointerAsTheEntryStatesThem) {
+TEST(DirectoryDump, HasTheStatedTypeAndCountOfAPointer) {
     TiffBuilder tiff;
     tiff.image().entryAt(330, 13, 2, 26);
-    tiff.child().shorts(305, {1});  // behind the one entry, at 8 + 2 + 12 + 4
+    tiff.child().shorts(305, {1});  // after the only entry, at 8 + 2 + 12 + 4
     const std::string chain =
         chainOf1(directory("1", written({"305: Software", "3", "1", "2", "0", "1 ", "1 ", "", ""})),
                  "1", "ID: 305 Name:Software\n");

@@ -1,4 +1,4 @@
-// The text dumps, letter by letter.
+// The text of the dumps.
 #include <bit>
 #include <gtest/gtest.h>
 #include <iomanip>
@@ -48,7 +48,7 @@ const std::string kMeteringChain = kHeavy + "There are 1 IFDs in the current set
                                    "\tThere are 1 unique key names in the current set.\n" + kLight +
                                    "ID: 37383 Name:MeteringMode\n" + "\n" + kLight + kHeavy;
 
-TEST(TagDump, HasARowForEachFactOfTheEntry) {
+TEST(TagDump, HasALineForEachFieldOfTheEntry) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(37383, {5});
@@ -57,7 +57,7 @@ TEST(TagDump, HasARowForEachFactOfTheEntry) {
     });
 }
 
-TEST(TagDump, OfATextHasNoNumbersButTheBlankAfterEachColonAndTheRawBytes) {
+TEST(TagDump, OfATextHasItsRawBytesAndNoNumbersAfterTheColons) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().rawAscii(305, std::string_view("kiln\0\x1b\0", 7));
@@ -133,13 +133,13 @@ TEST(TagDump, RestoresTheFormatFlagsButNotThePrecision) {
         stream << std::hex << std::showbase << std::scientific << std::setprecision(3);
         const auto flags = stream.flags();
         stream << directory.knownTags()[0];
-        EXPECT_EQ(stream.str(), kMeteringMode) << "decimal, whatever the stream was used for";
+        EXPECT_EQ(stream.str(), kMeteringMode) << "decimal, for any flags of the stream";
         EXPECT_EQ(stream.flags(), flags);
         EXPECT_EQ(stream.precision(), 8);
     });
 }
 
-TEST(TagDump, OfAnExifPointerHoldsTheWholeDirectorySetBeforeItsClosingRule) {
+TEST(TagDump, OfAnExifPointerContainsTheWholeDirectorySetBeforeItsClosingRule) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().sub(34665, file.child().shorts(37383, {5}));
@@ -220,7 +220,7 @@ std::string computerEndianFormat() {
     return std::endian::native == std::endian::big ? "Big Endian" : "Little Endian";
 }
 
-TEST(FileDump, OfAReadFileHoldsItsDirectorySet) {
+TEST(FileDump, ContainsTheDirectorySetOfAReadFile) {
     inQuietCall([] {
         TiffBuilder tiff;
         tiff.image().shorts(37383, {5});
@@ -241,7 +241,7 @@ TEST(FileDump, OfAReadFileHoldsItsDirectorySet) {
     });
 }
 
-TEST(FileDump, BeforeReadingSaysThatNothingIsInitializedYet) {
+TEST(FileDump, ReportsThatNothingIsInitializedBeforeTheRead) {
     inQuietCall([] {
         const MemoryFile file({'I', 'I', 42, 0});
         const ClassicTiffTagFile reader(file.name().c_str());
@@ -279,7 +279,7 @@ TEST(FileDump, NamesTheByteOrderOfTheHeader) {
     });
 }
 
-TEST(FileDump, AfterAFailedReadShowsWhatTheHeaderSaid) {
+TEST(FileDump, ShowsTheHeaderAfterAFailedRead) {
     inQuietCall([] {
         const MemoryFile file({'I', 'M', 42, 0, 8, 0, 0, 0});
         ClassicTiffTagFile reader(file.name().c_str());
@@ -300,7 +300,7 @@ TEST(FileDump, ShowsThePositionInUnsigned32Bits) {
     });
 }
 
-TEST(FileDump, OfBigTiffHoldsEveryDirectory) {
+TEST(FileDump, ContainsEveryDirectoryOfABigTiffFile) {
     inQuietCall([] {
         TiffBuilder file(Order::little, Flavour::big);
         file.image().shorts(256, {1});
@@ -330,7 +330,7 @@ private:
     std::size_t count_ = 0;
 };
 
-/// Characters of the dump of a file of this depth; 0 when the stack does not admit it.
+/// Characters in the dump of a file of this depth; 0 if the stack is too small.
 std::size_t dumpedCharacters(std::size_t depth) {
     const MemoryFile file(nestedExif(depth));
     ClassicTiffTagFile reader(file.name().c_str());
@@ -344,7 +344,7 @@ std::size_t dumpedCharacters(std::size_t depth) {
     return counter.count();
 }
 
-// A dump goes as deep as the read did and must need no more stack per level.
+// A dump goes as deep as the read did, so it must not need more stack per level.
 TEST(FileDump, OfTheDeepestReadableFileFitsTheStack) {
     runOnStack(std::size_t{1} << 20, [] {
         inQuietCall([] {

@@ -1,4 +1,4 @@
-// The dump of a value that stands beyond 2 GiB.
+// The dump of a value beyond 2 GiB.
 #include <gmock/gmock.h>
 #include <sstream>
 

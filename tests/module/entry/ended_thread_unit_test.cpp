@@ -1,4 +1,4 @@
-// A host may end a thread while the module reads on it.
+// A thread may exit while the module reads on it.
 #include <gtest/gtest.h>
 #include <pthread.h>
 
@@ -31,7 +31,7 @@ struct Read {
     bool returned = false;
 };
 
-TEST(GuardedRead, LetsAThreadEndDuringTheRead) {
+TEST(GuardedRead, LetsTheThreadExitDuringTheRead) {
     const MemoryFile file(bytesOf("kiln"));
     Read read{ThreadEndingReader(file.name().c_str())};
     const auto body = [](void* argument) -> void* {

@@ -17,7 +17,7 @@ class ErrorClass : public testing::Test {};
 using ErrorClasses = testing::Types<VeltraceFatalError, VeltraceRecoverableError>;
 TYPED_TEST_SUITE(ErrorClass, ErrorClasses);
 
-TYPED_TEST(ErrorClass, HoldsItsIdentifierAndThenItsMessageAndNothingElse) {
+TYPED_TEST(ErrorClass, ContainsOnlyItsIdentifierAndItsMessage) {
     const TypeParam error{"ZEPHRA:veltrace:kiln", "The kiln is cracked."};
     EXPECT_EQ(error.identifier, "ZEPHRA:veltrace:kiln");
     EXPECT_EQ(error.message, "The kiln is cracked.");
@@ -31,7 +31,7 @@ TYPED_TEST(ErrorClass, HasNoBaseAndNoVirtualOperations) {
     EXPECT_FALSE((std::is_base_of_v<VeltraceRecoverableError, VeltraceFatalError>));
 }
 
-TYPED_TEST(ErrorClass, IsOnlyCopiedAndDestroyed) {
+TYPED_TEST(ErrorClass, AllowsOnlyCopyAndDestruction) {
     EXPECT_TRUE(std::is_copy_constructible_v<TypeParam>);
     EXPECT_FALSE(std::is_copy_assignable_v<TypeParam>);
     EXPECT_FALSE(std::is_move_assignable_v<TypeParam>);

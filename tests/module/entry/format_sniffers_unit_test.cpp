@@ -24,13 +24,13 @@ struct SignatureCase {
 
 class Signature : public testing::TestWithParam<SignatureCase> {};
 
-TEST_P(Signature, IsAcceptedWhateverFollows) {
+TEST_P(Signature, IsAcceptedWithAnyBytesAfterIt) {
     const auto& [name, sniffer, signature] = GetParam();
     EXPECT_TRUE(accepts(sniffer, signature));
     EXPECT_TRUE(accepts(sniffer, signature + bytesOf("kiln")));
 }
 
-TEST_P(Signature, IsRefusedInAnyPart) {
+TEST_P(Signature, IsRejectedIfTruncated) {
     const auto& [name, sniffer, signature] = GetParam();
     for (std::size_t length = 0; length < signature.size(); ++length) {
         EXPECT_FALSE(accepts(
@@ -38,13 +38,13 @@ TEST_P(Signature, IsRefusedInAnyPart) {
     }
 }
 
-TEST_P(Signature, IsRefusedWithAnyOtherByte) {
+TEST_P(Signature, IsRejectedIfAnyByteDiffers) {
     const auto& [name, sniffer, signature] = GetParam();
-    for (std::size_t place = 0; place < signature.size(); ++place) {
+    for (std::size_t position = 0; position < signature.size(); ++position) {
         for (unsigned value = 0; value < 256; ++value) {
             Bytes changed = signature;
-            changed[place] = static_cast<std::uint8_t>(value);
-            EXPECT_EQ(accepts(sniffer, changed), changed == signature) << place << ' ' << value;
+            changed[position] = static_cast<std::uint8_t>(value);
+            EXPECT_EQ(accepts(sniffer, changed), changed == signature) << position << ' ' << value;
         }
     }
 }
@@ -60,13 +60,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 constexpr Sniffer kEverySniffer[] = {isJpegFile, isClassicTiffFile, isBigTiffFile};
 
-TEST(Sniffers, RefuseAFileThatCannotBeOpened) {
+TEST(Sniffers, RejectAFileThatCannotBeOpened) {
     for (const Sniffer sniffer : kEverySniffer) {
         EXPECT_FALSE(sniffer("/nonexistent/kiln.tif"));
     }
 }
 
-TEST(Sniffers, AllRefuseAFileOfFewerThanTwoBytes) {
+TEST(Sniffers, RejectAFileOfFewerThanTwoBytes) {
     for (const Sniffer sniffer : kEverySniffer) {
         for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{'M'}, Bytes{'I'}}) {
             EXPECT_FALSE(accepts(sniffer, file));

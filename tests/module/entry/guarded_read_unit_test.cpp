@@ -1,4 +1,4 @@
-// How what a reader throws becomes what the host hears.
+// How a guarded read reports what a reader throws.
 #include <cstring>
 #include <gmock/gmock.h>
 #include <memory>
@@ -21,7 +21,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Does in `readAll` what a test says, and tells when it is destroyed.
+/// Runs a script in `readAll` and records its own destruction.
 class ScriptedReader : public ClassicTiffTagFile {
 public:
     using Script = std::function<void(ScriptedReader&)>;
@@ -43,7 +43,7 @@ private:
     bool* destroyed_;
 };
 
-/// What one guarded read did.
+/// The result of one guarded read.
 struct Outcome {
     std::vector<zephra::Message> warnings;
     std::optional<zephra::Message> error;
@@ -53,8 +53,7 @@ struct Outcome {
     std::size_t blocksLeft = 0;
 };
 
-/// Reads a file of one directory. The file name is the only block from the host that outlives the
-/// read of a directory.
+/// Reads a file of one directory. The file name is the only host block that outlives the read.
 Outcome guardedRead(const ScriptedReader::Script& script) {
     TiffBuilder file;
     file.image().shorts(274, {6});
@@ -78,7 +77,7 @@ Outcome guardedRead(const ScriptedReader::Script& script) {
     return outcome;
 }
 
-TEST(GuardedRead, ReturnsWithReaderAndNameInPlaceWhenEverythingWasRead) {
+TEST(GuardedRead, KeepsReaderAndNameWhenEverythingWasRead) {
     const Outcome outcome = guardedRead([](ScriptedReader& reader) { reader.readChain(); });
     EXPECT_TRUE(outcome.returned);
     EXPECT_THAT(outcome.warnings, IsEmpty());
@@ -101,7 +100,7 @@ TEST(GuardedRead, RecoverableErrorAfterADirectoryIsAWarning) {
     EXPECT_EQ(outcome.blocksLeft, 1U);
 }
 
-TEST(GuardedRead, RecoverableErrorAfterADirectoryLeavesThatDirectoryToTheOutput) {
+TEST(GuardedRead, RecoverableErrorAfterADirectoryKeepsItForTheOutput) {
     TiffBuilder file;
     file.image().shorts(274, {6});
     const MemoryFile memory(file.bytes());
@@ -200,8 +199,8 @@ INSTANTIATE_TEST_SUITE_P(
                                 kUnknown}),
     [](const auto& test) { return test.param.name; });
 
-// The text of an error is the format of the host's message, which comes without arguments.
-TEST(GuardedRead, PercentSignsInATextReachTheHostAsTheyAre) {
+// The text of an error is the format of the host's message, which has no arguments.
+TEST(GuardedRead, PercentSignsInATextReachTheHostUnchanged) {
     const zephra::Message glazed = message("ZEPHRA:veltrace:kiln", "Glazed to 100% %s%n.\n");
     const Outcome fatal = guardedRead([&](ScriptedReader&) {
         throw VeltraceFatalError{glazed.identifier, glazed.text};

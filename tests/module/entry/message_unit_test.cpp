@@ -11,7 +11,7 @@ using namespace module;
 
 namespace {
 
-// Not `message`: the support library has one of its own.
+// Not named `message`, which the support library has too.
 template <class... Pieces>
 std::string composed(const Pieces&... pieces) {
     return veltrace::module::message(pieces...);
@@ -22,7 +22,7 @@ TEST(Message, JoinsItsPieces) {
               "kiln A has 3 doors");
 }
 
-TEST(Message, PrintsNumbersOfEveryWidthToTheirLimits) {
+TEST(Message, PrintsTheLimitsOfEveryNumberType) {
     EXPECT_EQ(composed(std::numeric_limits<std::uint16_t>::max()), "65535");
     EXPECT_EQ(composed(std::numeric_limits<std::int16_t>::min()), "-32768");
     EXPECT_EQ(composed(std::numeric_limits<std::uint32_t>::max()), "4294967295");

@@ -1,4 +1,4 @@
-// What a chain knows, and a chain without end.
+// The members of a chain, and a chain without end.
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <map>
@@ -19,7 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-TEST(NewChain, ForContainersIsEmpty) {
+TEST(NewChain, IsEmpty) {
     const IFDSet chain;
     EXPECT_EQ(chain.getNumIfds(), 0U);
     EXPECT_THAT(chain.directories(), IsEmpty());
@@ -27,7 +27,7 @@ TEST(NewChain, ForContainersIsEmpty) {
     EXPECT_FALSE(chain.hasUnknownTags());
 }
 
-TEST(ReadChain, KnowsItsReaderItsIdAndItsDirectories) {
+TEST(ReadChain, HasItsReaderItsIdAndItsDirectories) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(274, {6});
@@ -44,7 +44,7 @@ TEST(ReadChain, KnowsItsReaderItsIdAndItsDirectories) {
     });
 }
 
-TEST(FieldNames, AreOneForEachKnownTagIdInAscendingOrder) {
+TEST(FieldNames, ListEachKnownTagIdInAscendingOrder) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().ascii(305, "kiln").shorts(256, {640}).shorts(271, {1}).shorts(60'000, {1});
@@ -54,7 +54,7 @@ TEST(FieldNames, AreOneForEachKnownTagIdInAscendingOrder) {
     });
 }
 
-TEST(FieldNames, OfTwoDirectoriesWithOneTagAreOneEntry) {
+TEST(FieldNames, ListATagOfTwoDirectoriesOnce) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().ascii(305, "kiln").ascii(315, "ash");
@@ -102,7 +102,7 @@ TEST(ReadChain, DropsADirectoryWithoutFields) {
     });
 }
 
-// Offsets count from the header, which here follows four other bytes.
+// Offsets are relative to the header, which here follows four other bytes.
 
 TEST(ShiftedChain, IsFollowedFromItsHeader) {
     inQuietCall([] {
@@ -117,7 +117,7 @@ TEST(ShiftedChain, IsFollowedFromItsHeader) {
     });
 }
 
-TEST(ShiftedChain, NextPointerThatEqualsTheSizeWithoutTheShiftPasses) {
+TEST(ShiftedChain, NextPointerToTheEndOfTheFilePasses) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(274, {6}).next(26);
@@ -128,7 +128,7 @@ TEST(ShiftedChain, NextPointerThatEqualsTheSizeWithoutTheShiftPasses) {
     });
 }
 
-TEST(ShiftedChain, NextPointerOneBeyondThatIsAWarning) {
+TEST(ShiftedChain, NextPointerPastTheEndOfTheFileIsAWarning) {
     TiffBuilder file;
     file.image().shorts(274, {6}).next(27);
     OpenedTiff<> opened(bytesOf("kiln") + file.bytes(), 4);
@@ -146,7 +146,7 @@ TEST(ShiftedChain, NextPointerOneBeyondThatIsAWarning) {
     EXPECT_FALSE(result.error());
 }
 
-TEST(ReadChain, CopyHasEverything) {
+TEST(ReadChain, CopiesEveryMember) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(274, {6}).shorts(60'000, {1});
@@ -163,8 +163,7 @@ TEST(ReadChain, CopyHasEverything) {
     });
 }
 
-/// Says at the end of each directory that the first one follows, until it has said so often
-/// enough.
+/// Links each directory back to the first one, a thousand times.
 class LoopingReader : public ClassicTiffTagFile {
 public:
     using ClassicTiffTagFile::ClassicTiffTagFile;
@@ -179,8 +178,8 @@ private:
     int loops_ = 1000;
 };
 
-// Kept: there is no limit on the number of directories and no look at where they stand.
-TEST(ReadChain, ThatLeadsBackToItsStartIsReadAgain) {
+// Kept: the number of directories is not limited, and their positions are not compared.
+TEST(ReadChain, FollowsALoopWithoutLimit) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(274, {6});

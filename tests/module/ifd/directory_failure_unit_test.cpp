@@ -1,4 +1,4 @@
-// What a directory throws. The class of the error decides about the enclosing directory.
+// What a directory throws. The class of the error decides if the enclosing read goes on.
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -46,7 +46,7 @@ TEST(UnreadableCount, IsRecoverableInAnyOtherDirectory) {
     }
 }
 
-// No read gets here with tags in the directory; the rule is kept in this form all the same.
+// Not reachable from a file, where no tag has been read before the count.
 TEST(UnreadableCount, IsRecoverableInAnImageDirectoryThatHasFields) {
     inQuietCall([] {
         OpenedTiff<> file(rotatedImage());
@@ -99,7 +99,7 @@ TEST(DirectoryWithoutEntries, IsRecoverable) {
     });
 }
 
-TEST(TooLargeForApp1, IsRecoverable) {
+TEST(App1Limit, ReportsALargerTableAsRecoverable) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().statedCount(5462);
@@ -109,7 +109,7 @@ TEST(TooLargeForApp1, IsRecoverable) {
     });
 }
 
-/// A table of 12-byte entries can have 65532 or 65544 bytes, and nothing between.
+/// Tables of 12-byte entries have 65532 or 65544 bytes, and no size in between.
 template <std::int32_t EntrySize>
 class WideEntryReader : public JpegTagFile {
 public:
@@ -118,7 +118,7 @@ public:
     }
 };
 
-TEST(TooLargeForApp1, IsNotATableOf65536Bytes) {
+TEST(App1Limit, AllowsATableOf65536Bytes) {
     // 4096 entries of 16 bytes: unknown tag 60000, BYTE, count 1.
     const Bytes entry{0x60, 0xEA, 1, 0, 1, 0, 0, 0, 0, 0, 0, 0, 7, 0, 0, 0};
     Bytes bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x00, 0x10};
@@ -132,7 +132,7 @@ TEST(TooLargeForApp1, IsNotATableOf65536Bytes) {
     });
 }
 
-TEST(TooLargeForApp1, IsATableOf65538Bytes) {
+TEST(App1Limit, RejectsATableOf65538Bytes) {
     inQuietCall([] {
         // 3641 entries of 18 bytes.
         OpenedTiff<WideEntryReader<18>> opened(Bytes{'I', 'I', 42, 0, 8, 0, 0, 0, 0x39, 0x0E});
@@ -141,7 +141,7 @@ TEST(TooLargeForApp1, IsATableOf65538Bytes) {
     });
 }
 
-TEST(TooLargeForApp1, SentenceNamesTheKindOfDirectory) {
+TEST(App1Limit, MessageNamesTheKindOfDirectory) {
     for (const auto& [id, kind] : {std::pair{IfdId::image, ""},
                                    {IfdId::gps, "GPS "},
                                    {IfdId::interoperability, "interoperability "},
@@ -158,7 +158,7 @@ TEST(TooLargeForApp1, SentenceNamesTheKindOfDirectory) {
     }
 }
 
-TEST(TooLargeForApp1, SentenceKnowsNoOtherKind) {
+TEST(App1Limit, MessageRejectsAnyOtherKind) {
     OpenedTiff<> file(rotatedImage());
     std::ostringstream stream;
     EXPECT_EQ(
@@ -177,8 +177,8 @@ TEST(ImpossibleIfdId, OfATagEndsTheWholeRead) {
     });
 }
 
-// The name of a tag is looked up before its type is judged, which would only cost the entry.
-TEST(ImpossibleIfdId, OfATagWithoutAValidTypeEndsTheWholeReadToo) {
+// The name is looked up before the type is checked; a bad type would only skip the entry.
+TEST(ImpossibleIfdId, OfATagWithAnInvalidTypeEndsTheWholeReadToo) {
     inQuietCall([] {
         for (const std::uint16_t type : {std::uint16_t{0}, std::uint16_t{14}}) {
             TiffBuilder tiff;

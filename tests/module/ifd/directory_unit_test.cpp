@@ -1,4 +1,4 @@
-// What a directory knows after it was read.
+// The members of a directory after it was read.
 #include <gmock/gmock.h>
 
 #include "support/opened_tiff.h"
@@ -33,7 +33,7 @@ TiffBuilder fileOf(std::uint16_t tag) {
     return file;
 }
 
-TEST(NewDirectory, KnowsNothing) {
+TEST(NewDirectory, IsEmpty) {
     OpenedTiff<> file(fileOf(274));
     const IFD directory(*file, IfdId::exif);
     EXPECT_EQ(directory.ifdId(), IfdId::exif);
@@ -53,14 +53,14 @@ TEST(NewDirectory, KnowsNothing) {
     }
 }
 
-TEST(NewDirectory, ForContainersHasNoTags) {
+TEST(NewDirectory, HasNoTagsWithoutAReader) {
     const IFD directory;
     EXPECT_THAT(directory.knownTags(), IsEmpty());
     EXPECT_THAT(directory.unknownTags(), IsEmpty());
     EXPECT_THAT(directory.bitsPerSample(), IsEmpty());
 }
 
-TEST(ReadDirectory, KnowsItsPositionAndTheSizeOfItsTable) {
+TEST(ReadDirectory, HasItsPositionAndTheSizeOfItsTable) {
     inQuietCall([] {
         TiffBuilder classic;
         classic.image().shorts(274, {6}).shorts(266, {2});
@@ -107,7 +107,7 @@ TEST(ReadDirectory, KeepsKnownAndUnknownTagsInEntryOrder) {
     });
 }
 
-TEST(ReadDirectory, NeverHasWidthAndHeightAmongItsKnownTags) {
+TEST(ReadDirectory, KeepsWidthAndHeightOutOfItsKnownTags) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(256, {640}).shorts(257, {480});
@@ -122,7 +122,7 @@ TEST(ReadDirectory, NeverHasWidthAndHeightAmongItsKnownTags) {
     });
 }
 
-TEST(ReadDirectory, CopyHasEverything) {
+TEST(ReadDirectory, CopiesEveryMember) {
     inQuietCall([] {
         TiffBuilder file;
         file.image()
@@ -153,7 +153,7 @@ TEST(ReadDirectory, CopyHasEverything) {
     });
 }
 
-TEST(ReadDirectory, GivesItsIfdIdToItsTags) {
+TEST(ReadDirectory, PassesItsIfdIdToItsTags) {
     inQuietCall([] {
         const IFD directory = OpenedTiff<>(fileOf(1)).readDirectory(IfdId::gps);
         ASSERT_EQ(directory.knownTags().size(), 1U);
@@ -185,12 +185,12 @@ TEST_P(BaselineTag, IsPresentAndAllOthersGetFallbacksInAscendingOrder) {
 
 class OtherTag : public testing::TestWithParam<std::uint16_t> {};
 
-// 253 and 326 are the neighbours of the range; the others have no row in it.
+// 253 and 326 are just outside the range of baseline ids, the others inside it or far away.
 INSTANTIATE_TEST_SUITE_P(Tags, OtherTag,
                          testing::Values(253, 255, 256, 257, 262, 264, 265, 270, 285, 291, 301, 305,
                                          317, 319, 321, 326, 339, 60'000));
 
-TEST_P(OtherTag, LeavesEveryBaselineTagToItsFallback) {
+TEST_P(OtherTag, ReplacesNoFallback) {
     inQuietCall([] {
         const IFD directory = OpenedTiff<>(fileOf(GetParam())).readDirectory();
         for (const std::uint16_t tag : kBaseline) {
@@ -203,7 +203,7 @@ TEST_P(OtherTag, LeavesEveryBaselineTagToItsFallback) {
     });
 }
 
-TEST(Fallbacks, AreForImageDirectoriesOfTiffFilesOnly) {
+TEST(Fallbacks, AreAddedOnlyToImageDirectoriesOfTiffFiles) {
     inQuietCall([] {
         const TiffBuilder file = fileOf(1);
         for (const IfdId id : {IfdId::gps, IfdId::interoperability}) {
@@ -215,7 +215,7 @@ TEST(Fallbacks, AreForImageDirectoriesOfTiffFilesOnly) {
     });
 }
 
-TEST(Fallbacks, OfBitsPerSampleAreRememberedOncePerSample) {
+TEST(Fallbacks, RecordBitsPerSampleOnceForEachSample) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(277, {1, 1, 1});
@@ -226,7 +226,7 @@ TEST(Fallbacks, OfBitsPerSampleAreRememberedOncePerSample) {
     });
 }
 
-TEST(Fallbacks, WithoutBitsAndSamplesPerPixelMakeTheBitsPerSampleValuesOne) {
+TEST(Fallbacks, AreOneForBitsPerSampleAndMaxSampleValue) {
     inQuietCall([] {
         const IFD directory = OpenedTiff<>(fileOf(274)).readDirectory();
         EXPECT_THAT(directory.bitsPerSample(), ElementsAre(1));
@@ -238,7 +238,7 @@ TEST(Fallbacks, WithoutBitsAndSamplesPerPixelMakeTheBitsPerSampleValuesOne) {
     });
 }
 
-TEST(SampleCount, StaysOneWithASamplesPerPixelOfValueThreeAndCountOne) {
+TEST(SampleCount, IsTheCountOfSamplesPerPixelAndNotItsValue) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(277, {3});
@@ -246,7 +246,7 @@ TEST(SampleCount, StaysOneWithASamplesPerPixelOfValueThreeAndCountOne) {
     });
 }
 
-TEST(Fallbacks, LeaveTheBitsPerSampleOfTheFile) {
+TEST(Fallbacks, KeepTheBitsPerSampleOfTheFile) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(258, {8, 4}).shorts(277, {3});
@@ -256,7 +256,7 @@ TEST(Fallbacks, LeaveTheBitsPerSampleOfTheFile) {
     });
 }
 
-TEST(Presence, IsNotedInEveryKindOfDirectory) {
+TEST(Presence, IsRecordedInEveryKindOfDirectory) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(258, {8, 8}).shorts(262, {2}).shorts(277, {1, 1});
@@ -269,7 +269,7 @@ TEST(Presence, IsNotedInEveryKindOfDirectory) {
     });
 }
 
-TEST(Presence, CanBeNotedFromOutside) {
+TEST(Presence, IsRecordedByNoteTag) {
     inQuietCall([] {
         OpenedTiff<> file(fileOf(274));
         IFD directory(*file, IfdId::image);
@@ -283,7 +283,7 @@ TEST(Presence, CanBeNotedFromOutside) {
     });
 }
 
-TEST(NumberOfFields, Has16Bits) {
+TEST(NumberOfFields, WrapsAt16Bits) {
     inQuietCall([] {
         TiffBuilder file;
         for (int i = 0; i < 65'535; ++i) {

@@ -1,4 +1,4 @@
-// Output where no file can lead it.
+// Output in states that no file can cause.
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ public:
     }
 };
 
-TEST(FormatType, MustBeOneThatHasAName) {
+TEST(FormatType, MustHaveAName) {
     TiffBuilder file;
     file.image().shorts(271, {1});
     const MemoryFile memory(file.bytes());
@@ -50,8 +50,8 @@ TEST(FormatType, MustBeOneThatHasAName) {
     }
 }
 
-// The date is made first, so its failure is the one that is told.
-TEST(FormatType, IsLookedAtAfterTheDate) {
+// The date is created first, so its failure is the one that is reported.
+TEST(FormatType, IsCheckedAfterTheDate) {
     TiffBuilder file;
     file.image().shorts(271, {1});
     const MemoryFile memory(file.bytes());
@@ -65,7 +65,7 @@ TEST(FormatType, IsLookedAtAfterTheDate) {
                                       "Failed to create file modification time string."));
 }
 
-TEST(IfdSet, WithoutDirectoriesIsAnEmptyMatrixEvenForAMainChain) {
+TEST(IfdSet, ReturnsAnEmptyMatrixIfItHasNoDirectories) {
     inQuietCall([] {
         IFDSet chain;
         EXPECT_EQ(chain.ifdId(), IfdId::image);
@@ -76,7 +76,7 @@ TEST(IfdSet, WithoutDirectoriesIsAnEmptyMatrixEvenForAMainChain) {
     });
 }
 
-TEST(TagFile, WithoutAChainIsAnEmptyMatrix) {
+TEST(TagFile, ReturnsAnEmptyMatrixIfItHasNoChain) {
     inQuietCall([] {
         const MemoryFile memory(bytesOf("anything"));
         ClassicTiffTagFile reader(memory.name().c_str());
@@ -86,7 +86,7 @@ TEST(TagFile, WithoutAChainIsAnEmptyMatrix) {
     });
 }
 
-TEST(DefaultFieldNames, AreThirtyFourForTiffAndTenForJpeg) {
+TEST(DefaultFieldNames, Are34ForTiffAnd10ForJpeg) {
     const MemoryFile memory(bytesOf("anything"));
     EXPECT_THAT(ClassicTiffTagFile(memory.name().c_str()).defaultFieldNames(), SizeIs(34));
     EXPECT_THAT(BigTiffTagFile(memory.name().c_str()).defaultFieldNames(), SizeIs(34));

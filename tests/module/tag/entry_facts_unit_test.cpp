@@ -1,4 +1,4 @@
-// What a tag tells of the entry that it comes from.
+// What a tag reports of its entry.
 #include <gtest/gtest.h>
 
 #include "ifd/ifd.h"

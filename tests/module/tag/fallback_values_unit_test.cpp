@@ -1,4 +1,4 @@
-// Stand-ins for baseline tags, made directly.
+// Fallback tags, constructed directly.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -55,10 +55,10 @@ const Fallback kFallbacks[] = {
     {325, "TileByteCounts", {}, ""},
 };
 
-zephra::Message refusal(std::uint32_t tag, std::string_view ending) {
+zephra::Message rejection(std::uint32_t tag, std::string_view rest) {
     return message("ZEPHRA:veltrace:TagFile:defaultField:unrecognizedTagId",
                    "Unrecognized tag ID " + std::to_string(tag) +
-                       " for fallback default value constructor" + std::string(ending));
+                       " for fallback default value constructor" + std::string(rest));
 }
 
 void expectNothingFromAFile(const TiffTag& tag) {
@@ -83,25 +83,25 @@ TEST(FallbackTag, HasItsNameAndValue) {
     }
 }
 
-TEST(FallbackTag, DoesNotExistForAnyOtherId) {
+TEST(FallbackTag, RejectsAnyOtherId) {
     for (std::uint32_t id = 0; id <= 65535; ++id) {
         if (std::ranges::find(kFallbacks, id, &Fallback::tag) == std::end(kFallbacks)) {
             EXPECT_EQ(recoverableErrorOf([id] {
                           const TiffTag tag(static_cast<std::uint16_t>(id), IfdId::image);
                       }),
-                      refusal(id, ".\n"));
+                      rejection(id, ".\n"));
         }
     }
 }
 
-TEST(FallbackTag, NeedsASuppliedValueForBitDepthsAndLargestValues) {
+TEST(FallbackTag, NeedsASuppliedValueForBitsPerSampleAndMaxSampleValue) {
     EXPECT_EQ(recoverableErrorOf([] { const TiffTag tag(258, IfdId::image); }),
-              refusal(258, ".\n"));
+              rejection(258, ".\n"));
     EXPECT_EQ(recoverableErrorOf([] { const TiffTag tag(281, IfdId::image); }),
-              refusal(281, ".\n"));
+              rejection(281, ".\n"));
 }
 
-TEST(FallbackTag, IsNamedAndTreatedByTheKindOfItsDirectory) {
+TEST(FallbackTag, IsNamedAndInterpretedByTheKindOfItsDirectory) {
     const TiffTag exif(284, IfdId::exif);
     EXPECT_EQ(exif.name(), "PlanarConfiguration");
     EXPECT_EQ(exif.outputText(), "Chunky");
@@ -112,7 +112,7 @@ TEST(FallbackTag, IsNamedAndTreatedByTheKindOfItsDirectory) {
     EXPECT_THAT(gps.outputValues(), ElementsAre(1));
 }
 
-TEST(FallbackBitDepth, IsOneForEachSampleSoThreeOnesForThree) {
+TEST(FallbackBitDepth, IsOneForEachSample) {
     const TiffTag tag(258, IfdId::image, std::uint32_t{3});
     EXPECT_EQ(tag.tagId(), 258);
     EXPECT_EQ(tag.name(), "BitsPerSample");
@@ -125,21 +125,21 @@ TEST(FallbackBitDepth, IsOneForEachSampleSoThreeOnesForThree) {
     EXPECT_THAT(many.outputValues(), Each(1));
 }
 
-TEST(FallbackBitDepth, OfNoSamplesHasNoValues) {
+TEST(FallbackBitDepth, HasNoValuesForNoSamples) {
     const TiffTag tag(258, IfdId::image, std::uint32_t{0});
     EXPECT_EQ(tag.name(), "BitsPerSample");
     EXPECT_THAT(tag.outputValues(), IsEmpty());
 }
 
-TEST(FallbackBitDepth, DoesNotExistForAnyOtherId) {
+TEST(FallbackBitDepth, RejectsAnyOtherId) {
     for (const std::uint16_t id : std::vector<std::uint16_t>{0, 254, 257, 259, 277, 281, 65535}) {
         EXPECT_EQ(
             recoverableErrorOf([id] { const TiffTag tag(id, IfdId::image, std::uint32_t{3}); }),
-            refusal(id, " with supplied value.\n"));
+            rejection(id, " with supplied value.\n"));
     }
 }
 
-TEST(FallbackLargestValue, FollowsFromEachBitDepthSo255For8And1For1) {
+TEST(FallbackLargestValue, Is255For8BitsAnd1For1Bit) {
     const TiffTag tag(281, IfdId::image, std::vector<double>{8, 8, 8});
     EXPECT_EQ(tag.tagId(), 281);
     EXPECT_EQ(tag.name(), "MaxSampleValue");
@@ -152,13 +152,13 @@ TEST(FallbackLargestValue, FollowsFromEachBitDepthSo255For8And1For1) {
                 ElementsAre(1, 3, 15, 65535, 4294967295));
 }
 
-TEST(FallbackLargestValue, OfNoBitDepthsHasNoValues) {
+TEST(FallbackLargestValue, HasNoValuesForNoBitDepths) {
     const TiffTag tag(281, IfdId::image, std::vector<double>{});
     EXPECT_THAT(tag.outputValues(), IsEmpty());
     EXPECT_EQ(tag.count(), 0U);
 }
 
-TEST(FallbackLargestValue, IsAPowerOfTwoLessOneForAnyNumber) {
+TEST(FallbackLargestValue, IsAPowerOfTwoMinusOneForAnyNumber) {
     const double infinity = std::numeric_limits<double>::infinity();
     const TiffTag tag(281, IfdId::image,
                       std::vector<double>{0, -1, 0.5, 64, 1024, infinity, -infinity,
@@ -168,22 +168,22 @@ TEST(FallbackLargestValue, IsAPowerOfTwoLessOneForAnyNumber) {
                             infinity, -1, IsNan()));
 }
 
-TEST(FallbackLargestValue, DoesNotExistForAnyOtherId) {
+TEST(FallbackLargestValue, RejectsAnyOtherId) {
     for (const std::uint16_t id : std::vector<std::uint16_t>{0, 254, 258, 280, 282, 65535}) {
         EXPECT_EQ(recoverableErrorOf(
                       [id] { const TiffTag tag(id, IfdId::image, std::vector<double>{8}); }),
-                  refusal(id, " with supplied value.\n"));
+                  rejection(id, " with supplied value.\n"));
     }
 }
 
-// Which of two faults is told shows whether the name or the id comes first.
+// With two errors, the reported one shows if the name or the id is checked first.
 TEST(FallbackTag, IsNamedBeforeItsIdIsCheckedExceptForLargestValues) {
     const auto badDirectory =
         message("ZEPHRA:veltrace:getTagName:unrecognizedIfdId", "Did not recognize IFD ID 4\n");
     EXPECT_EQ(fatalErrorOf([] { const TiffTag tag(0, IfdId{4}); }), badDirectory);
     EXPECT_EQ(fatalErrorOf([] { const TiffTag tag(0, IfdId{4}, std::uint32_t{3}); }), badDirectory);
     EXPECT_EQ(recoverableErrorOf([] { const TiffTag tag(0, IfdId{4}, std::vector<double>{8}); }),
-              refusal(0, " with supplied value.\n"));
+              rejection(0, " with supplied value.\n"));
     EXPECT_EQ(fatalErrorOf([] { const TiffTag tag(281, IfdId{4}, std::vector<double>{8}); }),
               badDirectory);
 }

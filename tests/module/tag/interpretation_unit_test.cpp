@@ -1,4 +1,4 @@
-// Interpretation where no file can lead it.
+// Interpretation in states that no file can cause.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -21,7 +21,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(Interpretation, RefusesAnImpossibleKindOfDirectory) {
+TEST(Interpretation, RejectsAnImpossibleKindOfDirectory) {
     TiffTag tag(263, IfdId::image);
     TiffTagPeer::setIfdId(tag, IfdId{4});
     EXPECT_EQ(fatalErrorOf([&] { TiffTagPeer::processSpecificTags(tag); }),
@@ -29,7 +29,7 @@ TEST(Interpretation, RefusesAnImpossibleKindOfDirectory) {
                       "Did not recognize IFD ID 4\n"));
 }
 
-TEST(Interpretation, LeavesTagsOfGpsAndInteroperabilityDirectoriesAlone) {
+TEST(Interpretation, SkipsTagsOfGpsAndInteroperabilityDirectories) {
     for (const IfdId ifdId : {IfdId::gps, IfdId::interoperability}) {
         const TiffTag tag(259, ifdId);
         EXPECT_THAT(tag.outputText(), IsEmpty());
@@ -37,7 +37,7 @@ TEST(Interpretation, LeavesTagsOfGpsAndInteroperabilityDirectoriesAlone) {
     }
 }
 
-TEST(Interpretation, KeepsTheNumbersBehindAWord) {
+TEST(Interpretation, KeepsTheNumbersOfAWord) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(290, {0, 8});
@@ -47,7 +47,7 @@ TEST(Interpretation, KeepsTheNumbersBehindAWord) {
     });
 }
 
-TEST(Interpretation, KeepsTheRawValuesOfWhatItReplaces) {
+TEST(Interpretation, KeepsTheRawValuesOfReplacedNumbers) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().shorts(290, {3, 4});
@@ -58,8 +58,8 @@ TEST(Interpretation, KeepsTheRawValuesOfWhatItReplaces) {
     });
 }
 
-// A value is a text or numbers, and words come from numbers.
-TEST(Interpretation, GivesAWordThatPrecedesNumbersAndATextInPlaceOfThem) {
+// A value is either a text or numbers, and only numbers get words.
+TEST(Interpretation, ReportsWordsAndTextsInPlaceOfNumbers) {
     inQuietCall([] {
         TiffTag tag(259, IfdId::image);
         EXPECT_EQ(zephra::Value(tag.outputValue()).text(), "Uncompressed");
@@ -71,7 +71,7 @@ TEST(Interpretation, GivesAWordThatPrecedesNumbersAndATextInPlaceOfThem) {
     });
 }
 
-TEST(Nesting, SaysBothThingsOfAnImpossibleKindOfDirectory) {
+TEST(Nesting, ReportsAnImpossibleKindOfDirectoryInTwoSentences) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().sub(34665, file.child().shorts(37383, {5}));
@@ -85,7 +85,7 @@ TEST(Nesting, SaysBothThingsOfAnImpossibleKindOfDirectory) {
     });
 }
 
-// The stored values stay scaled, so a second look scales them again.
+// The stored values stay scaled, so a second output scales them again.
 TEST(Colormap, IsScaledInPlace) {
     inQuietCall([] {
         TiffBuilder file;
@@ -107,13 +107,13 @@ TEST(IntegerCode, TruncatesTowardZero) {
     EXPECT_EQ(integerCode(5e-324), 0);
 }
 
-TEST(IntegerCode, JudgesTheRangeAfterTruncation) {
+TEST(IntegerCode, ChecksTheRangeAfterTruncation) {
     EXPECT_EQ(integerCode(2147483647.5), 2147483647);
     EXPECT_EQ(integerCode(-2147483648.5), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(integerCode(-2147483647.5), -2147483647);
 }
 
-TEST(IntegerCode, IsTheLowestOneForWhatDoesNotFit) {
+TEST(IntegerCode, IsTheMinimumForNumbersOutOfRange) {
     for (const double value :
          {2147483648.0, 4294967296.0, -2147483649.0, 1e300, -1e300,
           std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),

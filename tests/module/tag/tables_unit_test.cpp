@@ -1,4 +1,4 @@
-// The checks that the tables go through when they are compiled, and the lookups.
+// The compile-time checks of the tables, and the lookups.
 #include <gtest/gtest.h>
 
 #include "tag/tag_name.h"
@@ -10,14 +10,14 @@ using namespace module;
 
 namespace {
 
-TEST(WordRows, AreAscendingOnlyWithoutRepetition) {
+TEST(WordRows, MustAscendWithoutRepetition) {
     EXPECT_TRUE(strictlyAscending(std::span<const Word>{}));
     EXPECT_TRUE(strictlyAscending({{Word{1, "clay"}, Word{2, "ash"}, Word{5, "salt"}}}));
     EXPECT_FALSE(strictlyAscending({{Word{1, "clay"}, Word{2, "ash"}, Word{2, "salt"}}}));
     EXPECT_FALSE(strictlyAscending({{Word{1, "clay"}, Word{5, "ash"}, Word{2, "salt"}}}));
 }
 
-TEST(WordTable, HasItsFallbackForEveryOtherCode) {
+TEST(WordTable, ReturnsItsFallbackForAnyOtherCode) {
     static constexpr Word kRows[] = {{1, "clay"}, {3, "ash"}};
     constexpr WordTable kGlazes{1, kRows, "none"};
     EXPECT_EQ(wordFor(kGlazes, 0), "none");
@@ -27,14 +27,14 @@ TEST(WordTable, HasItsFallbackForEveryOtherCode) {
     EXPECT_EQ(wordFor(kGlazes, 4), "none");
 }
 
-TEST(NameRows, AreAscendingOnlyWithoutRepetition) {
+TEST(NameRows, MustAscendWithoutRepetition) {
     EXPECT_TRUE(strictlyAscending(std::span<const TagName>{}));
     EXPECT_TRUE(strictlyAscending({{TagName{1, "Clay"}, TagName{2, "Ash"}}}));
     EXPECT_FALSE(strictlyAscending({{TagName{2, "Clay"}, TagName{2, "Ash"}}}));
     EXPECT_FALSE(strictlyAscending({{TagName{2, "Clay"}, TagName{1, "Ash"}}}));
 }
 
-TEST(NameRows, HaveAnEmptyNameForEveryOtherId) {
+TEST(NameRows, ReturnAnEmptyNameForAnyOtherId) {
     static constexpr TagName kRows[] = {{1, "Clay"}, {3, "Ash"}};
     EXPECT_EQ(nameIn(kRows, 0), "");
     EXPECT_EQ(nameIn(kRows, 1), "Clay");

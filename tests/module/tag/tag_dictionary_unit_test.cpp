@@ -1,4 +1,4 @@
-// The dictionary itself, asked for every id there is.
+// The dictionary, for every id.
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ TEST(TagDictionary, NamesExactlyTheListedTagsOfAnImageDirectory) {
     expectExactly(IfdId::image, kMainRows);
 }
 
-TEST(TagDictionary, SharesTheTableOfImageDirectoriesWithExifDirectories) {
+TEST(TagDictionary, UsesOneTableForImageAndExifDirectories) {
     expectExactly(IfdId::exif, kMainRows);
 }
 
@@ -57,19 +57,19 @@ TEST(TagDictionary, EndsEveryNameWithANul) {
     }
 }
 
-TEST(TagDictionary, CallsTagOneInteroperabilityIndexOrGpsLatitudeRefByItsDirectory) {
+TEST(TagDictionary, NamesTag1ByItsDirectory) {
     EXPECT_EQ(tagNameFor(IfdId::image, 1), "");
     EXPECT_EQ(tagNameFor(IfdId::gps, 1), "GPSLatitudeRef");
     EXPECT_EQ(tagNameFor(IfdId::interoperability, 1), "InteroperabilityIndex");
 }
 
-TEST(TagDictionary, CallsTagZeroGpsVersionIdInGpsDirectoriesAndNothingElsewhere) {
+TEST(TagDictionary, NamesTag0OnlyInGpsDirectories) {
     EXPECT_EQ(tagNameFor(IfdId::gps, 0), "GPSVersionID");
     EXPECT_EQ(tagNameFor(IfdId::image, 0), "");
     EXPECT_EQ(tagNameFor(IfdId::exif, 0), "");
 }
 
-TEST(TagDictionary, CallsTheExifPointerDigitalCameraInImagesAndNothingInGpsDirectories) {
+TEST(TagDictionary, NamesTheExifPointerOnlyInImageAndExifDirectories) {
     EXPECT_EQ(tagNameFor(IfdId::image, 34665), "DigitalCamera");
     EXPECT_EQ(tagNameFor(IfdId::exif, 34665), "DigitalCamera");
     EXPECT_EQ(tagNameFor(IfdId::gps, 34665), "");
@@ -98,7 +98,7 @@ TEST(TagDictionary, KeepsSpellingsThatDifferFromThePublishedOnes) {
     }
 }
 
-TEST(TagDictionary, RefusesAnImpossibleKindOfDirectory) {
+TEST(TagDictionary, RejectsAnImpossibleKindOfDirectory) {
     EXPECT_EQ(
         fatalErrorOf([] { (void)tagNameFor(IfdId{4}, 259); }),
         message("ZEPHRA:veltrace:getTagName:unrecognizedIfdId", "Did not recognize IFD ID 4\n"));
@@ -107,7 +107,7 @@ TEST(TagDictionary, RefusesAnImpossibleKindOfDirectory) {
                       "Did not recognize IFD ID 4294967295\n"));
 }
 
-TEST(TagName, StaysWhatItWasWhenTheKindOfDirectoryIsImpossible) {
+TEST(TagName, IsUnchangedIfTheKindOfDirectoryIsImpossible) {
     TiffTag tag(259, IfdId::image);
     TiffTagPeer::setIfdId(tag, IfdId{4});
     EXPECT_EQ(
@@ -116,7 +116,7 @@ TEST(TagName, StaysWhatItWasWhenTheKindOfDirectoryIsImpossible) {
     EXPECT_EQ(tag.name(), "Compression");
 }
 
-TEST(TagName, BecomesEmptyWhereTheTagIsUnknown) {
+TEST(TagName, BecomesEmptyIfTheTagIsUnknown) {
     TiffTag tag(259, IfdId::image);
     TiffTagPeer::setIfdId(tag, IfdId::gps);
     TiffTagPeer::getTagName(tag);

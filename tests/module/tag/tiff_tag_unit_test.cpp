@@ -1,5 +1,4 @@
-// A tag by itself: what it keeps of its entry, how it is copied, and failures no file can bring
-// about.
+// A single tag: what it keeps of its entry, copies, and failures that no file can cause.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -59,7 +58,7 @@ TEST(TiffTag, KeepsNumeratorsAndDenominatorsInFileOrder) {
     EXPECT_EQ(result.error(), std::nullopt);
 }
 
-TEST(TiffTag, WidensTheWordsOfRationalsWithTheirOwnSign) {
+TEST(TiffTag, WidensRationalsWithTheirSign) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().rationals(271, {{4294967295, 2147483648}});
@@ -94,7 +93,7 @@ TEST(TiffTag, KeepsTheFieldsOfItsEntry) {
     });
 }
 
-TEST(TiffTag, KeepsThreeAsciiBytesAsATextOfThreeCharactersNulIncluded) {
+TEST(TiffTag, KeepsTheNulOfAnAsciiText) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().ascii(271, "AB");
@@ -106,7 +105,7 @@ TEST(TiffTag, KeepsThreeAsciiBytesAsATextOfThreeCharactersNulIncluded) {
     });
 }
 
-TEST(TiffTag, OfNoElementsKeepsNothingWhateverItsType) {
+TEST(TiffTag, HasNoValuesForACountOfZeroOfAnyType) {
     inQuietCall([] {
         for (std::uint16_t type = 1; type <= 12; ++type) {
             TiffBuilder file;
@@ -139,7 +138,7 @@ TEST(TiffTag, CountsTheBytesOfItsValueIn32Bits) {
     });
 }
 
-TEST(TiffTag, OwnsItsSubDirectoryAlone) {
+TEST(TiffTag, CopiesItsSubDirectory) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().sub(34665, file.child().shorts(37383, {5}));
@@ -185,7 +184,7 @@ TEST(TiffTag, CopiesRawTextAndOutputText) {
     });
 }
 
-TEST(TiffTag, ReturnsToItsPositionAfterASubDirectory) {
+TEST(TiffTag, RestoresThePositionAfterASubDirectory) {
     inQuietCall([] {
         TiffBuilder file;
         file.image().sub(34665, file.child().shorts(37383, {5}));
@@ -198,7 +197,7 @@ TEST(TiffTag, ReturnsToItsPositionAfterASubDirectory) {
     });
 }
 
-TEST(TiffTag, SaysWhenTheHostCannotSeekToItsValue) {
+TEST(TiffTag, ReportsAFailedSeekToItsValue) {
     inQuietCall([] {
         const UnseekableFile file;
         ClassicTiffTagFile reader(file.name().c_str());
@@ -210,7 +209,7 @@ TEST(TiffTag, SaysWhenTheHostCannotSeekToItsValue) {
     });
 }
 
-TEST(TiffTag, SaysWhenTheHostCannotSeekToItsSubDirectory) {
+TEST(TiffTag, ReportsAFailedSeekToItsSubDirectory) {
     const std::pair<std::uint16_t, std::string_view> rows[] = {
         {330, "Could not seek to start of generic sub IFD\n"},
         {34665, "Could not seek to start of Exif sub IFD\n"},
@@ -228,7 +227,7 @@ TEST(TiffTag, SaysWhenTheHostCannotSeekToItsSubDirectory) {
     });
 }
 
-TEST(TiffTag, IsNotMadeOfAnEntryWithoutAValidType) {
+TEST(TiffTag, RejectsAnEntryWithAnInvalidType) {
     inQuietCall([] {
         const MemoryFile memory(Bytes(64, 0));
         ClassicTiffTagFile reader(memory.name().c_str());
@@ -258,7 +257,7 @@ TEST(TiffTag, SeeksBeforeItChecksTheNesting) {
     });
 }
 
-TEST(TiffTag, RefusesTypesThatItCannotDecode) {
+TEST(TiffTag, RejectsATypeThatCannotBeDecoded) {
     TiffTag tag(259, IfdId::image);
     const auto decode = [&](std::uint16_t type) {
         TiffTagPeer::setDataType(tag, type);
@@ -275,7 +274,7 @@ TEST(TiffTag, RefusesTypesThatItCannotDecode) {
                                      "Did not recognize tag format 65535\n"));
 }
 
-TEST(TiffTag, RefusesToBeReadInAnImpossibleKindOfDirectory) {
+TEST(TiffTag, RejectsAnImpossibleKindOfDirectory) {
     inQuietCall([] {
         const MemoryFile memory(Bytes(64, 0));
         ClassicTiffTagFile reader(memory.name().c_str());

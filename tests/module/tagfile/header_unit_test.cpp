@@ -1,4 +1,4 @@
-// What a reader knows after its header, and the failures that no file can show.
+// What a reader knows after its header, and failures that no file can cause.
 #include <gmock/gmock.h>
 #include <memory>
 
@@ -31,7 +31,7 @@ struct ReaderCase {
     std::string versionReadIdentifier;
 };
 
-class HeaderOf : public testing::TestWithParam<ReaderCase> {
+class TiffHeader : public testing::TestWithParam<ReaderCase> {
 protected:
     [[nodiscard]] static Bytes header(Order order, std::uint16_t version = 42) {
         const bool big = GetParam().flavour == Flavour::big;
@@ -57,10 +57,10 @@ const ReaderCase kReaders[] = {
      "ZEPHRA:veltrace:bigTiff:badTiffHeaderVersionRead"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Readers, HeaderOf, testing::ValuesIn(kReaders),
+INSTANTIATE_TEST_SUITE_P(Readers, TiffHeader, testing::ValuesIn(kReaders),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(HeaderOf, IIFileHasSwapFlagFalseOnALittleEndianComputer) {
+TEST_P(TiffHeader, ClearsTheSwapFlagForIIOnALittleEndianComputer) {
     const MemoryFile file(header(Order::little));
     const auto reader = GetParam().make(file.name().c_str());
     reader->readHeader();
@@ -69,7 +69,7 @@ TEST_P(HeaderOf, IIFileHasSwapFlagFalseOnALittleEndianComputer) {
     EXPECT_FALSE(reader->swapFlag());
 }
 
-TEST_P(HeaderOf, MMFileHasSwapFlagTrueOnALittleEndianComputer) {
+TEST_P(TiffHeader, SetsTheSwapFlagForMMOnALittleEndianComputer) {
     const MemoryFile file(header(Order::big));
     const auto reader = GetParam().make(file.name().c_str());
     reader->readHeader();
@@ -78,7 +78,7 @@ TEST_P(HeaderOf, MMFileHasSwapFlagTrueOnALittleEndianComputer) {
     EXPECT_TRUE(reader->swapFlag());
 }
 
-TEST_P(HeaderOf, DecidesTheSwapFlagAnew) {
+TEST_P(TiffHeader, SetsTheSwapFlagAnewAtEachRead) {
     const Bytes swapped = header(Order::big);
     const MemoryFile file(swapped + header(Order::little));
     const auto reader = GetParam().make(file.name().c_str());
@@ -89,7 +89,7 @@ TEST_P(HeaderOf, DecidesTheSwapFlagAnew) {
     EXPECT_FALSE(reader->swapFlag());
 }
 
-TEST_P(HeaderOf, Version43OrAnyOtherIsKeptAndNotCompared) {
+TEST_P(TiffHeader, StoresAnyVersionWithoutComparingIt) {
     for (const Order order : {Order::little, Order::big}) {
         for (const std::uint16_t version : std::vector<std::uint16_t>{0, 42, 43, 0x2B00, 0xFFFE}) {
             const MemoryFile file(header(order, version));
@@ -100,7 +100,7 @@ TEST_P(HeaderOf, Version43OrAnyOtherIsKeptAndNotCompared) {
     }
 }
 
-TEST_P(HeaderOf, BeginsWhereTheStreamStandsAndOffsetsCountFromThere) {
+TEST_P(TiffHeader, StartsAtTheCurrentPositionAndOffsetsAreRelativeToIt) {
     const Bytes bytes = header(Order::big);
     const MemoryFile file(bytesOf("kiln") + bytes);
     const auto reader = GetParam().make(file.name().c_str());
@@ -110,7 +110,7 @@ TEST_P(HeaderOf, BeginsWhereTheStreamStandsAndOffsetsCountFromThere) {
     EXPECT_EQ(reader->position(), 4 + static_cast<std::int64_t>(bytes.size()));
 }
 
-TEST_P(HeaderOf, WithoutAWholeByteOrderMarkIsFatal) {
+TEST_P(TiffHeader, TruncatedByteOrderMarkIsFatal) {
     for (const Bytes& bytes : {Bytes{}, Bytes{'I'}}) {
         const MemoryFile file(bytes);
         const auto reader = GetParam().make(file.name().c_str());
@@ -121,13 +121,13 @@ TEST_P(HeaderOf, WithoutAWholeByteOrderMarkIsFatal) {
     }
 }
 
-TEST_P(HeaderOf, WithoutAWholeVersionIsFatal) {
+TEST_P(TiffHeader, TruncatedVersionIsFatal) {
     const std::string text = "Could not read TIFF header version number, the image may be corrupt.";
     expectFatal({'I', 'I'}, GetParam().versionReadIdentifier, text);
     expectFatal({'M', 'M', 0}, GetParam().versionReadIdentifier, text);
 }
 
-TEST_P(HeaderOf, LettersIAndMAreBadEndiannessWith73And77InBrackets) {
+TEST_P(TiffHeader, ByteOrderMarkIMIsFatalAndReportedAs73And77) {
     const MemoryFile file(bytesOf("IM") + Bytes(16, 0));
     const auto reader = GetParam().make(file.name().c_str());
     EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
@@ -142,7 +142,7 @@ struct MarkCase {
     const char* numbers;
 };
 
-TEST_P(HeaderOf, AnyOtherByteOrderMarkIsFatalAndShownInNumbers) {
+TEST_P(TiffHeader, AnyOtherByteOrderMarkIsFatalAndReportedInNumbers) {
     for (const auto& [mark, numbers] :
          {MarkCase{{'M', 'I'}, "[77 73]"}, MarkCase{{'i', 'i'}, "[105 105]"},
           MarkCase{{0, 0xFF}, "[0 255]"}, MarkCase{{0x80, 'M'}, "[128 77]"}}) {
@@ -156,9 +156,9 @@ TEST_P(HeaderOf, AnyOtherByteOrderMarkIsFatalAndShownInNumbers) {
     }
 }
 
-// The failures that files show as well; here, that they are fatal.
+// Failures that a file can cause too; here, that they are fatal.
 
-TEST_P(HeaderOf, TruncatedFirstOffsetIsFatal) {
+TEST_P(TiffHeader, TruncatedFirstOffsetIsFatal) {
     Bytes bytes = header(Order::little);
     bytes.pop_back();
     const MemoryFile file(bytes);
@@ -170,7 +170,7 @@ TEST_P(HeaderOf, TruncatedFirstOffsetIsFatal) {
                       "corrupt."));
 }
 
-TEST_P(HeaderOf, FirstOffsetPastTheEndIsFatalAndCountsFromTheHeader) {
+TEST_P(TiffHeader, FirstOffsetPastTheEndIsFatalAndRelativeToTheHeader) {
     const Bytes bytes = header(Order::little);
     const MemoryFile file(bytesOf("kiln") + bytes);
     const auto size = static_cast<std::int64_t>(bytes.size());
@@ -186,7 +186,7 @@ TEST_P(HeaderOf, FirstOffsetPastTheEndIsFatalAndCountsFromTheHeader) {
                           std::to_string(size + 4) + "), the image may be corrupt."));
 }
 
-TEST_P(HeaderOf, BeginsAtMinusOneWhenTheSystemDoesNotTellWhere) {
+TEST_P(TiffHeader, StartsAtMinusOneIfThePositionIsUnknown) {
     const UnseekableFile file;
     file.feed(header(Order::little));
     const auto reader = GetParam().make(file.name().c_str());
@@ -201,7 +201,7 @@ TEST_P(HeaderOf, BeginsAtMinusOneWhenTheSystemDoesNotTellWhere) {
     EXPECT_EQ(reader->offsetBase(), -1);
 }
 
-TEST_P(HeaderOf, SeekThatIsRefusedIsFatal) {
+TEST_P(TiffHeader, FailedSeekIsFatal) {
     const MemoryFile file(
         TiffBuilder(Order::little, GetParam().flavour).firstOffset(std::uint64_t{1} << 31).bytes());
     file.put(std::int64_t{1} << 31, {0});
@@ -227,7 +227,7 @@ TEST(BigTiffHeader, TruncatedOffsetSizeIsFatal) {
     expectTruncationIsFatal({'M', 'M', 43, 0, 0}, text);
 }
 
-// Kept: shares the identifier of the offset size.
+// Kept: the identifier is the one of the offset size.
 TEST(BigTiffHeader, TruncatedPaddingIsFatal) {
     const std::string text = "Could not read Big TIFF header padding, the image may be corrupt.";
     expectTruncationIsFatal({'I', 'I', 43, 0, 8, 0}, text);
@@ -236,7 +236,7 @@ TEST(BigTiffHeader, TruncatedPaddingIsFatal) {
 
 // readAll
 
-TEST(ReadAll, OfAClassicFileTakesAnyVersionWithoutComplaint) {
+TEST(ReadAll, AcceptsAnyVersionInAClassicFile) {
     for (const std::uint16_t version : std::vector<std::uint16_t>{43, 0, 0xFFFF}) {
         TiffBuilder builder;
         builder.version(version).image().shorts(274, {6});
@@ -249,7 +249,7 @@ TEST(ReadAll, OfAClassicFileTakesAnyVersionWithoutComplaint) {
     }
 }
 
-TEST(ReadAll, ThatFailsInTheHeaderLeavesNoDirectories) {
+TEST(ReadAll, LeavesNoDirectoriesIfTheHeaderFails) {
     const MemoryFile file(bytesOf("IM") + Bytes(16, 0));
     ClassicTiffTagFile reader(file.name().c_str());
     EXPECT_EQ(fatalErrorOf([&] { reader.readAll(); }).identifier, "ZEPHRA:veltrace:badEndianness");
@@ -257,7 +257,7 @@ TEST(ReadAll, ThatFailsInTheHeaderLeavesNoDirectories) {
     EXPECT_EQ(reader.getNumIfds(), 0U);
 }
 
-TEST(ReadAll, ThatFailsInALaterDirectoryLeavesNoDirectories) {
+TEST(ReadAll, LeavesNoDirectoriesIfALaterDirectoryFails) {
     TiffBuilder builder;
     builder.image().shorts(274, {6});
     builder.addImage();

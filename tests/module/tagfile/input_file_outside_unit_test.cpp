@@ -1,5 +1,4 @@
-// Files that are not what was said of them, or no files with a position, and their opening and
-// closing.
+// Files of another size than stated, files without a position, and opening and closing.
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -42,7 +41,7 @@ TEST(InputFile, ReadsAllOfAFileThatIsSmallerThanStated) {
     input.check(10, 90);
 }
 
-TEST(InputFile, ReadsWhatWasAppendedAfterItsEndWasSeen) {
+TEST(InputFile, ReadsWhatWasAppendedAfterItReachedTheEnd) {
     OpenedFile input(bytesOf("kiln"));
     EXPECT_EQ(readBytes(*input, 9), bytesOf("kiln"));
     input.file().put(4, bytesOf(" log"));
@@ -52,7 +51,7 @@ TEST(InputFile, ReadsWhatWasAppendedAfterItsEndWasSeen) {
     EXPECT_EQ(readBytes(*input, 4), bytesOf("ln l"));
 }
 
-TEST(InputFile, FindsNothingBehindTheNewEndOfATruncatedFile) {
+TEST(InputFile, ReadsNothingPastTheNewEndOfATruncatedFile) {
     OpenedFile input(countingBytes(60'000));
     input.check(0, 1);
     input.file().replace(countingBytes(100));
@@ -76,7 +75,7 @@ TEST(InputFile, ReadsNearTheEndOfAFileOfManyGigabytes) {
     EXPECT_EQ(input.position(), 5'000'000'004);
 }
 
-TEST(UnseekableInput, HasNoPositionAndRefusesEveryMove) {
+TEST(UnseekableInput, HasNoPositionAndRejectsEverySeek) {
     const UnseekableFile file;
     file.feed(bytesOf("kiln"));
     InputFile input;
@@ -93,18 +92,18 @@ TEST(UnseekableInput, HasNoPositionAndRefusesEveryMove) {
     EXPECT_EQ(readBytes(input, 2), bytesOf("ln"));
 }
 
-TEST(UnseekableInput, IsReadWithoutWaitingForWhatNobodyAskedFor) {
+TEST(UnseekableInput, IsReadWithoutWaitingForMoreThanWasRequested) {
     const UnseekableFile file;
     InputFile input;
     ASSERT_TRUE(input.open(file.name().c_str(), 0));
-    // Each of these would never return if it asked for one byte more.
+    // A read that requested one byte more would never return.
     for (const std::size_t count : {1U, 2U, 7U, 300U, 16'384U, 20'000U, 1U}) {
         file.feed(countingBytes(count));
         EXPECT_EQ(readBytes(input, count), countingBytes(count));
     }
 }
 
-TEST(UnseekableInput, GivesWholeItemsUpToItsEnd) {
+TEST(UnseekableInput, ReturnsWholeItemsUpToItsEnd) {
     PacedFile file;
     file.feed(bytesOf("kiln log"));
     file.end();
@@ -117,7 +116,7 @@ TEST(UnseekableInput, GivesWholeItemsUpToItsEnd) {
     EXPECT_THAT(readBytes(input, 1), IsEmpty());
 }
 
-TEST(InputFile, IsNotOpenBeforeItWasOpenedNorAfterItWasClosed) {
+TEST(InputFile, HasAStreamOnlyWhileItIsOpen) {
     InputFile input;
     EXPECT_EQ(input.stream(), nullptr);
     EXPECT_TRUE(input.close());
@@ -129,7 +128,7 @@ TEST(InputFile, IsNotOpenBeforeItWasOpenedNorAfterItWasClosed) {
     EXPECT_TRUE(input.close());
 }
 
-TEST(InputFile, KeepsNothingOfTheFileThatWasOpenBefore) {
+TEST(InputFile, KeepsNothingOfThePreviousFile) {
     OpenedFile input(countingBytes(60'000));
     ASSERT_TRUE(input->seek(40'000));
     input.check(40'000, 10);
@@ -141,13 +140,13 @@ TEST(InputFile, KeepsNothingOfTheFileThatWasOpenBefore) {
     EXPECT_EQ(input->position(), 4);
 }
 
-TEST(InputFile, TellsThatAFileDoesNotOpen) {
+TEST(InputFile, ReportsAFileThatCannotBeOpened) {
     InputFile input;
     EXPECT_FALSE(input.open("/nonexistent/kiln.tif", 4));
     EXPECT_EQ(input.stream(), nullptr);
 }
 
-TEST(InputFile, TellsThatAFileDoesNotClose) {
+TEST(InputFile, ReportsAFileThatCannotBeClosed) {
     OpenedFile input(bytesOf("kiln"));
     close(fileno(input->stream()));
     EXPECT_FALSE(input->close());
@@ -155,7 +154,7 @@ TEST(InputFile, TellsThatAFileDoesNotClose) {
     EXPECT_TRUE(input->close());
 }
 
-TEST(InputFile, ClosesItsFileWhenItGoes) {
+TEST(InputFile, ClosesItsFileWhenDestroyed) {
     const MemoryFile file(bytesOf("kiln"));
     int descriptor = -1;
     {

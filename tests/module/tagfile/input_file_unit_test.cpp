@@ -1,4 +1,4 @@
-// Reading through a window, which must not show.
+// Reads through a window return the same as reads of the file.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -16,9 +16,9 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr std::int64_t kSize = 60'000;  // of several windows
+constexpr std::int64_t kSize = 60'000;  // several windows
 
-TEST(InputFile, GivesAllBytesInOrderWhateverTheSizesOfTheReads) {
+TEST(InputFile, ReturnsAllBytesInOrderForAnySizesOfReads) {
     OpenedFile input(countingBytes(kSize));
     std::int64_t position = 0;
     for (std::size_t count = 1; position + static_cast<std::int64_t>(count) <= kSize; count += 7) {
@@ -27,7 +27,7 @@ TEST(InputFile, GivesAllBytesInOrderWhateverTheSizesOfTheReads) {
     }
 }
 
-TEST(InputFile, KeepsAWindowInWhichMovesAndReadsLeaveTheStreamAlone) {
+TEST(InputFile, SeeksAndReadsInsideItsWindowWithoutTheStream) {
     OpenedFile input(countingBytes(kSize));
     input.check(0, 2);
     const std::int64_t end = std::ftell(input->stream());
@@ -58,7 +58,7 @@ TEST(InputFile, ReadsAcrossTheEndOfItsWindow) {
     }
 }
 
-TEST(InputFile, ReadsAsMuchAsItsWindowHoldsAndMore) {
+TEST(InputFile, ReadsTheSizeOfItsWindowAndMore) {
     for (const std::size_t before : {0U, 5U}) {
         for (const std::size_t count : {16'383U, 16'384U, 16'385U, 16'389U, 40'000U}) {
             OpenedFile input(countingBytes(kSize));
@@ -71,7 +71,7 @@ TEST(InputFile, ReadsAsMuchAsItsWindowHoldsAndMore) {
     }
 }
 
-TEST(InputFile, MovesOutOfItsWindowForwardAndBackward) {
+TEST(InputFile, SeeksOutOfItsWindowForwardAndBackward) {
     OpenedFile input(countingBytes(kSize));
     for (const std::int64_t position : {50'000, 3, 33'000, 32'990, 49'999, 0}) {
         ASSERT_TRUE(input->seek(position));
@@ -83,7 +83,7 @@ TEST(InputFile, MovesOutOfItsWindowForwardAndBackward) {
     input.check(24, 4);
 }
 
-TEST(InputFile, RefusesMovesBeforeTheStartAndStaysWhereItIs) {
+TEST(InputFile, RejectsSeeksBeforeTheStartAndKeepsItsPosition) {
     OpenedFile input(countingBytes(kSize));
     EXPECT_FALSE(input->seek(-1));
     EXPECT_FALSE(input->skip(-1));
@@ -98,7 +98,7 @@ TEST(InputFile, RefusesMovesBeforeTheStartAndStaysWhereItIs) {
     input.check(50'010, 10);
 }
 
-TEST(InputFile, StandsBehindTheEndWhereThereIsNothingToRead) {
+TEST(InputFile, SeeksPastTheEndAndReadsNothingThere) {
     OpenedFile input(countingBytes(100));
     for (const std::int64_t position : {100, 101, 5'000'000}) {
         ASSERT_TRUE(input->seek(position));
@@ -119,7 +119,7 @@ TEST(InputFile, CountsWholeItemsOnly) {
     EXPECT_EQ(input->read(last.data(), 8, 2), 1U);
     last.resize(8);
     EXPECT_EQ(last, Bytes({12, 13, 14, 15, 16, 17, 18, 19}));
-    EXPECT_EQ(input->position(), 23) << "a part of an item was read too";
+    EXPECT_EQ(input->position(), 23) << "the incomplete item was read too";
     EXPECT_EQ(input->read(last.data(), 1, 1), 0U);
     ASSERT_TRUE(input->seek(20));
     EXPECT_EQ(input->read(last.data(), 4, 0), 0U);

@@ -1,4 +1,4 @@
-// What no JPEG file that the module accepts can show, and that failures of the walk are fatal.
+// Signatures that the sniffers reject, and that failures of the walk are fatal.
 #include <gmock/gmock.h>
 
 #include "support/jpeg_parts.h"
@@ -19,7 +19,7 @@ zephra::Message fatalErrorIn(const MemoryFile& file) {
     return fatalErrorOf([&] { reader.readAll(); });
 }
 
-TEST(JpegSignature, ThatIsUnreadableIsFatal) {
+TEST(JpegSignature, IsFatalIfUnreadable) {
     for (const Bytes& bytes : {Bytes{}, Bytes{0xFF}}) {
         const MemoryFile file(bytes);
         EXPECT_EQ(fatalErrorIn(file),
@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Bytes, WrongJpegSignature,
                                          SignatureCase{{0xD8, 0xFF}, "[\xD8, \xFF]"},
                                          SignatureCase{{'1', 0}, std::string("[1, \0]", 6)}));
 
-TEST_P(WrongJpegSignature, IsFatalAndShownInCharacters) {
+TEST_P(WrongJpegSignature, IsFatalAndReportedInCharacters) {
     EXPECT_EQ(fatalErrorIn(MemoryFile(GetParam().signature)),
               message("ZEPHRA:veltrace:JpegTagFile:fileSignatureVerificationFailure",
                       "The first two bytes of a JPEG file should be [255 216], and the first two "
@@ -49,15 +49,15 @@ TEST_P(WrongJpegSignature, IsFatalAndShownInCharacters) {
                           GetParam().shown + ".\n"));
 }
 
-// Kept: one right byte is enough.
-TEST(JpegSignature, NeedsOneOfItsTwoBytes) {
+// Kept: one correct byte is enough.
+TEST(JpegSignature, NeedsOneCorrectByte) {
     for (const Bytes& signature : {Bytes{0xFF, 0xD8}, Bytes{0xFF, 0}, Bytes{0, 0xD8}}) {
         EXPECT_EQ(fatalErrorIn(MemoryFile(signature)).identifier,
                   "ZEPHRA:veltrace:jpegMarkerReadFailure");
     }
 }
 
-TEST(JpegSignature, OfBytes255And0PassesAndTheDirectoryIsRead) {
+TEST(JpegSignature, PassesWithBytes255And0AndTheDirectoryIsRead) {
     inQuietCall([] {
         const MemoryFile file(Bytes{0xFF, 0} + app1(kExif, rotatedTiff(6)));
         JpegTagFile reader(file.name().c_str());
@@ -82,10 +82,10 @@ struct FatalCase {
     Bytes file;
 };
 
-class FailureOfTheWalk : public testing::TestWithParam<FatalCase> {};
+class WalkFailure : public testing::TestWithParam<FatalCase> {};
 
 INSTANTIATE_TEST_SUITE_P(
-    Failures, FailureOfTheWalk,
+    Failures, WalkFailure,
     testing::Values(
         FatalCase{"ZEPHRA:veltrace:jpegMarkerReadFailure", {0xFF, 0xD8, 0xFF}},
         FatalCase{"ZEPHRA:veltrace:invalidJpegMarker", {0xFF, 0xD8, 0xFE, 0xE1, 0, 8}},
@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {0xFF, 0xD8, 0xFF, 0xE1, 0}},
         FatalCase{"ZEPHRA:veltrace:badJpegExifHeaderRead", {0xFF, 0xD8, 0xFF, 0xE1, 0, 8, 'E'}}));
 
-TEST_P(FailureOfTheWalk, IsFatalAndLeavesNoDirectories) {
+TEST_P(WalkFailure, IsFatalAndLeavesNoDirectories) {
     const MemoryFile file(GetParam().file);
     JpegTagFile reader(file.name().c_str());
     EXPECT_EQ(fatalErrorOf([&] { reader.readAll(); }).identifier, GetParam().identifier);

@@ -14,13 +14,13 @@ using namespace module;
 
 namespace {
 
-/// A header whose first directory offset leads to `content` right behind it.
+/// A header whose first directory offset points to `content`, right after it.
 Bytes withHeader(Order order, Flavour flavour, const Bytes& content) {
     return TiffBuilder(order, flavour).firstOffset(flavour == Flavour::big ? 16 : 8).bytes() +
            content;
 }
 
-/// A reader that has read the header of a file and stands at `content`.
+/// A reader that has read the header of a file and is positioned at `content`.
 template <class Reader>
 class AtContent {
 public:
@@ -45,7 +45,7 @@ class ClassicNumbers : public testing::Test {};
 using ClassicReaders = testing::Types<ClassicTiffTagFile, JpegTagFile>;
 TYPED_TEST_SUITE(ClassicNumbers, ClassicReaders);
 
-TYPED_TEST(ClassicNumbers, CountOfTwoBytesLeavesTheHighHalf) {
+TYPED_TEST(ClassicNumbers, CountOfTwoBytesKeepsTheHighHalf) {
     std::uint64_t count = kFilled;
     AtContent<TypeParam> little(Order::little, Flavour::classic, kEight);
     EXPECT_EQ(little->readNumEntries(&count), 1U);
@@ -71,7 +71,7 @@ TYPED_TEST(ClassicNumbers, OffsetOfFourBytesIsWidenedWithZeros) {
     EXPECT_EQ(offset, 0xF102'0304U);
 }
 
-TYPED_TEST(ClassicNumbers, HalfANumberIsNoItem) {
+TYPED_TEST(ClassicNumbers, TruncatedNumberIsNotAnItem) {
     std::uint64_t number = 0;
     AtContent<TypeParam> shortCount(Order::little, Flavour::classic, {1});
     EXPECT_EQ(shortCount->readNumEntries(&number), 0U);
@@ -97,7 +97,7 @@ TEST(BigNumbers, CountAndOffsetHaveEightBytes) {
     EXPECT_EQ(number, 0x0102'0304'0506'0708U);
 }
 
-TEST(BigNumbers, SevenBytesAreNoItem) {
+TEST(BigNumbers, SevenBytesAreNotAnItem) {
     const Bytes seven(kEight.begin(), kEight.end() - 1);
     std::uint64_t number = 0;
     AtContent<BigTiffTagFile> count(Order::little, Flavour::big, seven);
@@ -115,7 +115,7 @@ constexpr std::array<std::byte, 20> kRawEntry = [] {
     return entry;
 }();
 
-TEST(EntryFields, OfTwelveBytesAreWidenedWithZeros) {
+TEST(EntryFields, Of12ByteEntriesAreWidenedWithZeros) {
     AtContent<ClassicTiffTagFile> little(Order::little, Flavour::classic, {});
     EXPECT_EQ(little->entryCountField(kRawEntry.data()), 0xA7A6'A5A4U);
     EXPECT_EQ(little->entryOffsetField(kRawEntry.data()), 0xABAA'A9A8U);
@@ -125,13 +125,13 @@ TEST(EntryFields, OfTwelveBytesAreWidenedWithZeros) {
 }
 
 // Kept: entries of BigTIFF are decoded from the same 32-bit fields.
-TEST(EntryFields, OfTwentyBytesAreTheSame32BitsInDecoding) {
+TEST(EntryFields, Of20ByteEntriesAreDecodedFromTheSame32Bits) {
     AtContent<BigTiffTagFile> little(Order::little, Flavour::big, {});
     EXPECT_EQ(little->entryCountField(kRawEntry.data()), 0xA7A6'A5A4U);
     EXPECT_EQ(little->entryOffsetField(kRawEntry.data()), 0xABAA'A9A8U);
 }
 
-TEST(EntryFields, OfTwentyBytesHave64BitsForThoseWhoAsk) {
+TEST(EntryFields, Of20ByteEntriesCanBeReadWith64Bits) {
     AtContent<BigTiffTagFile> little(Order::little, Flavour::big, {});
     EXPECT_EQ(little->bigEntryCountField(kRawEntry.data()), 0xABAA'A9A8'A7A6'A5A4U);
     EXPECT_EQ(little->bigEntryOffsetField(kRawEntry.data()), 0xB3B2'B1B0'AFAE'ADACU);

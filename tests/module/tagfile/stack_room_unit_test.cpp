@@ -1,4 +1,4 @@
-// How far down the stack a read may go.
+// How much of the stack a read may use.
 #include <cstddef>
 #include <cstdlib>
 #include <functional>
@@ -30,8 +30,8 @@ __attribute__((noinline)) bool hasRoomBelow(StackRoom& room, std::size_t bytes) 
     return true;
 }
 
-/// Runs `body` on a thread whose stack has exactly this size. Stacks that the system makes can be
-/// left from earlier threads, and larger than asked for.
+/// Runs `body` on a thread whose stack has exactly this size. The system may reuse the stack of an
+/// earlier thread, which can be larger than requested.
 void runOnStackOf(std::size_t stackBytes, const std::function<void()>& body) {
     constexpr std::size_t kPage = 4 * kKilobyte;
     const std::unique_ptr<void, decltype(&std::free)> stack(std::aligned_alloc(kPage, stackBytes),
@@ -50,12 +50,12 @@ void runOnStackOf(std::size_t stackBytes, const std::function<void()>& body) {
     ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
 }
 
-/// While one lives, the process may have this much of a resource and no more.
+/// Limits a resource of the process for its lifetime.
 class Limited {
 public:
-    Limited(decltype(RLIMIT_AS) resource, rlim_t most) : resource_(resource) {
+    Limited(decltype(RLIMIT_AS) resource, rlim_t maximum) : resource_(resource) {
         getrlimit(resource_, &before_);
-        const rlimit limit{most, before_.rlim_max};
+        const rlimit limit{maximum, before_.rlim_max};
         setrlimit(resource_, &limit);
     }
     Limited(const Limited&) = delete;
@@ -67,7 +67,7 @@ private:
     rlimit before_{};
 };
 
-TEST(StackRoom, KeepsBackAQuarterOfASmallStack) {
+TEST(StackRoom, ReservesAQuarterOfASmallStack) {
     runOnStackOf(512 * kKilobyte, [] {
         StackRoom room;
         EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
@@ -76,7 +76,7 @@ TEST(StackRoom, KeepsBackAQuarterOfASmallStack) {
     });
 }
 
-TEST(StackRoom, KeepsBack256KilobytesOfALargeStack) {
+TEST(StackRoom, Reserves256KilobytesOfALargeStack) {
     runOnStackOf(8192 * kKilobyte, [] {
         StackRoom room;
         EXPECT_TRUE(hasRoomBelow(room, kKilobyte));
@@ -85,8 +85,8 @@ TEST(StackRoom, KeepsBack256KilobytesOfALargeStack) {
     });
 }
 
-// The system finds the stack of the first thread in a file.
-TEST(StackRoom, Is128KilobytesWhenTheSystemDoesNotTellTheLimits) {
+// The system reads the bounds of the main thread's stack from a file.
+TEST(StackRoom, Is128KilobytesIfTheSystemDoesNotReportTheBounds) {
     StackRoom room;
     {
         const Limited noMoreFiles(RLIMIT_NOFILE, 0);
@@ -97,9 +97,9 @@ TEST(StackRoom, Is128KilobytesWhenTheSystemDoesNotTellTheLimits) {
     EXPECT_FALSE(hasRoomBelow(room, 136 * kKilobyte));
 }
 
-// AddressSanitizer takes more memory than any limit.
+// AddressSanitizer maps more memory than the limit.
 #ifndef VELTRACE_TEST_ADDRESS_SANITIZER
-TEST(StackRoom, IsAQuarterOfTheMemoryThatTheProcessMayHaveWhereTheStackIsLarger) {
+TEST(StackRoom, IsAtMostAQuarterOfTheMemoryLimit) {
     runOnStackOf(8192 * kKilobyte, [] {
         StackRoom room;
         {

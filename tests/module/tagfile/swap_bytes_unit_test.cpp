@@ -1,4 +1,4 @@
-// Changing byte order in place.
+// Byte order is changed in place.
 #include <gtest/gtest.h>
 
 #include "support/bytes.h"
@@ -17,7 +17,7 @@ Bytes swapped(Bytes bytes, int elementSize, unsigned count, bool swap = true) {
 
 const Bytes kSixteen{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
 
-TEST(SwapBytes, ReversesEachElementByItself) {
+TEST(SwapBytes, ReversesTheBytesOfEachElement) {
     EXPECT_EQ(swapped(kSixteen, 2, 8),
               (Bytes{2, 1, 4, 3, 6, 5, 8, 7, 10, 9, 12, 11, 14, 13, 16, 15}));
     EXPECT_EQ(swapped(kSixteen, 4, 4),
@@ -26,15 +26,15 @@ TEST(SwapBytes, ReversesEachElementByItself) {
               (Bytes{8, 7, 6, 5, 4, 3, 2, 1, 16, 15, 14, 13, 12, 11, 10, 9}));
 }
 
-TEST(SwapBytes, LeavesTheMiddleOfThreeBytes) {
+TEST(SwapBytes, KeepsTheMiddleOfThreeBytes) {
     EXPECT_EQ(swapped({1, 2, 3, 4, 5, 6}, 3, 2), (Bytes{3, 2, 1, 6, 5, 4}));
 }
 
-TEST(SwapBytes, LeavesBytesBehindTheLastElement) {
+TEST(SwapBytes, KeepsBytesAfterTheLastElement) {
     EXPECT_EQ(swapped({1, 2, 3, 4, 5, 6}, 2, 2), (Bytes{2, 1, 4, 3, 5, 6}));
 }
 
-TEST(SwapBytes, LeavesElementsOfOneByte) {
+TEST(SwapBytes, KeepsElementsOfOneByte) {
     EXPECT_EQ(swapped(kSixteen, 1, 16), kSixteen);
 }
 

@@ -1,4 +1,4 @@
-// Copies of readers: the file, not what was read from it.
+// A copy of a reader has its file, but not what was read from it.
 #include <gmock/gmock.h>
 #include <memory>
 #include <optional>
@@ -25,7 +25,7 @@ Bytes shiftedHeader() {
     return bytesOf("kiln") + Bytes{'M', 'M', 0, 42, 0, 0, 0, 8} + bytesOf("rest");
 }
 
-/// Has read the header of `file`, which begins at position 4.
+/// A reader that has read the header of `file`, which begins at position 4.
 ClassicTiffTagFile* newReaderOf(const MemoryFile& file) {
     auto* const reader = new ClassicTiffTagFile(file.name().c_str());
     EXPECT_TRUE(reader->seek(4));
@@ -58,7 +58,7 @@ TEST_F(CopiedReader, DescribesTheSameFile) {
     expectDescriptionOf(file_, copy);
 }
 
-TEST_F(CopiedReader, HasAStreamOfItsOwn) {
+TEST_F(CopiedReader, HasItsOwnStream) {
     ClassicTiffTagFile copy(*original_);
     EXPECT_EQ(original_->position(), 12);
     EXPECT_EQ(copy.position(), 0);
@@ -93,7 +93,7 @@ TEST_F(CopiedReader, HasNoDirectories) {
     });
 }
 
-TEST_F(CopiedReader, HasTheDefaultsOfANewReaderInAllElse) {
+TEST_F(CopiedReader, InitializesAllOtherMembers) {
     const MemoryFile big(Bytes{'M', 'M', 0x2B, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 16});
     BigTiffTagFile read(big.name().c_str());
     read.readHeader();
@@ -133,7 +133,7 @@ TEST_F(AssignedReader, DescribesTheOtherFile) {
     expectDescriptionOf(file_, *assigned_);
 }
 
-TEST_F(AssignedReader, KeepsAllElseOfItsOwn) {
+TEST_F(AssignedReader, KeepsItsOtherMembers) {
     TiffBuilder file;
     file.image().shorts(274, {6});
     const MemoryFile memory(file.bytes());
@@ -150,7 +150,7 @@ TEST_F(AssignedReader, KeepsAllElseOfItsOwn) {
     });
 }
 
-TEST_F(AssignedReader, ReadsTheOtherFileThroughAStreamOfItsOwn) {
+TEST_F(AssignedReader, ReadsTheOtherFileThroughItsOwnStream) {
     *assigned_ = *original_;
     EXPECT_EQ(assigned_->position(), 0);
     EXPECT_EQ(std::fgetc(assigned_->stream()), 'k');
@@ -165,14 +165,14 @@ TEST_F(AssignedReader, ReopensTheFileWhenAssignedToItself) {
     EXPECT_EQ(std::fgetc(original_->stream()), 'k');
 }
 
-TEST_F(AssignedReader, FailsWithItsOldNameWhenItsFileDoesNotClose) {
+TEST_F(AssignedReader, ReportsItsOldNameIfItsFileCannotBeClosed) {
     close(fileno(assigned_->stream()));
     EXPECT_EQ(fatalErrorOf([&] { *assigned_ = *original_; }),
               message("ZEPHRA:veltrace:TagFile:operator_equals",
                       "Could not properly close \"" + otherFile_.name() + "\"\n"));
 }
 
-TEST(ReaderAssignment, FailsWithTheNewNameWhenTheOtherFileIsGone) {
+TEST(ReaderAssignment, ReportsTheNewNameIfTheOtherFileIsGone) {
     const MemoryFile file(bytesOf("kiln"));
     std::optional<MemoryFile> gone(std::in_place, bytesOf("ash"));
     const std::string name = gone->name();

@@ -1,4 +1,4 @@
-// What a reader knows before it reads.
+// The state of a reader before it reads.
 #include <bit>
 #include <gmock/gmock.h>
 #include <memory>
@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ReaderCase{"BigTiff", make<BigTiffTagFile>, FormatType::bigTiff, 20, 8, 8, 12}),
     [](const auto& test) { return test.param.name; });
 
-TEST_P(EveryReader, KnowsItsFormatAndLayout) {
+TEST_P(EveryReader, ReportsItsFormatAndLayout) {
     const MemoryFile file(bytesOf("kiln"));
     const auto reader = GetParam().make(file.name().c_str());
     EXPECT_EQ(reader->formatType(), GetParam().formatType);
@@ -54,7 +54,7 @@ TEST_P(EveryReader, KnowsItsFormatAndLayout) {
     EXPECT_EQ(reader->valueFieldStart(), GetParam().valueFieldStart);
 }
 
-TEST_P(EveryReader, StandsAtTheStartOfTheFileWithoutDirectories) {
+TEST_P(EveryReader, StartsAtTheBeginningOfTheFileWithoutDirectories) {
     const MemoryFile file(bytesOf("kiln"));
     const auto reader = GetParam().make(file.name().c_str());
     EXPECT_EQ(reader->fileName(), file.name());
@@ -64,7 +64,7 @@ TEST_P(EveryReader, StandsAtTheStartOfTheFileWithoutDirectories) {
     EXPECT_EQ(reader->getNumIfds(), 0U);
 }
 
-TEST_P(EveryReader, TakesTheStatusOfTheFileWhenItOpensIt) {
+TEST_P(EveryReader, StoresTheStatusOfTheFileWhenItOpensIt) {
     const MemoryFile file(bytesOf("kiln"));
     file.setModificationTime(1'000'000'000);
     const auto reader = GetParam().make(file.name().c_str());
@@ -74,32 +74,32 @@ TEST_P(EveryReader, TakesTheStatusOfTheFileWhenItOpensIt) {
     EXPECT_EQ(reader->modificationTime(), 1'000'000'000);
 }
 
-TEST_P(EveryReader, KnowsTheByteOrderOfTheComputer) {
+TEST_P(EveryReader, ReportsTheByteOrderOfTheComputer) {
     const MemoryFile file(bytesOf("kiln"));
     EXPECT_EQ(GetParam().make(file.name().c_str())->computerIsBigEndian(),
               std::endian::native == std::endian::big);
 }
 
-TEST_P(EveryReader, KeepsASizeOfMoreThan32Bits) {
+TEST_P(EveryReader, ReportsASizeOfMoreThan32Bits) {
     const MemoryFile file({});
     file.put(5'000'000'000, {0});
     EXPECT_EQ(GetParam().make(file.name().c_str())->fileSize(), 5'000'000'001);
 }
 
-TEST_P(EveryReader, CannotBeMadeForAMissingFile) {
+TEST_P(EveryReader, RejectsAMissingFile) {
     EXPECT_EQ(fatalErrorOf([] { GetParam().make("/nonexistent/kiln.tif"); }),
               message("ZEPHRA:veltrace:statFailure",
                       "The image file \"/nonexistent/kiln.tif\" may not exist.\n"));
 }
 
-TEST_P(EveryReader, CannotBeMadeForAFileThatDoesNotOpen) {
+TEST_P(EveryReader, RejectsAFileThatCannotBeOpened) {
     const UnopenableFile file;
     EXPECT_EQ(fatalErrorOf([&] { GetParam().make(file.name().c_str()); }),
               message("ZEPHRA:veltrace:TagFile:fileOpenFailure",
                       "Could not open \"" + file.name() + "\"\n"));
 }
 
-TEST_P(EveryReader, ThrowsFromItsDestructorWhenTheFileDoesNotClose) {
+TEST_P(EveryReader, ThrowsFromItsDestructorIfTheFileCannotBeClosed) {
     const MemoryFile file(bytesOf("kiln"));
     TagFile* const reader = GetParam().make(file.name().c_str()).release();
     close(fileno(reader->stream()));
@@ -108,7 +108,7 @@ TEST_P(EveryReader, ThrowsFromItsDestructorWhenTheFileDoesNotClose) {
                       "Could not properly close \"" + file.name() + "\"\n"));
 }
 
-/// As far as a reader without a name gets.
+/// A reader constructed without a file name.
 class NamelessReader : public TagFile {
 public:
     void readAll() override {}
@@ -116,7 +116,7 @@ public:
     std::size_t readOffset(std::uint64_t*) override { return 0; }
 };
 
-TEST(DefaultReader, CannotBeMade) {
+TEST(DefaultReader, CannotBeConstructed) {
     EXPECT_EQ(fatalErrorOf([] { const NamelessReader reader; }),
               message("ZEPHRA:veltrace:TagFile:defaultConstructorNotAllowed",
                       "The default TagFile constructor should not be used.\n"));
@@ -140,7 +140,7 @@ const std::vector<std::string> kTiffNames{
     "GrayResponseUnit", "MaxSampleValue",  "MinSampleValue",
     "Thresholding"};
 
-TEST_P(EveryReader, LeadsTheFieldsWithTheNamesOfItsFormat) {
+TEST_P(EveryReader, ListsTheDefaultFieldNamesOfItsFormat) {
     const MemoryFile file(bytesOf("kiln"));
     const auto reader = GetParam().make(file.name().c_str());
     const std::vector<std::string> names(reader->defaultFieldNames().begin(),
