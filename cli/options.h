@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "names/shard.h"
+#include "names/name_hash.h"
 #include "render/render_options.h"
 
 namespace veltrace::cli {
@@ -23,12 +23,12 @@ struct Options {
     std::vector<std::string> files;  ///< any bytes
     bool isRecursive = false;
     std::vector<std::string> lists;     ///< files of names, one in a line
-    std::vector<std::string> nulLists;  ///< files of names that NUL ends
+    std::vector<std::string> nulLists;  ///< files of names, a NUL after each
     std::optional<Shard> shard;
     std::string resumeFrom;  ///< empty: from the start
 
     // What comes out
-    RenderOptions render;  ///< its colour is not decided yet
+    RenderOptions render;  ///< without the decision about colour
     std::string output;    ///< empty: standard output
     When ordered = When::automatic;
     When colour = When::automatic;
@@ -45,14 +45,14 @@ struct Options {
     std::uint64_t memoryLimit = std::uint64_t{1} << 30;
 };
 
-/// A text that answers the arguments in place of a run.
+/// The answer to arguments that do not start a run.
 struct Reply {
     std::string text;  ///< ends with a newline
     bool isError = false;
 };
 
-/// Reads the arguments of `main`. The reply is the help, the version, the schema or, with
-/// `isError`, what is wrong with them; bytes of the arguments are made visible in it.
+/// Parses the arguments of `main`. The reply is the help, the version, the schema or, with
+/// `isError`, the error in them, with their bytes made visible.
 [[nodiscard]] std::variant<Options, Reply> parseOptions(int argc, const char* const* argv);
 
 }  // namespace veltrace::cli

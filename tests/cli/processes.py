@@ -1,4 +1,4 @@
-"""The processes of a run, as the kernel tells them."""
+"""The processes of a run, as the kernel reports them."""
 
 import contextlib
 import ctypes
@@ -10,7 +10,7 @@ import time
 from conftest import VELTRACE
 
 PR_SET_CHILD_SUBREAPER = 36
-PATIENCE = 60  # seconds; for what takes none on an idle machine
+TIMEOUT = 60  # seconds; far more than an idle machine needs
 
 # Orphans become children of this process, so that none can hide.
 ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
@@ -50,9 +50,9 @@ def command_of(pid):
 
 def await_that(condition):
     """Waits until `condition()` is true, and returns that."""
-    end = time.monotonic() + PATIENCE
+    end = time.monotonic() + TIMEOUT
     while not (result := condition()):
-        assert time.monotonic() < end, "it never comes true"
+        assert time.monotonic() < end, "timeout"
         time.sleep(0.005)
     return result
 
@@ -76,6 +76,6 @@ def started(*arguments, **settings):
             run.kill()
 
 
-def confinement():
+def sandbox():
     version = subprocess.run([VELTRACE, "--version"], stdout=subprocess.PIPE, check=True).stdout
-    return re.search(rb"^confinement: (.*)$", version, re.MULTILINE)[1].decode().split(", ")
+    return re.search(rb"^sandbox: (.*)$", version, re.MULTILINE)[1].decode().split(", ")

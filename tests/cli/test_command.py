@@ -87,10 +87,10 @@ def test_help_describes_the_options(veltrace):
 def test_version_is_the_version_of_the_project_and_tells_what_confines(veltrace):
     run = veltrace("--version")
     assert (run.returncode, run.stderr) == (0, b"")
-    version, confinement = run.stdout.decode().splitlines()
+    version, sandbox = run.stdout.decode().splitlines()
     assert version == f"veltrace {os.environ['VELTRACE_VERSION']}"
-    assert re.fullmatch("confinement: (none|(memory limit|no new privileges|Landlock ABI [0-9]+"
-                        "|seccomp)(, .+)?)", confinement)
+    assert re.fullmatch("sandbox: (none|(memory limit|no new privileges|Landlock ABI [0-9]+"
+                        "|seccomp)(, .+)?)", sandbox)
 
 
 @pytest.mark.parametrize("arguments", [["a.tif"], ["--json", "a.tif"], ["--help"], ["--version"]])

@@ -16,7 +16,7 @@ CHANGING = [
     (r'"elapsed_us":[0-9]+', '"elapsed_us":0'),
     (r'[0-9]{2}-[A-Z][a-z]{2}-[0-9]{4} [0-9:]{8}', "01-Jan-2024 12:00:00"),
     (r'"(seconds|files_per_second)": ?[0-9.e-]+', r'"\1":0'),
-    (r"confinement: .*", "confinement:"),
+    (r"sandbox: .*", "sandbox:"),
 ]
 
 

@@ -5,13 +5,13 @@ import os
 import pytest
 from hostile_files import (ORIENTATION, bad_entries, binary_tree, cycle,
                            endless_at_constant_memory, sparse, sub_chain_cycle)
-from processes import check_no_process_is_left, confinement
+from processes import check_no_process_is_left, sandbox
 from run_records import record_lines, records_of, status_of
 from tiff_bytes import HEIGHT, MAKE, WIDTH, directory, image, nested, short
 
 GIBIBYTE = 1 << 30
 UNKNOWN_EXCEPTION = "ZEPHRA:veltrace:unknownException"
-needs_memory_limit = pytest.mark.skipif("memory limit" not in confinement(),
+needs_memory_limit = pytest.mark.skipif("memory limit" not in sandbox(),
                                         reason="the memory limit does not hold in this build")
 # Less memory than anybody gives, so that it runs out fast also where the time does.
 LIMITS = ["--memory-limit", "48M", "--time-limit", "60"]

@@ -149,7 +149,7 @@ def test_no_files_at_all_are_wrong_usage(veltrace, tmp_path, arguments):
     (["--files-from", "gone"], b"cannot read names from gone: No such file or directory"),
     (["--files0-from", "."], b"cannot read names from .: Is a directory"),
     (["--resume-from", "gone"], b"cannot read the records of gone: No such file or directory"),
-    (["--resume-from", "text"], b"cannot read the records of text: line 1 is no record")])
+    (["--resume-from", "text"], b"cannot read the records of text: line 1 is not a record")])
 def test_a_list_that_cannot_be_read_is_wrong_usage(veltrace, write, arguments, reason):
     write("text", b"a.tif\n")
     run = veltrace(*arguments, write("a.tif", image()))

@@ -7,11 +7,11 @@ import threading
 
 import pytest
 from hostile_files import large_array
-from processes import check_no_process_is_left, confinement, started
+from processes import check_no_process_is_left, sandbox, started
 from run_records import records_of
 from tiff_bytes import MAKE, image
 
-pytestmark = pytest.mark.skipif("memory limit" not in confinement(),
+pytestmark = pytest.mark.skipif("memory limit" not in sandbox(),
                                 reason="in this build the allocator keeps what is free")
 MOST = 64 << 20  # bytes
 COUNT = 100_000

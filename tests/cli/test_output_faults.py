@@ -12,7 +12,7 @@ import time
 
 import pytest
 from conftest import VELTRACE
-from processes import await_that, check_no_process_is_left, confinement, started
+from processes import await_that, check_no_process_is_left, sandbox, started
 from run_records import records_of
 from tiff_bytes import MAKE, broken, image
 
@@ -138,7 +138,7 @@ def peak_of(pid):
 @every_format
 def test_a_slow_reader_gets_every_record_of_a_command_that_stays_small(names, tmp_path, form):
     # Mostly 72 MB of output, where the peak tells anything.
-    is_measured = "memory limit" in confinement()
+    is_measured = "memory limit" in sandbox()
     many = enough(names, form) * (60 if is_measured and form != "text" else 1)
     with started("--format", form, "--jobs", "4", "--files-from", "-", cwd=tmp_path,
                  stdin=subprocess.PIPE) as run:

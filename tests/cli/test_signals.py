@@ -12,7 +12,7 @@ import time
 import pytest
 from conftest import VELTRACE
 from hostile_files import large_array
-from processes import (PATIENCE, await_that, check_no_process_is_left, facts_of, started,
+from processes import (TIMEOUT, await_that, check_no_process_is_left, facts_of, started,
                        workers_of)
 from run_records import record_lines, records_of
 from tiff_bytes import image
@@ -104,7 +104,7 @@ def test_an_interruption_keeps_what_is_complete(unfinished, tmp_path, form, whic
             assert piece
             output += piece
         run.send_signal(which)
-        rest, error = run.communicate(timeout=PATIENCE)
+        rest, error = run.communicate(timeout=TIMEOUT)
     output += rest
     assert (run.returncode, error) == (128 + which, b"")
     check_no_process_is_left()
@@ -137,7 +137,7 @@ def test_an_interruption_leaves_the_output_file_as_it_was(unfinished, tmp_path, 
     with unfinished("--json", "-o", "out") as run:
         await_that(lambda: has_written(run.pid, tmp_path))
         run.send_signal(which)
-        output, error = run.communicate(timeout=PATIENCE)
+        output, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, output, error) == (128 + which, b"", b"")
     check_no_process_is_left()
     assert sorted(os.listdir(tmp_path)) == ["out", "out.partial"]
@@ -150,7 +150,7 @@ def test_an_interruption_before_any_record_leaves_nothing(unfinished, tmp_path):
     with unfinished("--json", "-o", "out", count=0) as run:
         await_that(lambda: workers_of(run.pid))
         run.send_signal(signal.SIGTERM)
-        run.communicate(timeout=PATIENCE)
+        run.communicate(timeout=TIMEOUT)
     assert run.returncode == 128 + signal.SIGTERM
     check_no_process_is_left()
     assert os.listdir(tmp_path) == []
@@ -161,7 +161,7 @@ def test_a_command_that_is_killed_leaves_nothing(unfinished, tmp_path, sandbox):
     with unfinished("--ndjson", "-o", "out", "--sandbox", sandbox) as run:
         await_that(lambda: has_written(run.pid, tmp_path) and len(workers_of(run.pid)) == 3)
         run.kill()
-        run.wait(PATIENCE)
+        run.wait(TIMEOUT)
     check_no_process_is_left()
     assert os.listdir(tmp_path) == []
 
@@ -174,7 +174,7 @@ def test_a_command_that_is_killed_takes_the_walk_of_directories_with_it(unruly, 
     with unruly("--ndjson", "-r", ".", stdout=subprocess.PIPE) as run:
         assert run.stdout.readline()  # and no more: the run comes to a halt
         run.kill()
-        run.wait(PATIENCE)
+        run.wait(TIMEOUT)
     check_no_process_is_left()
     assert set(os.listdir(tmp_path)) == names
 
@@ -186,7 +186,7 @@ def test_an_output_that_is_closed_ends_the_run_quietly(unruly, tmp_path, form):
         assert run.stdout.readline()
         run.stdout.close()
         assert run.stderr.read() == b""
-        assert run.wait(PATIENCE) == 128 + signal.SIGPIPE
+        assert run.wait(TIMEOUT) == 128 + signal.SIGPIPE
     check_no_process_is_left()
     assert os.listdir(tmp_path) == ["names"]
 
@@ -200,7 +200,7 @@ def test_a_slow_reader_costs_no_file_its_time(veltrace, write, tmp_path, order):
         for _ in range(2):
             time.sleep(1.5)
             output += os.read(run.stdout.fileno(), 1 << 16)
-        rest, error = run.communicate(timeout=PATIENCE)
+        rest, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, error) == (0, b"")
     assert record_lines(output + rest) == record_lines(veltrace("--ndjson", *names).stdout)
 
@@ -215,7 +215,7 @@ def test_a_command_that_is_stopped_for_long_costs_no_file_its_time(unruly, tmp_p
         await_that(lambda: facts_of(run.pid)[0] == "T")
         time.sleep(3)
         run.send_signal(signal.SIGCONT)
-        output, error = run.communicate(timeout=PATIENCE)
+        output, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, error) == (0, b"")
     records = records_of(output)
     assert sorted(record["path"].decode() for record in records) == sorted(names)
@@ -225,7 +225,7 @@ def test_a_command_that_is_stopped_for_long_costs_no_file_its_time(unruly, tmp_p
 
 def run_without(descriptor, *arguments, **settings):
     script = f'exec "$0" "$@" {descriptor}>&-'
-    return subprocess.run(["sh", "-c", script, VELTRACE, *arguments], timeout=PATIENCE,
+    return subprocess.run(["sh", "-c", script, VELTRACE, *arguments], timeout=TIMEOUT,
                           stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, **settings)
 
 

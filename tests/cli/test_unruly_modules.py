@@ -4,22 +4,24 @@ import os
 import re
 
 import pytest
-from processes import check_no_process_is_left, confinement
+from processes import check_no_process_is_left, sandbox
 from run_records import record_lines, records_of, status_of
 
 UNRULY = os.environ["VELTRACE_UNRULY"]
 FORMATS = ["text", "json", "ndjson", "csv"]
 GOOD = [f"good-{number}.tif" for number in range(40)]
-MEMORY_IS_LIMITED = "memory limit" in confinement()
+MEMORY_IS_LIMITED = "memory limit" in sandbox()
 # What AddressSanitizer makes of signals that tell of a fault.
 FAULT = r"by signal 11 \(Segmentation fault\)" if MEMORY_IS_LIMITED else "with exit status 1"
 
-# How the process ends that reads such a file. The number after the dot is the sequence number of
-# the request.
-ENDINGS = {
-    "garbage": "after it had sent what it should not: a frame is larger than any may be",
-    "huge-frame": "after it had sent what it should not: a frame is larger than any may be",
-    "wrong-sequence": "after it had sent what it should not: it answers what it was not asked",
+INVALID = "after it sent an invalid answer: "
+WRONG_FORMAT = INVALID + "its output does not have the format"
+
+# How the process ends that reads such a file. The number after the dot is the id of the request.
+ENDS = {
+    "garbage": INVALID + "a frame is larger than allowed",
+    "huge-frame": INVALID + "a frame is larger than allowed",
+    "wrong-id": INVALID + "its answer does not match its oldest request",
     "half-frame": "with exit status 0",
     # It is ended if it does not end by itself before.
     "close-pipe": r"(by signal 9 \(Killed\)|with exit status 0)",
@@ -30,20 +32,25 @@ ENDINGS = {
     "kill": r"by signal 9 \(Killed\)",
     "stop": "when a signal stopped it",
     "overflow": FAULT,
-    "broken-json.1": "after it had sent what it should not: its output is not in the format",
-    "no-array.1": "after it had sent what it should not: its output is not in the format",
-    "escape-in-json.1": "after it had sent what it should not: its output is not in the format",
-    "escape-in-text.1": "after it had sent what it should not: its output is not in the format",
-    "new-line-in-json.1": "after it had sent what it should not: its output is not in the format",
-    "second-record.1": "after it had sent what it should not: its output is not in the format",
-    "wrong-list.1": "after it had sent what it should not: its output is not in the format",
-    "unknown-field.1": "after it had sent what it should not: its output is not in the format",
-    "unknown-status.1": "after it had sent what it should not: a number is out of its range",
-    "time-limit-status.1":
-        "after it had sent what it should not: a worker cannot know this status",
-    "endless-warnings.1": "after it had sent what it should not: a number is out of its range",
-    "endless-fields.1": "after it had sent what it should not: the bytes end within a value",
+    "broken-json.1": WRONG_FORMAT,
+    "no-array.1": WRONG_FORMAT,
+    "escape-in-json.1": WRONG_FORMAT,
+    "escape-in-text.1": WRONG_FORMAT,
+    "new-line-in-json.1": WRONG_FORMAT,
+    "second-record.1": WRONG_FORMAT,
+    "wrong-list.1": WRONG_FORMAT,
+    "cells.1": WRONG_FORMAT,
+    "unknown-field.1": WRONG_FORMAT,
+    "unknown-status.1": INVALID + "a number is out of its range",
+    "time-limit-status.1": INVALID + "a worker cannot report this status",
+    "endless-warnings.1": INVALID + "a number is out of its range",
+    "endless-cells.1": INVALID + "a number is out of its range",
+    "large-cell.1": INVALID + "the bytes end within a value",
+    "endless-fields.1": INVALID + "a number is out of its range",
 }
+# These only break csv: a worker sends other cells than a row has.
+CELLS = ["few-cells.1", "many-cells.1", "no-count.1", "escape-in-cell.1", "line-in-cell.1",
+         "body-and-cells.1"]
 SLOW = ["sleep", "spin", "trickle.1"]
 # These take nothing from anybody.
 QUIRKS = ["leak", "stdout", "close-requests"]
@@ -84,14 +91,29 @@ def middle(unruly):
 
 
 @pytest.mark.parametrize("sandbox", ["auto", "off"])
-@pytest.mark.parametrize("name", ENDINGS)
+@pytest.mark.parametrize("name", ENDS)
 def test_a_process_that_dies_twice_costs_its_file(middle, name, sandbox):
     record = middle(name, "--sandbox", sandbox)
     assert status_of(record) == ("crashed", "veltrace:crashed")
-    assert re.fullmatch(f"The process that read the file ended {ENDINGS[name]}, and so did the one "
+    assert re.fullmatch(f"The process that read the file ended {ENDS[name]}, and so did the one "
                         r"before\.", record["error"]["text"])
     assert record["info"] == record["warnings"] == []
     assert sandbox == "off" or record["stderr"] == b""
+
+
+@pytest.mark.parametrize("name", CELLS + ["endless-cells.1", "large-cell.1"])
+def test_cells_that_do_not_fit_the_row_are_rejected(unruly, name):
+    run = unruly("--format", "csv", "-f", "Name", "-f", "Make", "--jobs", "1", "a.tif", name, "b.tif")
+    header, first, crashed, last = run.stdout.splitlines()
+    assert header == b"path,status,error,warnings,directories,Name,Make"
+    assert (first, last) == (b"a.tif,ok,,0,1,a.tif,", b"b.tif,ok,,0,1,b.tif,")
+    assert crashed == name.encode() + b",crashed,veltrace:crashed,0,0,,"
+    assert INVALID.encode() in run.stderr
+
+
+def test_cells_are_escaped_once_more_when_they_are_written(unruly):
+    run = unruly("--format", "csv", "-f", "Name", "-f", "Make", "--jobs", "1", "a.tif", "formula.1")
+    assert run.stdout.splitlines()[2] == b"formula.1,ok,,0,1,'=1+1,\"a,\"\"b\"\"\""
 
 
 @pytest.mark.parametrize("sandbox", ["auto", "off"])
@@ -108,7 +130,7 @@ def test_a_file_that_takes_all_memory_is_given_up(middle, sandbox):
     assert middle("allocate", "--sandbox", sandbox)["status"] == "limit-memory"
 
 
-@pytest.mark.skipif(not MEMORY_IS_LIMITED or "seccomp" not in confinement(),
+@pytest.mark.skipif(not MEMORY_IS_LIMITED or "seccomp" not in sandbox(),
                     reason="nothing keeps the process from taking all memory")
 def test_limits_cannot_be_raised(middle):
     assert middle("raise-limits")["status"] == "limit-memory"
@@ -122,7 +144,7 @@ def test_a_module_that_misbehaves_in_passing_is_no_trouble(middle, name, sandbox
     assert record["stderr"] == b""
 
 
-@pytest.mark.skipif("seccomp" not in confinement(), reason="the kernel does not confine processes")
+@pytest.mark.skipif("seccomp" not in sandbox(), reason="the kernel has no seccomp")
 @pytest.mark.parametrize("name", REFUSED)
 def test_a_process_can_do_nothing_but_read(middle, name):
     record = middle(name)
@@ -168,7 +190,7 @@ def test_what_a_module_says_of_itself_does_not_reach_a_terminal(unruly, form):
 
 
 def mixed(hostile):
-    """Good files with a hostile one after every other, which gets its sequence number."""
+    """Good files with a hostile one after every other, which gets the id of its request."""
     names = []
     for number, good in enumerate(GOOD):
         names.append(good)
@@ -178,7 +200,7 @@ def mixed(hostile):
     return names
 
 
-HOSTILE = [name for name in ENDINGS if "new-line" not in name][:18] + ["sleep", "forged"]
+HOSTILE = [name for name in ENDS if "new-line" not in name][:18] + ["sleep", "forged"]
 
 
 @pytest.mark.parametrize("jobs", [1, 2, 8])

@@ -1,5 +1,5 @@
-// A module that does what the file name says up to its first dot, for tests of those who have to
-// put up with it. Of any other file it returns one directory with the field Name.
+// A module that misbehaves as the file name up to its first dot says, for tests of the command. For
+// any other file it returns one directory with the field Name.
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -37,9 +37,9 @@ std::string textBytes(const std::string& text) {
     return numberBytes(text.size()) + text;
 }
 
-/// A frame as the other side expects it: size, sequence, payload.
-std::string frame(std::uint64_t sequence, const std::string& payload) {
-    return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(sequence) + payload;
+/// A frame as the other side expects it: size, id, payload.
+std::string frame(std::uint64_t id, const std::string& payload) {
+    return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(id) + payload;
 }
 
 /// The answer of a file that was read, as the other side expects it but for what differs here.
@@ -48,13 +48,19 @@ struct Forged {
     std::uint64_t warnings = 0;
     std::string body = "[]";
     std::string nonfinite{};
-    std::uint64_t fieldsSeen = 0;  ///< all of them are the first one
+    std::vector<std::string> cells{};
+    std::uint64_t furtherCells = 0;  ///< announced and not sent
+    std::uint64_t fieldsSeen = 0;    ///< all of them are the first one
 
     [[nodiscard]] std::string payload() const {
         std::string bytes = numberBytes(0) + numberBytes(status) + numberBytes(0) +
                             numberBytes(warnings) + numberBytes(0) + numberBytes(0) +
                             textBytes(body) + textBytes(nonfinite) + textBytes("") + textBytes("") +
-                            numberBytes(fieldsSeen);
+                            numberBytes(cells.size() + furtherCells);
+        for (const std::string& cell : cells) {
+            bytes += textBytes(cell);
+        }
+        bytes += numberBytes(fieldsSeen);
         for (std::uint64_t i = 0; i < fieldsSeen; ++i) {
             bytes += numberBytes(0);
         }
@@ -68,7 +74,7 @@ std::string forgedError() {
     return numberBytes(0) + numberBytes(kError) + numberBytes(1) + textBytes("forged\x1b[2J") +
            textBytes("\r\nveltrace: nothing\xff\x9b") + numberBytes(0) + numberBytes(0) +
            numberBytes(0) + textBytes("") + textBytes("") + textBytes("") + textBytes("") +
-           numberBytes(0);
+           numberBytes(0) + numberBytes(0);
 }
 
 /// Without a system call that could be refused.
@@ -78,21 +84,21 @@ void pause(std::chrono::milliseconds time) {
     }
 }
 
-void allocateForEver() {
+void allocateForever() {
     static std::vector<std::string> kept;
     while (true) {
         kept.emplace_back(std::size_t{1} << 20, 'x');
     }
 }
 
-void sleepForEver() {
+void sleepForever() {
     while (true) {
         sleep(1);
     }
 }
 
-void spinForEver() {
-    for (volatile bool goesOn = true; goesOn;) {
+void spinForever() {
+    for (volatile bool isTrue = true; isTrue;) {
     }
 }
 
@@ -100,20 +106,20 @@ void spinForEver() {
 std::size_t overflowStack(std::size_t depth) {
     std::array<volatile char, 4096> block{};
     block[depth % block.size()] = 1;
-    const bool goesOn = block[depth % block.size()] == 1;
-    return goesOn ? overflowStack(depth + 1) + static_cast<std::size_t>(block[0]) : 0;
+    const bool isTrue = block[depth % block.size()] == 1;
+    return isTrue ? overflowStack(depth + 1) + static_cast<std::size_t>(block[0]) : 0;
 }
 
-void trickleForEver(std::uint64_t sequence) {
-    writeAll(frame(sequence, std::string(1000, '\0')).substr(0, 12));
+void trickleForever(std::uint64_t id) {
+    writeAll(frame(id, std::string(1000, '\0')).substr(0, 12));
     while (true) {
         writeAll({'\0'});
         pause(std::chrono::milliseconds(50));
     }
 }
 
-void answerInPieces(std::uint64_t sequence) {
-    for (const char byte : frame(sequence, forgedError())) {
+void answerInPieces(std::uint64_t id) {
+    for (const char byte : frame(id, forgedError())) {
         writeAll({byte});
         pause(std::chrono::milliseconds(1));
     }
@@ -121,10 +127,10 @@ void answerInPieces(std::uint64_t sequence) {
 }
 
 /// The answer fits no pipe, and time passes when it has begun.
-void answerAfterPause(std::uint64_t sequence) {
+void answerAfterPause(std::uint64_t id) {
     constexpr std::size_t kPipe = 65'536;
     const std::string body = R"([{"Name":")" + std::string(std::size_t{3} << 20, 'x') + R"("}])";
-    const std::string bytes = frame(sequence, Forged{.body = body}.payload());
+    const std::string bytes = frame(id, Forged{.body = body}.payload());
     writeAll(bytes.substr(0, kPipe));
     pause(std::chrono::milliseconds(500));
     writeAll(bytes.substr(kPipe));
@@ -146,27 +152,27 @@ void warnOften() {
     }
 }
 
-/// Gets what follows the first dot of the name, a sequence number where one is needed.
+/// Gets the number after the first dot of the name: the id of the request where one is needed.
 using Behaviour = std::function<void(std::uint64_t)>;
 
 Behaviour forge(const Forged& answer) {
-    return [answer](std::uint64_t sequence) { writeAll(frame(sequence, answer.payload())); };
+    return [answer](std::uint64_t id) { writeAll(frame(id, answer.payload())); };
 }
 
 const std::map<std::string, Behaviour>& behaviours() {
     static const std::map<std::string, Behaviour> all{
         {"garbage", [](auto) { writeAll(std::string(1000, '\xA5')); }},
         {"huge-frame", [](auto) { writeAll("\xff\xff\xff\xff" + std::string(8, '\0')); }},
-        {"wrong-sequence", [](auto) { writeAll(frame(99, std::string(100, '\0'))); }},
+        {"wrong-id", [](auto) { writeAll(frame(99, std::string(100, '\0'))); }},
         {"half-frame",
          [](auto) {
              writeAll(frame(0, std::string(100, '\0')).substr(0, 20));
              std::_Exit(0);
          }},
         {"close-pipe", [](auto) { close(kAnswers); }},
-        {"allocate", [](auto) { allocateForEver(); }},
-        {"sleep", [](auto) { sleepForEver(); }},
-        {"spin", [](auto) { spinForEver(); }},
+        {"allocate", [](auto) { allocateForever(); }},
+        {"sleep", [](auto) { sleepForever(); }},
+        {"spin", [](auto) { spinForever(); }},
         {"exit0", [](auto) { std::_Exit(0); }},
         {"exit7", [](auto) { std::_Exit(7); }},
         {"abort", [](auto) { std::abort(); }},
@@ -180,9 +186,9 @@ const std::map<std::string, Behaviour>& behaviours() {
         {"stderr", [](auto) { static_cast<void>(!write(STDERR_FILENO, "noise\n", 6)); }},
         {"error", [](auto) { qvxErrMsgIdAndTxt("ZEPHRA:unruly:error", "as %s", "asked"); }},
         {"throw", [](auto) { throw 42; }},
-        {"forged", [](auto sequence) { writeAll(frame(sequence, forgedError())); }},
+        {"forged", [](auto id) { writeAll(frame(id, forgedError())); }},
         {"pieces", answerInPieces},
-        {"trickle", trickleForEver},
+        {"trickle", trickleForever},
         {"large-late", answerAfterPause},
         {"broken-json", forge({.body = R"([{"Name":)"})},
         {"no-array", forge({.body = "{}"})},
@@ -191,15 +197,30 @@ const std::map<std::string, Behaviour>& behaviours() {
         {"new-line-in-json", forge({.body = "[\n]"})},
         {"second-record", forge({.body = R"([]},{"v":1,"info":[])"})},
         {"wrong-list", forge({.nonfinite = R"({"at":"/path","is":"NaN"})"})},
+        {"cells", forge({.cells = {"1"}})},
+        {"few-cells", forge({.body = "", .cells = {"1", "a"}})},
+        {"many-cells", forge({.body = "", .cells = {"1", "a", "b", "c"}})},
+        {"no-count", forge({.body = "", .cells = {"", "a", "b"}})},
+        {"escape-in-cell", forge({.body = "", .cells = {"1", "\x1b[2J", "b"}})},
+        {"line-in-cell", forge({.body = "", .cells = {"1", "a\nb.tif,ok", "b"}})},
+        {"body-and-cells", forge({.cells = {"1", "a", "b"}})},
+        {"formula", forge({.body = "", .cells = {"1", "=1+1", "a,\"b\""}})},
+        {"endless-cells", forge({.furtherCells = ~std::uint64_t{0}})},
+        {"large-cell",
+         [](auto id) {
+             std::string payload = Forged{.body = "", .cells = {""}}.payload();
+             std::memset(&payload[payload.size() - 16], 0x7f, 8);
+             writeAll(frame(id, payload));
+         }},
         {"unknown-field", forge({.fieldsSeen = 1})},
         {"unknown-status", forge({.status = 7})},
         {"time-limit-status", forge({.status = 4})},
         {"endless-warnings", forge({.warnings = ~std::uint64_t{0}})},
         {"endless-fields",
-         [](auto sequence) {
+         [](auto id) {
              std::string payload = Forged{}.payload();
              std::memset(&payload[payload.size() - 8], 0xff, 8);
-             writeAll(frame(sequence, payload));
+             writeAll(frame(id, payload));
          }},
         {"close-requests", [](auto) { close(STDIN_FILENO); }},
         {"busy", [](auto) { pause(std::chrono::milliseconds(10)); }},
@@ -211,7 +232,7 @@ const std::map<std::string, Behaviour>& behaviours() {
          [](auto) {
              const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
              setrlimit(RLIMIT_AS, &none);
-             allocateForEver();
+             allocateForever();
          }},
     };
     return all;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-#include "names/argument_names.h"
+#include "names/listed_names.h"
 
 namespace veltrace::cli {
 namespace {
@@ -25,10 +25,10 @@ Inputs inputs(std::vector<std::vector<std::string>> lists,
 
 Numbered allOf(Inputs& inputs) {
     Numbered all;
-    std::uint64_t sequence = 0;
+    std::uint64_t id = 0;
     std::string name;
-    while (inputs.next(sequence, name) == Inputs::State::name) {
-        all.emplace_back(sequence, name);
+    while (inputs.next(id, name) == Inputs::State::name) {
+        all.emplace_back(id, name);
     }
     return all;
 }
@@ -72,9 +72,9 @@ TEST(Inputs, WaitForASlowSourceBeforeTheNext) {
     sources.push_back(std::make_unique<SlowNames>());
     sources.push_back(names({"quick"}));
     Inputs all(std::move(sources), std::nullopt, std::nullopt);
-    std::uint64_t sequence = 0;
+    std::uint64_t id = 0;
     std::string name;
-    EXPECT_EQ(all.next(sequence, name), Inputs::State::later);
+    EXPECT_EQ(all.next(id, name), Inputs::State::later);
     EXPECT_EQ(all.descriptor(), 42);
     EXPECT_EQ(allOf(all), (Numbered{{0, "slow"}, {1, "quick"}}));
 }

@@ -165,5 +165,23 @@ TEST(ListedNames, AnEndlessNameEndsInBoundedMemory) {
               "cannot read names from /dev/zero: one has more than 1048576 bytes");
 }
 
+TEST(ArgumentNames, ComeInOrderTheEmptyOneToo) {
+    ArgumentNames names({"b", "", "a", "b"});
+    EXPECT_THAT(allNames(names), ElementsAre("b", "", "a", "b"));
+}
+
+TEST(ArgumentNames, KeepEveryByte) {
+    ArgumentNames names(test::oddNames());
+    EXPECT_THAT(allNames(names), ElementsAreArray(test::oddNames()));
+}
+
+TEST(ArgumentNames, StayAtTheirEnd) {
+    ArgumentNames names({});
+    std::string name = "untouched";
+    EXPECT_EQ(names.next(name), NameSource::State::end);
+    EXPECT_EQ(names.next(name), NameSource::State::end);
+    EXPECT_EQ(name, "untouched");
+}
+
 }  // namespace
 }  // namespace veltrace::cli

@@ -76,7 +76,8 @@ TEST(RecordedNames, ALineThatIsNoRecordIsAnErrorWithItsNumber) {
          {""s, "x"s, "[]"s, R"([{"path":"a"}])"s, R"("path")"s, "{}"s, R"({"path":5})"s,
           R"({"path":["a"]})"s, R"({"path":null})"s, R"({"path":"a)"s, R"({"path_b64":"a"})"s,
           R"({"path":"\ud800"})"s, "{\"a\":1,\0\"path\":\"a\"}"s, R"({"v":1,path:"a"})"s}) {
-        EXPECT_EQ(errorOf(record("a") + line + "\n" + record("b")), "line 2 is no record") << line;
+        EXPECT_EQ(errorOf(record("a") + line + "\n" + record("b")), "line 2 is not a record")
+            << line;
     }
 }
 
@@ -92,7 +93,7 @@ TEST(RecordedNames, LinesMayBeLongerThanAnyBlock) {
 }
 
 TEST(RecordedNames, NoDepthUsesUpTheStack) {
-    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is no record");
+    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is not a record");
 }
 
 TEST(RecordedNames, WithoutAFileAreAnError) {

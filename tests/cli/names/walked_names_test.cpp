@@ -111,7 +111,7 @@ TEST(WalkedNames, OfAProcessThatFailsOrDiesEndInAnErrorWithoutTheTornOne) {
                           }
                       }
                   }),
-                  "the walk of the directories broke off");
+                  "the walk of the directories was interrupted");
         EXPECT_THAT(found, ElementsAre("whole"));
     }
 }

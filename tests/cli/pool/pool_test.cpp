@@ -6,9 +6,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "descriptor.h"
 #include "pool/scripted_worker.h"
-#include "run/wait.h"
-#include "worker/sanitizer.h"
+#include "worker/limits.h"
 
 namespace veltrace::cli {
 namespace {

@@ -26,10 +26,10 @@ std::string row(const Record& record) {
     return out;
 }
 
-Record read(std::string path, std::string body) {
+Record read(std::string path, std::vector<std::string> cells) {
     Record record;
     record.path = std::move(path);
-    record.outcome.rendering.body = std::move(body);
+    record.outcome.rendering.cells = std::move(cells);
     return record;
 }
 
@@ -79,12 +79,12 @@ TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
 }
 
 TEST(CsvRecordWriter, WritesARowForAFile) {
-    EXPECT_EQ(row(read("a.tif", R"(["2","A;B"])")), "a.tif,ok,,0,2,A;B\n");
-    EXPECT_EQ(row(read("a.tif", R"(["1","A, \"B\""])")), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
+    EXPECT_EQ(row(read("a.tif", {"2", "A;B"})), "a.tif,ok,,0,2,A;B\n");
+    EXPECT_EQ(row(read("a.tif", {"1", "A, \"B\""})), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
 }
 
 TEST(CsvRecordWriter, CountsAllWarnings) {
-    Record record = read("a.tif", R"(["1",""])");
+    Record record = read("a.tif", {"1", ""});
     record.outcome.status = Status::warned;
     record.outcome.warnings = {{"X:one", "One."}, {"X:two", "Two."}};
     record.outcome.warningsDropped = 40;
@@ -106,7 +106,7 @@ TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
 }
 
 TEST(CsvRecordWriter, NamesThatBeginWithAHyphenAreGuarded) {
-    EXPECT_EQ(row(read("-rf", R"(["1",""])")), "'-rf,ok,,0,1,\n");
+    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 
 }  // namespace

@@ -115,8 +115,8 @@ TEST(JsonCheck, TakesItsOwnEscapesAtEveryPlaceAndNoOthers) {
 }
 
 TEST(JsonCheck, TakesTheDeepestNestingAndNoDeeper) {
-    const std::string open(kDeepestJson, '[');
-    const std::string close(kDeepestJson, ']');
+    const std::string open(kMaxJsonDepth, '[');
+    const std::string close(kMaxJsonDepth, ']');
     EXPECT_TRUE(isJsonArray(open + close));
     EXPECT_FALSE(isJsonArray("[" + open + close + "]"));
     EXPECT_FALSE(isJsonArray(std::string(std::size_t{32} << 20, '[')));

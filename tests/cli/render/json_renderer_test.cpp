@@ -54,13 +54,14 @@ RenderOptions omitting(std::size_t limit) {
 }
 
 TEST(JsonRenderer, NoOutputIsAnEmptyList) {
-    const Rendering expected{"[]", "", "", "", {}};
+    const Rendering expected{"[]", "", "", "", {}, {}};
     EXPECT_EQ(rendered({}, []() -> qvArray* { return nullptr; }), expected);
     EXPECT_EQ(rendered({}, [] { return numbers(0, 0, {}); }), expected);
 }
 
 TEST(JsonRenderer, ADirectoryIsAnObjectWithFieldsInTheirOrder) {
-    const Rendering expected{R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}};
+    const Rendering expected{
+        R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}, {}};
     EXPECT_EQ(rendered({},
                        [] {
                            return structures({{{"Zoom", qvCreateDoubleScalar(2)}, {"Aim", nullptr}},
@@ -266,12 +267,12 @@ TEST(JsonRenderer, AllTextsOfARenderingShareItsRoom) {
     // Of [{"X":[1,null],"T":"<U+00FF>"}], {"at":"/info/0/X/1","is":"NaN"} and "/info/0/T".
     constexpr std::size_t kSize = 25 + 31 + 11;
     RenderOptions options;
-    options.largestOutput = kSize;
+    options.maxOutput = kSize;
     const Rendering rendering = JsonRenderer(options).render(result.output());
     EXPECT_EQ(rendering.body.size(), 25U);
     EXPECT_EQ(rendering.nonfinite.size(), 31U);
     EXPECT_EQ(rendering.latin1.size(), 11U);
-    options.largestOutput = kSize - 1;
+    options.maxOutput = kSize - 1;
     const JsonRenderer smaller(options);
     EXPECT_THROW((void)smaller.render(result.output()), OutputTooLarge);
     EXPECT_FALSE(smaller.accepts(rendering));
@@ -279,7 +280,7 @@ TEST(JsonRenderer, AllTextsOfARenderingShareItsRoom) {
 
 TEST(JsonRenderer, RefusesRenderingsThatItDoesNotMake) {
     const JsonRenderer renderer(selecting({"Make", "Model"}));
-    const Rendering good{"[]", "", "", "", {0, 1}};
+    const Rendering good{"[]", "", "", "", {}, {0, 1}};
     EXPECT_TRUE(renderer.accepts(good));
     const auto refuses = [&](auto change) {
         Rendering bad = good;
@@ -290,12 +291,13 @@ TEST(JsonRenderer, RefusesRenderingsThatItDoesNotMake) {
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.body = "[]}"; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.nonfinite = R"("/info/0")"; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.latin1 = "]"; }));
+    EXPECT_TRUE(refuses([](Rendering& bad) { bad.cells = {""}; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.fieldsSeen = {1, 2}; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.fieldsSeen = {1, 0}; }));
-    // Nothing is left out unless the user says so.
+    // Nothing is omitted without the option.
     const std::string omitted = R"({"at":"/info/0/Make","size":[1,9]})";
     EXPECT_TRUE(refuses([&](Rendering& bad) { bad.omitted = omitted; }));
-    EXPECT_TRUE(JsonRenderer(omitting(8)).accepts({"[]", "", "", omitted, {}}));
+    EXPECT_TRUE(JsonRenderer(omitting(8)).accepts({"[]", "", "", omitted, {}, {}}));
 }
 
 }  // namespace

@@ -37,10 +37,10 @@ TEST(JsonWriter, SetsBracketsCommasAndColons) {
 }
 
 TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
-    Allowance allowance(2 * kDeepestJson);
+    Allowance allowance(2 * kMaxJsonDepth);
     BoundedText out(allowance);
     JsonWriter json(out);
-    for (std::size_t depth = 0; depth < kDeepestJson; ++depth) {
+    for (std::size_t depth = 0; depth < kMaxJsonDepth; ++depth) {
         json.startArray();
     }
     EXPECT_THROW(json.startArray(), OutputTooLarge);
@@ -48,10 +48,10 @@ TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
 }
 
 TEST(JsonWriter, AListOfNumbersNestsAsWell) {
-    Allowance allowance(2 * kDeepestJson);
+    Allowance allowance(2 * kMaxJsonDepth);
     BoundedText out(allowance);
     JsonWriter json(out);
-    for (std::size_t depth = 1; depth < kDeepestJson; ++depth) {
+    for (std::size_t depth = 1; depth < kMaxJsonDepth; ++depth) {
         json.startArray();
     }
     json.numbers(std::vector<double>{1});

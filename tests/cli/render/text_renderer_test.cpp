@@ -140,9 +140,9 @@ TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
 TEST(TextRenderer, ATextThatGrowsTooLargeIsRefused) {
     const auto make = [] { return structures({{{"Width", qvCreateDoubleScalar(7)}}}); };
     RenderOptions options;
-    options.largestOutput = "  Directory\n    Width  7\n"s.size();
+    options.maxOutput = "  Directory\n    Width  7\n"s.size();
     EXPECT_EQ(textOf(make, options), "  Directory\n    Width  7\n");
-    --options.largestOutput;
+    --options.maxOutput;
     EXPECT_THROW(textOf(make, options), OutputTooLarge);
 }
 
@@ -270,6 +270,9 @@ TEST(TextRenderer, RefusesWhatOnlyOtherFormatsHave) {
         rendering.*list = "x";
         EXPECT_FALSE(renderer.accepts(rendering));
     }
+    Rendering cells;
+    cells.cells = {""};
+    EXPECT_FALSE(renderer.accepts(cells));
 }
 
 TEST(TextRenderer, RefusesIndicesOfFieldsThatAreNotSelected) {

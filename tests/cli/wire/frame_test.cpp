@@ -7,9 +7,9 @@
 namespace veltrace::cli {
 namespace {
 
-std::string frame(std::uint64_t sequence, std::string_view payload) {
+std::string frame(std::uint64_t id, std::string_view payload) {
     std::string bytes;
-    const std::size_t begin = beginFrame(bytes, sequence);
+    const std::size_t begin = beginFrame(bytes, id);
     bytes += payload;
     endFrame(bytes, begin);
     return bytes;
@@ -37,7 +37,7 @@ TEST(FrameBuffer, GivesAFrameOnceItsLastByteIsThere) {
     receive(buffer, bytes.substr(bytes.size() - 1));
     const auto next = buffer.next();
     ASSERT_TRUE(next);
-    EXPECT_EQ(next->sequence, 1U);
+    EXPECT_EQ(next->id, 1U);
     EXPECT_EQ(next->payload, "ember");
     EXPECT_FALSE(buffer.next());
     EXPECT_EQ(buffer.pending(), 0U);
@@ -47,7 +47,7 @@ TEST(FrameBuffer, GivesFramesThatCameTogetherOneByOne) {
     FrameBuffer buffer(100);
     receive(buffer, frame(1, "a") + frame(2, "") + frame(3, "ccc").substr(0, 13));
     EXPECT_EQ(buffer.next()->payload, "a");
-    EXPECT_EQ(buffer.next()->sequence, 2U);
+    EXPECT_EQ(buffer.next()->id, 2U);
     EXPECT_FALSE(buffer.next());
     EXPECT_EQ(buffer.pending(), 13U);
     receive(buffer, "cc");

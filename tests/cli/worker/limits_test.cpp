@@ -13,9 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "worker/descriptors.h"
 #include "worker/in_child.h"
-#include "worker/sanitizer.h"
+#include "worker/resource_watch.h"
 
 namespace veltrace::cli {
 namespace {
@@ -136,7 +135,7 @@ TEST(Limits, AFewMoreDescriptorsCanBeHad) {
 
 TEST(Limits, PrivilegesAndDumpsAreRenounced) {
     EXPECT_EQ(inChild([] {
-                  const bool holds = renouncePrivileges();
+                  const bool holds = forbidNewPrivileges();
                   return std::to_string(static_cast<int>(holds)) + " " +
                          std::to_string(prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0)) + " " +
                          std::to_string(prctl(PR_GET_DUMPABLE));

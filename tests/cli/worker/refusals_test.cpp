@@ -17,11 +17,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "worker/descriptors.h"
 #include "worker/in_child.h"
-#include "worker/landlock.h"
 #include "worker/limits.h"
-#include "worker/system_calls.h"
+#include "worker/resource_watch.h"
+#include "worker/sandbox.h"
 
 namespace veltrace::cli {
 namespace {
@@ -33,31 +32,31 @@ constexpr const char* kUnsupported = "the kernel refuses";
 
 bool hasLandlock() {
     return inChild([] {
-               renouncePrivileges();
-               return confineFileSystem() > 0 ? "yes" : "no";
+               forbidNewPrivileges();
+               return restrictFiles() > 0 ? "yes" : "no";
            }) == "yes";
 }
 
 bool hasSeccomp() {
     return inChild([] {
-               renouncePrivileges();
-               return confineSystemCalls() ? "yes" : "no";
+               forbidNewPrivileges();
+               return restrictSystemCalls() ? "yes" : "no";
            }) == "yes";
 }
 
 /// What comes of an action under Landlock.
 std::string withLandlock(const std::function<std::string()>& action) {
     return inChild([&] {
-        renouncePrivileges();
-        return confineFileSystem() > 0 ? action() : kUnsupported;
+        forbidNewPrivileges();
+        return restrictFiles() > 0 ? action() : kUnsupported;
     });
 }
 
 /// What comes of an action under seccomp.
 std::string withSeccomp(const std::function<std::string()>& action) {
     return inChild([&] {
-        renouncePrivileges();
-        return confineSystemCalls() ? action() : kUnsupported;
+        forbidNewPrivileges();
+        return restrictSystemCalls() ? action() : kUnsupported;
     });
 }
 
@@ -136,8 +135,8 @@ TEST_F(Landlock, NoProgramIsExecuted) {
 
 TEST_F(Landlock, AFileCannotBeCutWhereTheKernelKnowsHowToRefuseThat) {
     const std::string outcome = inChild([this]() -> std::string {
-        renouncePrivileges();
-        return confineFileSystem() >= 3 ? outcomeOf(truncate(file_.c_str(), 0)) : kUnsupported;
+        forbidNewPrivileges();
+        return restrictFiles() >= 3 ? outcomeOf(truncate(file_.c_str(), 0)) : kUnsupported;
     });
     if (outcome == kUnsupported) {
         GTEST_SKIP() << kUnsupported;
@@ -149,8 +148,8 @@ TEST_F(Landlock, AFileCannotBeCutWhereTheKernelKnowsHowToRefuseThat) {
 TEST_F(Landlock, ADescriptorThatWasOpenCanStillBeWritten) {
     EXPECT_EQ(inChild([this] {
                   const int file = open(file_.c_str(), O_WRONLY);
-                  renouncePrivileges();
-                  confineFileSystem();
+                  forbidNewPrivileges();
+                  restrictFiles();
                   return outcomeOf(write(file, "x", 1));
               }),
               "ok");

@@ -1,4 +1,4 @@
-#include "record/text_record.h"
+#include "record/record_writer.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,13 @@ namespace {
 std::string written(const std::vector<Record>& records, bool colour = false) {
     RenderOptions options;
     options.colour = colour;
-    TextRecordWriter writer(options);
+    const auto writer = makeRecordWriter(options);
     std::string out;
-    writer.begin(out);
+    writer->begin(out);
     for (const Record& record : records) {
-        writer.record(record, out);
+        writer->record(record, out);
     }
-    writer.end(out);
+    writer->end(out);
     return out;
 }
 

@@ -1,10 +1,9 @@
-#include "names/shard.h"
+#include "names/name_hash.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 #include "names/all_names.h"
-#include "names/name_hash.h"
 
 namespace veltrace::cli {
 namespace {
