@@ -37,12 +37,12 @@ std::string textBytes(const std::string& text) {
     return numberBytes(text.size()) + text;
 }
 
-/// A frame as the other side expects it: size, id, payload.
+/// A frame: size, id, payload.
 std::string frame(std::uint64_t id, const std::string& payload) {
     return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(id) + payload;
 }
 
-/// The answer of a file that was read, as the other side expects it but for what differs here.
+/// A valid answer for a file that was read, except for what differs here.
 struct Forged {
     std::uint64_t status = 0;
     std::uint64_t warnings = 0;
@@ -68,7 +68,7 @@ struct Forged {
     }
 };
 
-/// The answer of a file that could not be read.
+/// A valid answer for a file that could not be read.
 std::string forgedError() {
     constexpr std::uint64_t kError = 2;
     return numberBytes(0) + numberBytes(kError) + numberBytes(1) + textBytes("forged\x1b[2J") +
@@ -77,7 +77,7 @@ std::string forgedError() {
            numberBytes(0) + numberBytes(0);
 }
 
-/// Without a system call that could be refused.
+/// Without a system call that the sandbox refuses.
 void pause(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
     while (std::chrono::steady_clock::now() < end) {
@@ -126,7 +126,7 @@ void answerInPieces(std::uint64_t id) {
     std::_Exit(0);
 }
 
-/// The answer fits no pipe, and time passes when it has begun.
+/// The answer is larger than a pipe, with a pause in the middle.
 void answerAfterPause(std::uint64_t id) {
     constexpr std::size_t kPipe = 65'536;
     const std::string body = R"([{"Name":")" + std::string(std::size_t{3} << 20, 'x') + R"("}])";
@@ -243,7 +243,7 @@ std::string nameOf(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-/// What follows the dot.
+/// The number after the dot.
 std::uint64_t numberAfter(const std::string& name, std::size_t dot) {
     return dot < name.size() ? std::strtoull(name.c_str() + dot + 1, nullptr, 10) : 0;
 }

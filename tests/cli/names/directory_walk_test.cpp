@@ -53,7 +53,7 @@ Findings walked(const std::string& root) {
     return collector.findings;
 }
 
-/// Makes `depth` directories of this name inside each other, and gives the innermost.
+/// Makes `depth` nested directories of this name, and returns the innermost.
 Descriptor makeNested(const std::string& outermost, const std::string& name, std::size_t depth) {
     Descriptor inner(open(outermost.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (std::size_t i = 0; i < depth; ++i) {
@@ -80,7 +80,7 @@ TEST(DirectoryWalk, FindsImagesInTheOrderOfTheirBytesAtEachLevel) {
                     directory.at("b.tif"), directory.at("c"), directory.at("\xff")));
 }
 
-TEST(DirectoryWalk, PassesOverWhatNoReaderTakes) {
+TEST(DirectoryWalk, SkipsOtherFiles) {
     const test::TemporaryDirectory directory;
     directory.makeFile("a.tif", "text");
     directory.makeFile("b.tif", "");
@@ -90,7 +90,7 @@ TEST(DirectoryWalk, PassesOverWhatNoReaderTakes) {
     EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, DoublesNoSlash) {
+TEST(DirectoryWalk, AddsNoSecondSlash) {
     const test::TemporaryDirectory directory;
     directory.makeFile("a", kImage);
     EXPECT_THAT(walked(directory.path() + "/").names, ElementsAre(directory.path() + "/a"));
@@ -127,7 +127,7 @@ TEST(DirectoryWalk, FollowsARootThatIsALink) {
     EXPECT_THAT(walked(directory.at("link")).names, ElementsAre(directory.at("link/a")));
 }
 
-TEST(DirectoryWalk, FindsARootThatIsNoDirectoryUnexamined) {
+TEST(DirectoryWalk, ReportsARootThatIsNotADirectoryUnexamined) {
     const test::TemporaryDirectory directory;
     for (const std::string& root :
          {directory.makeFile("text", "no image"), directory.at("nothing"), std::string()}) {
@@ -135,7 +135,7 @@ TEST(DirectoryWalk, FindsARootThatIsNoDirectoryUnexamined) {
     }
 }
 
-TEST(DirectoryWalk, PassesOverAFifo) {
+TEST(DirectoryWalk, SkipsAFifo) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(mkfifo(directory.at("fifo").c_str(), 0644), 0);
     EXPECT_THAT(walked(directory.path()).names, IsEmpty());
@@ -175,7 +175,7 @@ TEST(DirectoryWalk, ReportsADirectoryThatCannotBeOpenedAndContinues) {
                 ElementsAre(Pair(directory.at("d"), "Permission denied")));
 }
 
-TEST(DirectoryWalk, GoesDeeperThanPathsAndDescriptorsReach) {
+TEST(DirectoryWalk, GoesBeyondTheLimitsOfPathsAndDescriptors) {
     constexpr std::size_t kDepth = 3000;
     const test::TemporaryDirectory directory(kMemory);
     makeImageIn(makeNested(directory.path(), "dd", kDepth), "inner");
@@ -211,7 +211,7 @@ TEST(DirectoryWalk, ReportsADirectoryWhoseNameLeavesNoRoom) {
     EXPECT_EQ(findings.errors[0].second, "nested too deeply");
 }
 
-TEST(DirectoryWalk, EndsWhereADirectoryMovedAwayUnderIt) {
+TEST(DirectoryWalk, EndsWhenADirectoryIsMovedDuringTheWalk) {
     const test::TemporaryDirectory directory;
     directory.makeDirectory("away");
     directory.makeDirectory("walked");

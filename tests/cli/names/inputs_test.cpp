@@ -33,7 +33,7 @@ Numbered allOf(Inputs& inputs) {
     return all;
 }
 
-/// Answers `later` before its only name.
+/// Returns `later` before its only name.
 class SlowNames : public NameSource {
 public:
     State next(std::string& name) override {
@@ -53,7 +53,7 @@ TEST(Inputs, AreTheSourcesOneAfterTheOther) {
     EXPECT_EQ(all.taken(), 3U);
 }
 
-TEST(Inputs, KeepTheirNumbersInEveryShard) {
+TEST(Inputs, KeepTheirIdsInEveryShard) {
     const std::vector<std::string> list{"a", "b", "c", "d", "e", "f", "g", "h"};
     Numbered together;
     for (std::uint32_t index = 1; index <= 3; ++index) {

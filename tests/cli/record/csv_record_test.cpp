@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "made_values.h"
+
 namespace veltrace::cli {
 namespace {
-
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
-}
 
 std::string header(const RenderOptions& options) {
     std::string out;
@@ -33,13 +29,13 @@ Record read(std::string path, std::vector<std::string> cells) {
     return record;
 }
 
-TEST(CsvCell, PlainTextStaysAsItIs) {
+TEST(CsvCell, PlainTextIsUnchanged) {
     EXPECT_EQ(csvCell(""), "");
     EXPECT_EQ(csvCell("47 22 11.9"), "47 22 11.9");
     EXPECT_EQ(csvCell("a=b;c+d\\x1b'"), "a=b;c+d\\x1b'");
 }
 
-TEST(CsvCell, IsQuotedWhereASeparatorOrAnOuterBlankAsksForIt) {
+TEST(CsvCell, IsQuotedIfItHasASeparatorOrAnOuterBlank) {
     EXPECT_EQ(csvCell("a,b"), "\"a,b\"");
     EXPECT_EQ(csvCell("say \"x\""), "\"say \"\"x\"\"\"");
     EXPECT_EQ(csvCell("a\nb"), "\"a\nb\"");
@@ -105,7 +101,7 @@ TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
     EXPECT_EQ(row(record), "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
 }
 
-TEST(CsvRecordWriter, NamesThatBeginWithAHyphenAreGuarded) {
+TEST(CsvRecordWriter, NamesThatBeginWithAHyphenGetAnApostrophe) {
     EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 

@@ -57,7 +57,7 @@ TEST(JsonRecord, AFailureHasAnErrorAndNoDirectories) {
               "\n");
 }
 
-TEST(JsonRecord, PathsThatAreNoUtf8AreInBase64) {
+TEST(JsonRecord, PathsThatAreNotUtf8AreInBase64) {
     EXPECT_NE(lineOf(fileThatIsFine(0, "caf\u00e9\n")).find("\"path\":\"caf\u00e9\\n\",\"status\""),
               std::string::npos);
     const std::string line = lineOf(fileThatIsFine(0, "caf\xe9"));
@@ -85,7 +85,7 @@ TEST(JsonRecord, ListsTextsOfMessagesBeforeThoseOfFields) {
     EXPECT_NE(lineOf(record).find(R"("/warnings/1/text"]})"), std::string::npos);
 }
 
-TEST(JsonRecord, GivesTheListsOfTheRendering) {
+TEST(JsonRecord, ContainsTheListsOfTheRendering) {
     Record record = fileThatIsFine(0, "n.tif");
     record.outcome.rendering.nonfinite = R"({"at":"/info/0/X","is":"NaN"})";
     record.outcome.rendering.omitted = R"({"at":"/info/0/Y","size":[1,9]})";
@@ -135,12 +135,12 @@ nlohmann::json schema() {
     return nlohmann::json::parse(recordSchema());
 }
 
-TEST(RecordSchema, IsOfItsDraftAndEndsWithANewline) {
+TEST(RecordSchema, NamesItsDraftAndEndsWithANewline) {
     EXPECT_EQ(schema()["$schema"], "https://json-schema.org/draft/2020-12/schema");
     EXPECT_TRUE(recordSchema().ends_with("}\n"));
 }
 
-TEST(RecordSchema, KnowsEveryStatus) {
+TEST(RecordSchema, ListsEveryStatus) {
     const nlohmann::json names = schema()["properties"]["status"]["enum"];
     ASSERT_EQ(names.size(), kStatusCount);
     for (std::size_t i = 0; i < kStatusCount; ++i) {
@@ -148,7 +148,7 @@ TEST(RecordSchema, KnowsEveryStatus) {
     }
 }
 
-TEST(RecordSchema, KnowsHowManyWarningsARecordKeeps) {
+TEST(RecordSchema, LimitsTheWarningsOfARecord) {
     EXPECT_EQ(schema()["properties"]["warnings"]["maxItems"], kMaxWarnings);
 }
 

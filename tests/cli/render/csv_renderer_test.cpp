@@ -11,12 +11,6 @@ using testing::IsEmpty;
 namespace veltrace::cli {
 namespace {
 
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
-}
-
 Rendering rendered(const std::function<qvArray*()>& make, const RenderOptions& options) {
     const zephra::CallResult result = called(make);
     return CsvRenderer(options).render(result.output());
@@ -30,16 +24,15 @@ std::vector<std::string> cellsOf(const std::function<qvArray*()>& make,
 /// Two directories; the second has two cameras and no maker.
 qvArray* photograph() {
     return structures(
-        {{{"Width", qvCreateDoubleScalar(1)}, {"Make", characters("A\0"s)}, {"Camera", nullptr}},
-         {{"Width", qvCreateDoubleScalar(2)},
+        {{{"Width", number(1)}, {"Make", characters("A\0"s)}, {"Camera", nullptr}},
+         {{"Width", number(2)},
           {"Make", nullptr},
-          {"Camera", structures({{{"FNumber", qvCreateDoubleScalar(2.8)}},
-                                 {{"FNumber", qvCreateDoubleScalar(4)}}})}}});
+          {"Camera", structures({{{"FNumber", number(2.8)}}, {{"FNumber", number(4)}}})}}});
 }
 
-TEST(CsvRenderer, GivesTheNumberOfDirectoriesAndTheSelectedFieldsInTheirOrder) {
+TEST(CsvRenderer, ReturnsTheNumberOfDirectoriesAndTheSelectedFieldsInOrder) {
     const auto make = [] {
-        return structures({{{"Make", characters("A")}, {"Width", qvCreateDoubleScalar(7)}}});
+        return structures({{{"Make", characters("A")}, {"Width", number(7)}}});
     };
     EXPECT_THAT(cellsOf(make, {"Width", "Make"}), ElementsAre("1", "7", "A"));
     EXPECT_THAT(cellsOf(make, {"Make", "Make"}), ElementsAre("1", "A", "A"));
@@ -59,11 +52,11 @@ TEST(CsvRenderer, JoinsTheValuesOfAllDirectoriesThatHaveOne) {
                 ElementsAre("4", "A;B"));
 }
 
-TEST(CsvRenderer, ANestedDirectoryItselfIsNamedByItsSize) {
+TEST(CsvRenderer, ANestedDirectoryIsReplacedByItsSize) {
     EXPECT_THAT(cellsOf(photograph, {"Camera"}), ElementsAre("2", "[2 x 1 struct]"));
 }
 
-TEST(CsvRenderer, AFieldThatIsNotThereIsAnEmptyCell) {
+TEST(CsvRenderer, AMissingFieldIsAnEmptyCell) {
     EXPECT_THAT(cellsOf(photograph, {"Lens", "Width.Depth", "Camera.Lens", "Width.", ""}),
                 ElementsAre("2", "", "", "", "", ""));
 }
@@ -73,28 +66,28 @@ TEST(CsvRenderer, AnOutputWithoutDirectoriesHasEmptyCells) {
     EXPECT_THAT(cellsOf([]() -> qvArray* { return nullptr; }, {"Width"}), ElementsAre("0", ""));
 }
 
-TEST(CsvRenderer, TellsWhichSelectedFieldsOccur) {
+TEST(CsvRenderer, ReportsTheSelectedFieldsThatOccur) {
     EXPECT_THAT(rendered(photograph, selecting({"Lens", "Camera.FNumber", "Camera"})).fieldsSeen,
                 ElementsAre(1, 2));
 }
 
-TEST(CsvRenderer, WithoutASelectionShowsUsualFieldsAndCountsNoneAsSeen) {
+TEST(CsvRenderer, WithoutASelectionShowsUsualFieldsAndReportsNone) {
     const Rendering rendering = rendered(
         [] {
             return structures(
                 {{{"Format", characters("tif")},
-                  {"Width", qvCreateDoubleScalar(7)},
-                  {"Height", qvCreateDoubleScalar(5)},
-                  {"BitDepth", qvCreateDoubleScalar(24)},
+                  {"Width", number(7)},
+                  {"Height", number(5)},
+                  {"BitDepth", number(24)},
                   {"ColorType", characters("truecolor")},
                   {"Compression", characters("LZW")},
                   {"DateTime", characters("2020:01:02 03:04:05\0"s)},
                   {"Make", characters("Sample")},
                   {"Model", characters("Box 1")},
                   {"Software", characters("not shown")},
-                  {"DigitalCamera", structures({{{"ExposureTime", qvCreateDoubleScalar(0.008)},
-                                                 {"FNumber", qvCreateDoubleScalar(2.8)},
-                                                 {"FocalLength", qvCreateDoubleScalar(35)}}})},
+                  {"DigitalCamera", structures({{{"ExposureTime", number(0.008)},
+                                                 {"FNumber", number(2.8)},
+                                                 {"FocalLength", number(35)}}})},
                   {"GPSInfo", structures({{{"GPSLatitude", numbers(3, 1, {47, 22, 11.9})},
                                            {"GPSLongitude", numbers(3, 1, {8, 32, 0})}}})}}});
         },
@@ -113,7 +106,7 @@ TEST(CsvRenderer, RejectsCellsThatAreTooLarge) {
     EXPECT_THROW(rendered(photograph, options), OutputTooLarge);
 }
 
-TEST(CsvRenderer, TheLimitHoldsForAllCellsTogether) {
+TEST(CsvRenderer, TheLimitAppliesToAllCellsTogether) {
     RenderOptions options = selecting(std::vector<std::string>(40, "Text"));
     options.maxOutput = 100;
     EXPECT_THROW(rendered(

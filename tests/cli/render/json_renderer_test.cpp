@@ -32,19 +32,13 @@ Rendering renderedField(const std::function<qvArray*()>& make) {
     return rendered({}, [&] { return structures({{{"X", make()}}}); });
 }
 
-/// The JSON of one value, of which no list says anything.
+/// The JSON of one value that is in no list.
 std::string jsonOf(const std::function<qvArray*()>& make) {
     const Rendering rendering = renderedField(make);
     EXPECT_EQ(rendering.nonfinite + rendering.latin1 + rendering.omitted, "");
     const std::string& body = rendering.body;
     EXPECT_TRUE(body.starts_with(R"([{"X":)") && body.ends_with("}]")) << body;
     return body.substr(6, body.size() - 8);
-}
-
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
 }
 
 RenderOptions omitting(std::size_t limit) {
@@ -64,7 +58,7 @@ TEST(JsonRenderer, ADirectoryIsAnObjectWithFieldsInTheirOrder) {
         R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}, {}};
     EXPECT_EQ(rendered({},
                        [] {
-                           return structures({{{"Zoom", qvCreateDoubleScalar(2)}, {"Aim", nullptr}},
+                           return structures({{{"Zoom", number(2)}, {"Aim", nullptr}},
                                               {{"Zoom", nullptr}, {"Aim", characters("x")}}});
                        }),
               expected);
@@ -98,14 +92,7 @@ TEST(JsonRenderer, EmptyPlacesAndNumbersAreNull) {
 }
 
 TEST(JsonRenderer, LogicalsAreBooleans) {
-    EXPECT_EQ(jsonOf([] {
-                  const std::array<std::size_t, 2> size{2, 2};
-                  qvArray* const array =
-                      qvCreateNumericArray(2, size.data(), qvClassLogical, qvReal);
-                  static_cast<unsigned char*>(qvGetData(array))[1] = 1;
-                  return array;
-              }),
-              "[[false,false],[true,false]]");
+    EXPECT_EQ(jsonOf([] { return logicals(2, 2, {0, 1, 0, 0}); }), "[[false,false],[true,false]]");
 }
 
 TEST(JsonRenderer, TextKeepsItsTrailingNuls) {
@@ -123,10 +110,9 @@ TEST(JsonRenderer, CellsAreLists) {
 
 TEST(JsonRenderer, NestedStructuresAreListsOfObjects) {
     EXPECT_EQ(jsonOf([] {
-                  return structures(
-                      {{{"Before", qvCreateDoubleScalar(1)},
-                        {"Inner", structures({{{"X", qvCreateDoubleScalar(2)}}})},
-                        {"After", cells({structures({{{"Y", qvCreateDoubleScalar(3)}}})})}}});
+                  return structures({{{"Before", number(1)},
+                                      {"Inner", structures({{{"X", number(2)}}})},
+                                      {"After", cells({structures({{{"Y", number(3)}}})})}}});
               }),
               R"([{"Before":1,"Inner":[{"X":2}],"After":[[{"Y":3}]]}])");
     EXPECT_EQ(jsonOf([] {
@@ -149,10 +135,10 @@ TEST(JsonRenderer, NestingAsDeepAsMemoryAllowsIsWritten) {
     EXPECT_EQ(rendered({}, [] { return nestedStructures(kDepth); }).body, expected);
 }
 
-TEST(JsonRenderer, ListsTheNumbersThatJsonLacks) {
+TEST(JsonRenderer, ListsNumbersThatJsonCannotRepresent) {
     const Rendering rendering = rendered({}, [] {
         qvArray* const gps = structures({{{"GPSAltitude", numbers(3, 1, {1, 2, std::nan("")})},
-                                          {"GPSSpeed", qvCreateDoubleScalar(-kInfinity)}}});
+                                          {"GPSSpeed", number(-kInfinity)}}});
         return structures({{{"GPSInfo", nullptr}, {"Matrix", nullptr}},
                            {{"GPSInfo", gps}, {"Matrix", numbers(2, 2, {1, 2, 3, kInfinity})}}});
     });
@@ -164,7 +150,7 @@ TEST(JsonRenderer, ListsTheNumbersThatJsonLacks) {
                                    R"({"at":"/info/1/Matrix/1/1","is":"Infinity"})");
 }
 
-TEST(JsonRenderer, ListsTheTextsThatAreNoUtf8) {
+TEST(JsonRenderer, ListsTextsThatAreNotUtf8) {
     const Rendering rendering = rendered({}, [] {
         return structures({{{"Make", characters("caf\xe9")},
                             {"Words", cells({characters("a"), characters("\xff\0"s)})},
@@ -184,7 +170,7 @@ TEST(JsonRenderer, PlacesEscapeTheNamesOfFields) {
     EXPECT_EQ(rendering.latin1, "\"/info/0/a~1b~01\\\"\",\"/info/0/\u00e9\"");
 }
 
-TEST(JsonRenderer, LeavesOutWhatIsLargerThanTheUserWants) {
+TEST(JsonRenderer, OmitsValuesBeyondTheUsersLimit) {
     const Rendering rendering = rendered(omitting(3), [] {
         return structures({{{"Row", numbers(1, 4, {1, 2, 3, 4})},
                             {"Three", numbers(1, 3, {1, 2, 3})},
@@ -202,7 +188,7 @@ TEST(JsonRenderer, LeavesOutWhatIsLargerThanTheUserWants) {
     EXPECT_EQ(rendering.nonfinite + rendering.latin1, "");
 }
 
-TEST(JsonRenderer, NeverLeavesOutStructureArrays) {
+TEST(JsonRenderer, NeverOmitsStructureArrays) {
     const Rendering rendering = rendered(omitting(0), [] {
         return structures({{{"A", structures({{{"X", nullptr}}, {{"X", nullptr}}})}}});
     });
@@ -211,12 +197,10 @@ TEST(JsonRenderer, NeverLeavesOutStructureArrays) {
 }
 
 qvArray* photo() {
-    qvArray* const camera =
-        structures({{{"FNumber", qvCreateDoubleScalar(2.8)}, {"Flash", qvCreateDoubleScalar(16)}},
-                    {{"FNumber", qvCreateDoubleScalar(4)}, {"Flash", nullptr}}});
-    return structures(
-        {{{"Make", characters("Kiln")}, {"Camera", camera}, {"Width", qvCreateDoubleScalar(7)}},
-         {{"Make", nullptr}, {"Camera", nullptr}, {"Width", qvCreateDoubleScalar(5)}}});
+    qvArray* const camera = structures({{{"FNumber", number(2.8)}, {"Flash", number(16)}},
+                                        {{"FNumber", number(4)}, {"Flash", nullptr}}});
+    return structures({{{"Make", characters("Kiln")}, {"Camera", camera}, {"Width", number(7)}},
+                       {{"Make", nullptr}, {"Camera", nullptr}, {"Width", number(5)}}});
 }
 
 TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
@@ -225,13 +209,13 @@ TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
 }
 
-TEST(JsonRenderer, WritesOfANestedDirectoryWhatIsSelected) {
+TEST(JsonRenderer, WritesTheSelectedFieldsOfANestedDirectory) {
     const Rendering rendering = rendered(selecting({"Camera.FNumber", "Make.FNumber"}), photo);
     EXPECT_EQ(rendering.body, R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])");
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
 }
 
-TEST(JsonRenderer, WritesASelectedDirectoryWholeAndSeesWhatIsNamedWithin) {
+TEST(JsonRenderer, WritesASelectedDirectoryWholeAndReportsSelectedFieldsInIt) {
     const Rendering rendering =
         rendered(selecting({"Camera.Flash", "Camera.Iris", "Camera"}), photo);
     EXPECT_EQ(rendering.body,
@@ -242,13 +226,12 @@ TEST(JsonRenderer, WritesASelectedDirectoryWholeAndSeesWhatIsNamedWithin) {
 
 TEST(JsonRenderer, ASelectionGoesThroughCells) {
     const Rendering rendering = rendered(selecting({"Cells.X"}), [] {
-        return structures(
-            {{{"Cells", cells({structures({{{"X", qvCreateDoubleScalar(1)}, {"Y", nullptr}}})})}}});
+        return structures({{{"Cells", cells({structures({{{"X", number(1)}, {"Y", nullptr}}})})}}});
     });
     EXPECT_EQ(rendering.body, R"([{"Cells":[[{"X":1}]]}])");
 }
 
-TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreLeftOut) {
+TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreOmitted) {
     const Rendering rendering = rendered(selecting({"B"}), [] {
         return structures({{{"A", characters("\xff")}, {"B", characters("\xfe")}}});
     });
@@ -256,11 +239,11 @@ TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreLeftOut) {
     EXPECT_EQ(rendering.latin1, R"("/info/0/B")");
 }
 
-TEST(JsonRenderer, WithoutASelectionNoFieldIsSeen) {
+TEST(JsonRenderer, WithoutASelectionNoFieldIsReported) {
     EXPECT_THAT(rendered({}, photo).fieldsSeen, IsEmpty());
 }
 
-TEST(JsonRenderer, AllTextsOfARenderingShareItsRoom) {
+TEST(JsonRenderer, AllTextsOfARenderingShareItsLimit) {
     const zephra::CallResult result = called([] {
         return structures({{{"X", numbers(1, 2, {1, std::nan("")})}, {"T", characters("\xff")}}});
     });
@@ -278,7 +261,7 @@ TEST(JsonRenderer, AllTextsOfARenderingShareItsRoom) {
     EXPECT_FALSE(smaller.accepts(rendering));
 }
 
-TEST(JsonRenderer, RefusesRenderingsThatItDoesNotMake) {
+TEST(JsonRenderer, RejectsInvalidRenderings) {
     const JsonRenderer renderer(selecting({"Make", "Model"}));
     const Rendering good{"[]", "", "", "", {}, {0, 1}};
     EXPECT_TRUE(renderer.accepts(good));

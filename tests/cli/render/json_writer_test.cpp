@@ -7,7 +7,7 @@
 namespace veltrace::cli {
 namespace {
 
-TEST(JsonWriter, SetsBracketsCommasAndColons) {
+TEST(JsonWriter, WritesBracketsCommasAndColons) {
     Allowance allowance(200);
     BoundedText out(allowance);
     JsonWriter json(out);
@@ -36,7 +36,7 @@ TEST(JsonWriter, SetsBracketsCommasAndColons) {
               "\"b\\n\":[{\"x\":1}],\"c\":\"d\",\"e\":\"\u00ff\"}");
 }
 
-TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
+TEST(JsonWriter, NestsNoDeeperThanItsCheckAccepts) {
     Allowance allowance(2 * kMaxJsonDepth);
     BoundedText out(allowance);
     JsonWriter json(out);

@@ -58,7 +58,7 @@ TEST(Setup, MayOmitNothing) {
     EXPECT_EQ(decodedSetup(encoded(WorkerSetup{})).render.omitLargerThan, std::nullopt);
 }
 
-TEST(Setup, WithAnyByteChangedIsRejectedOrAnotherOne) {
+TEST(Setup, WithAnyByteChangedIsRejectedOrDifferent) {
     const std::string bytes = encoded(WorkerSetup{});
     int refused = 0;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -94,7 +94,7 @@ TEST(Answer, OfAFailureHasItsError) {
     }
 }
 
-TEST(Answer, ThatIsCutShortOrTooLongIsRejected) {
+TEST(Answer, ThatIsTooShortOrTooLongIsRejected) {
     const std::string bytes = bytesOf(fullAnswer());
     for (std::size_t size = 0; size < bytes.size(); ++size) {
         EXPECT_THROW(static_cast<void>(decoded(bytes.substr(0, size))), BadFrame) << size;
@@ -102,7 +102,7 @@ TEST(Answer, ThatIsCutShortOrTooLongIsRejected) {
     EXPECT_THROW(static_cast<void>(decoded(bytes + '\0')), BadFrame);
 }
 
-TEST(Answer, WithAnyByteChangedIsReadOrRefused) {
+TEST(Answer, WithAnyByteChangedIsReadOrRejected) {
     const std::string bytes = bytesOf(fullAnswer());
     int refused = 0;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -119,7 +119,7 @@ TEST(Answer, WithAnyByteChangedIsReadOrRefused) {
     EXPECT_GT(refused, 100);
 }
 
-TEST(Answer, WithAStatusThatOnlyTheParentKnowsIsRejected) {
+TEST(Answer, WithAStatusOfTheParentIsRejected) {
     for (const Status status : {Status::limitTime, Status::crashed}) {
         EXPECT_THROW(static_cast<void>(decoded(bytesOf(failed(status)))), BadFrame);
     }
@@ -155,7 +155,7 @@ TEST(Answer, WithMoreWarningsThanARecordKeepsIsRejected) {
 
 TEST(Answer, WithMessagesTooLongForARecordIsRejected) {
     Answer answer = failed(Status::error);
-    answer.outcome.error->text.assign(kMaxMessageBytes - 2, '\x1b');  // behind "id"
+    answer.outcome.error->text.assign(kMaxMessageBytes - 2, '\x1b');  // after "id"
     EXPECT_EQ(messageBytes(decoded(bytesOf(answer)).outcome), kMaxMessageBytes);
     answer.outcome.warnings.push_back({"", "x"});
     EXPECT_THROW(static_cast<void>(decoded(bytesOf(answer))), BadFrame);
@@ -173,7 +173,7 @@ TEST(Answer, WithMoreCellsOrFieldsThanSelectedIsRejected) {
 }
 
 // The number of cells, and the size of the first one, each larger than what follows.
-TEST(Answer, WhoseCellsAreAnnouncedTooLargeIsRejected) {
+TEST(Answer, WithWrongSizesOfCellsIsRejected) {
     Answer answer;
     answer.outcome.rendering.cells = {"1"};
     const std::string bytes = bytesOf(answer);
@@ -187,7 +187,7 @@ TEST(Answer, WhoseCellsAreAnnouncedTooLargeIsRejected) {
     }
 }
 
-TEST(Answer, OfTheLargestSizeFitsItsFrame) {
+TEST(Answer, OfTheMaximalSizeFitsInAFrame) {
     constexpr std::size_t kOutput = 1000;
     Answer answer;
     answer.outcome.status = Status::warned;

@@ -1,4 +1,4 @@
-// Each limit, put on a child of the test.
+// Each limit, set in a child process.
 #include "worker/limits.h"
 
 #include <csignal>
@@ -39,12 +39,12 @@ std::string allocate(std::size_t bytes) {
     }
 }
 
-TEST(Limits, MemoryBelowTheLimitIsHadAndMemoryBeyondItIsNot) {
+TEST(Limits, AllocationsFailBeyondTheMemoryLimitOnly) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
     }
     EXPECT_EQ(inChild([] {
-                  malloc_trim(0);  // what earlier tests freed could be had again
+                  malloc_trim(0);  // memory freed by earlier tests could be reused
                   const bool holds = limitResources({.memoryBytes = 64 * kMiB});
                   return std::to_string(static_cast<int>(holds)) + " " + allocate(54 * kMiB) + " " +
                          allocate(65 * kMiB);
@@ -52,7 +52,7 @@ TEST(Limits, MemoryBelowTheLimitIsHadAndMemoryBeyondItIsNot) {
               "1 ok bad_alloc");
 }
 
-TEST(Limits, WhatIsMappedAtTheStartDoesNotCountAgainstTheMemoryLimit) {
+TEST(Limits, MemoryMappedBeforeDoesNotCount) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
     }
@@ -65,7 +65,7 @@ TEST(Limits, WhatIsMappedAtTheStartDoesNotCountAgainstTheMemoryLimit) {
               "ok bad_alloc");
 }
 
-TEST(Limits, AnOfferedMemoryOfAnySizeIsTaken) {
+TEST(Limits, AMemoryLimitMayHaveAnySize) {
     EXPECT_EQ(inChild([] {
                   limitResources({.memoryBytes = ~std::uint64_t{0}});
                   return allocate(100 * kMiB);
@@ -73,7 +73,7 @@ TEST(Limits, AnOfferedMemoryOfAnySizeIsTaken) {
               "ok");
 }
 
-TEST(Limits, WithoutAMemoryLimitMemoryIsAsItWas) {
+TEST(Limits, WithoutAMemoryLimitNothingChanges) {
     EXPECT_EQ(inChild([] {
                   const std::string before = limits(RLIMIT_AS);
                   const bool holds = limitResources({.memoryBytes = 0});
@@ -82,14 +82,14 @@ TEST(Limits, WithoutAMemoryLimitMemoryIsAsItWas) {
               "as before");
 }
 
-TEST(Limits, AMemoryLimitNeverHoldsWhereAddressSpaceIsReserved) {
+TEST(Limits, AMemoryLimitIsSetExceptWithAddressSanitizer) {
     EXPECT_EQ(inChild([] { return limitResources({}) ? "holds" : "does not"; }),
               kHasAddressSanitizer ? "does not" : "holds");
 }
 
-TEST(Limits, ALowerLimitOfBeforeStays) {
+TEST(Limits, ALowerExistingLimitStays) {
     EXPECT_EQ(inChild([] {
-                  // Whoever runs the tests may have left descriptors open.
+                  // The caller of the tests may have left descriptors open.
                   const auto open = static_cast<rlim_t>(lowestFreeDescriptor());
                   const rlimit few{open + 2, open + 4};
                   setrlimit(RLIMIT_NOFILE, &few);
@@ -102,7 +102,7 @@ TEST(Limits, ALowerLimitOfBeforeStays) {
               "4 4");
 }
 
-TEST(Limits, ThereAreNoCoreDumps) {
+TEST(Limits, CoreDumpsAreOff) {
     EXPECT_EQ(inChild([] {
                   limitResources({});
                   return limits(RLIMIT_CORE);
@@ -110,7 +110,7 @@ TEST(Limits, ThereAreNoCoreDumps) {
               "0 0");
 }
 
-TEST(Limits, NothingIsWrittenToARegularFileAndTheProcessLivesOn) {
+TEST(Limits, WritesToRegularFilesFailWithoutASignal) {
     EXPECT_EQ(inChild([] {
                   const int file = open("/tmp", O_TMPFILE | O_WRONLY, 0600);
                   const std::string before = outcomeOf(write(file, "a", 1));
@@ -120,7 +120,7 @@ TEST(Limits, NothingIsWrittenToARegularFileAndTheProcessLivesOn) {
               "ok EFBIG");
 }
 
-TEST(Limits, AFewMoreDescriptorsCanBeHad) {
+TEST(Limits, AFewMoreDescriptorsCanBeOpened) {
     EXPECT_EQ(inChild([] {
                   limitResources({});
                   int opened = 0;
@@ -133,7 +133,7 @@ TEST(Limits, AFewMoreDescriptorsCanBeHad) {
               "EMFILE");
 }
 
-TEST(Limits, PrivilegesAndDumpsAreRenounced) {
+TEST(Limits, NewPrivilegesAndDumpsAreOff) {
     EXPECT_EQ(inChild([] {
                   const bool holds = forbidNewPrivileges();
                   return std::to_string(static_cast<int>(holds)) + " " +
@@ -153,7 +153,7 @@ TEST(Limits, AProcessWhoseParentIsGoneEnds) {
 
 TEST(Limits, AProcessEndsWithItsParent) {
     EXPECT_EQ(inChild([] {
-                  prctl(PR_SET_CHILD_SUBREAPER, 1);  // what the parent leaves comes here
+                  prctl(PR_SET_CHILD_SUBREAPER, 1);  // adopts orphans
                   const pid_t parent = fork();
                   if (parent == 0) {
                       const pid_t self = getpid();
@@ -172,7 +172,7 @@ TEST(Limits, AProcessEndsWithItsParent) {
               "9");
 }
 
-TEST(Limits, AParentThatIsThereHurtsNobody) {
+TEST(Limits, AProcessWithItsParentRunsOn) {
     EXPECT_EQ(inChild([] {
                   limitResources({.parent = getppid()});
                   return "lives";

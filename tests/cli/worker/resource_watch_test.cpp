@@ -15,11 +15,11 @@ namespace {
 
 constexpr std::size_t kMiB = std::size_t{1} << 20;
 
-TEST(Growth, NothingHasGrownAtTheStart) {
+TEST(Growth, IsFalseAtTheStart) {
     EXPECT_FALSE(Growth().hasGrown());
 }
 
-TEST(Growth, AFewMebibytesAreNoGrowth) {
+TEST(Growth, AFewMebibytesAreNotGrowth) {
     const Growth growth;
     const std::vector<std::byte> block(60 * kMiB);
     EXPECT_FALSE(growth.hasGrown());
@@ -86,14 +86,14 @@ TEST_F(MemoryWatchTest, AnAllocationThatFailsIsNotedUntilAReset) {
     EXPECT_FALSE(watch.ranOut());
 }
 
-TEST_F(MemoryWatchTest, AnAllocationThatMayFailIsNotedAndStillGivesNull) {
+TEST_F(MemoryWatchTest, ANothrowAllocationIsNotedAndReturnsNull) {
     const MemoryWatch watch;
     void* const block = ::operator new(tooMuch, std::nothrow);
     EXPECT_EQ(block, nullptr);
     EXPECT_TRUE(watch.ranOut());
 }
 
-TEST_F(MemoryWatchTest, TheHandlerOfBeforeComesBack) {
+TEST_F(MemoryWatchTest, ThePreviousHandlerIsRestored) {
     const auto before = std::get_new_handler();
     {
         const MemoryWatch watch;
