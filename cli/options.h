@@ -19,7 +19,7 @@ enum class FailOn : std::uint8_t { error, warning, never };
 enum class When : std::uint8_t { automatic, always, never };
 
 struct Options {
-    // Which files
+    // Input
     std::vector<std::string> files;  ///< any bytes
     bool isRecursive = false;
     std::vector<std::string> lists;     ///< files of names, one in a line
@@ -27,7 +27,7 @@ struct Options {
     std::optional<Shard> shard;
     std::string resumeFrom;  ///< empty: from the start
 
-    // What comes out
+    // Output
     RenderOptions render;  ///< without the decision about colour
     std::string output;    ///< empty: standard output
     When ordered = When::automatic;
@@ -36,7 +36,7 @@ struct Options {
     std::string summary;  ///< a file; empty: none
     FailOn failOn = FailOn::error;
 
-    // How files are read
+    // Reading
     std::filesystem::path module;  ///< empty: the one next to the executable
     std::size_t jobs = 1;
     bool isIsolated = true;

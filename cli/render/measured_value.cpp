@@ -116,7 +116,7 @@ std::string_view namedMark(const Unit& unit, zephra::Value directories, std::siz
     return word != unit.words.end() ? word->mark : std::string_view{};
 }
 
-/// " (1/125 s)" when `number` is what dividing 1 by a stored 32-bit integer gives.
+/// " (1/125 s)" when `number` is 1 divided by a 32-bit integer.
 std::string asQuotient(double number, std::string_view mark) {
     const double divisor = std::round(1.0 / number);
     const bool isQuotient = divisor >= 2.0 && divisor < 0x1p32 && 1.0 / divisor == number;

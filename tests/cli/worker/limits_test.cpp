@@ -45,8 +45,8 @@ TEST(Limits, AllocationsFailBeyondTheMemoryLimitOnly) {
     }
     EXPECT_EQ(inChild([] {
                   malloc_trim(0);  // memory freed by earlier tests could be reused
-                  const bool holds = limitResources({.memoryBytes = 64 * kMiB});
-                  return std::to_string(static_cast<int>(holds)) + " " + allocate(54 * kMiB) + " " +
+                  const bool isSet = limitResources({.memoryBytes = 64 * kMiB});
+                  return std::to_string(static_cast<int>(isSet)) + " " + allocate(54 * kMiB) + " " +
                          allocate(65 * kMiB);
               }),
               "1 ok bad_alloc");
@@ -76,15 +76,15 @@ TEST(Limits, AMemoryLimitMayHaveAnySize) {
 TEST(Limits, WithoutAMemoryLimitNothingChanges) {
     EXPECT_EQ(inChild([] {
                   const std::string before = limits(RLIMIT_AS);
-                  const bool holds = limitResources({.memoryBytes = 0});
-                  return !holds && limits(RLIMIT_AS) == before ? "as before" : limits(RLIMIT_AS);
+                  const bool isSet = limitResources({.memoryBytes = 0});
+                  return !isSet && limits(RLIMIT_AS) == before ? "as before" : limits(RLIMIT_AS);
               }),
               "as before");
 }
 
 TEST(Limits, AMemoryLimitIsSetExceptWithAddressSanitizer) {
-    EXPECT_EQ(inChild([] { return limitResources({}) ? "holds" : "does not"; }),
-              kHasAddressSanitizer ? "does not" : "holds");
+    EXPECT_EQ(inChild([] { return limitResources({}) ? "set" : "not set"; }),
+              kHasAddressSanitizer ? "not set" : "set");
 }
 
 TEST(Limits, ALowerExistingLimitStays) {
@@ -135,8 +135,8 @@ TEST(Limits, AFewMoreDescriptorsCanBeOpened) {
 
 TEST(Limits, NewPrivilegesAndDumpsAreOff) {
     EXPECT_EQ(inChild([] {
-                  const bool holds = forbidNewPrivileges();
-                  return std::to_string(static_cast<int>(holds)) + " " +
+                  const bool isSet = forbidNewPrivileges();
+                  return std::to_string(static_cast<int>(isSet)) + " " +
                          std::to_string(prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0)) + " " +
                          std::to_string(prctl(PR_GET_DUMPABLE));
               }),

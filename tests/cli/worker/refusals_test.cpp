@@ -26,8 +26,8 @@
 namespace veltrace::cli {
 namespace {
 
-using test::inChild;
-using test::outcomeOf;
+using veltrace::test::inChild;
+using veltrace::test::outcomeOf;
 
 constexpr const char* kUnsupported = "the kernel refuses";
 
