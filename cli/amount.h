@@ -1,4 +1,4 @@
-// Numbers as a user writes them.
+// Numbers in options.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace veltrace::cli {
 
-/// A whole number, of decimal digits alone; nothing for any other text and beyond 64 bits.
+/// A whole number in decimal digits; nothing for any other text and beyond 64 bits.
 [[nodiscard]] std::optional<std::uint64_t> parseCount(std::string_view text);
 
 /// A number of bytes: a count, which K, M, G or T, or one of these in lower case, multiplies by

@@ -1,4 +1,4 @@
-// Bytes as text that JSON takes: base 64 of RFC 4648, section 4, with padding.
+// Bytes as text: base 64 of RFC 4648, section 4, with padding.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@ namespace veltrace::cli {
 
 [[nodiscard]] std::string base64(std::string_view bytes);
 
-/// The bytes of `text`; nothing for any text that `base64` does not give.
+/// The bytes of `text`; nothing for any text that `base64` does not return.
 [[nodiscard]] std::optional<std::string> decodeBase64(std::string_view text);
 
 }  // namespace veltrace::cli

@@ -1,8 +1,11 @@
-// Who closes a file descriptor.
+// File descriptors: who closes them, pipes between processes, and waiting for them.
 #pragma once
 
+#include <chrono>
+#include <poll.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace veltrace::cli {
 
@@ -25,11 +28,26 @@ public:
 
     [[nodiscard]] int get() const { return descriptor_; }
     [[nodiscard]] bool isOpen() const { return descriptor_ != -1; }
-    /// Gives it to the caller, who closes it.
+    /// Passes it to the caller, who closes it.
     [[nodiscard]] int release() noexcept { return std::exchange(descriptor_, -1); }
 
 private:
     int descriptor_;
 };
+
+struct Pipe {
+    Descriptor readEnd;
+    Descriptor writeEnd;
+};
+
+/// Both ends are closed by exec. Throws std::system_error.
+[[nodiscard]] Pipe makePipe();
+
+/// Reads and writes never wait from now on. Throws std::system_error.
+void makeNonBlocking(const Descriptor& descriptor);
+
+/// Waits until one of `set` is ready, the time has come, or a signal arrives. Entries of descriptor
+/// -1 are never ready. Throws std::system_error.
+void waitFor(std::vector<pollfd>& set, std::chrono::steady_clock::time_point until);
 
 }  // namespace veltrace::cli

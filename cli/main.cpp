@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include "exit_status.h"
-#include "hidden_modes.h"
 #include "messages.h"
 #include "names/walk_process.h"
 #include "options.h"
@@ -17,7 +16,8 @@
 namespace veltrace::cli {
 namespace {
 
-/// Files opened later must not be taken for the standard ones. Writing to what was missing fails.
+/// Files opened later must not get the numbers of the standard ones. Writing to a missing one
+/// fails.
 void openMissingStandardDescriptors() {
     int descriptor = -1;
     do {
@@ -36,7 +36,7 @@ int mainWith(int argc, const char* const* argv) {
     if (mode == kWalkMode) {
         return walkProcess(STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO);
     }
-    // A reader that has gone away is then a failed write like any other.
+    // A write to a pipe without a reader then fails with EPIPE.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const auto parsed = parseOptions(argc, argv);
     if (const auto* const options = std::get_if<Options>(&parsed)) {

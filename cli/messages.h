@@ -1,4 +1,4 @@
-// Messages to the person at the terminal.
+// Messages on standard error.
 #pragma once
 
 #include <ostream>
@@ -11,10 +11,10 @@ namespace veltrace::cli {
 /// Writes "veltrace: <text>", with `text` made visible, as one line.
 void writeMessage(std::ostream& err, std::string_view text);
 
-/// The same of a text that is visible already.
+/// The same for a text that is already visible.
 void writeVisibleMessage(std::ostream& err, std::string_view text);
 
-/// Writes the warnings and the error of what came of the file `path`, one line each:
+/// Writes the warnings and the error of the file `path`, one line each:
 /// "veltrace: FILE: warning: <text> [<identifier>]".
 void writeMessages(std::ostream& err, std::string_view path, const Outcome& outcome);
 

@@ -9,7 +9,7 @@ CLI::Option* addFlag(CLI::App& app, const std::string& name, const std::string& 
 
 CLI::Option* addFiles(CLI::App& app) {
     constexpr int kMany = CLI::detail::expected_max_vector_size;
-    // A list that takes extra arguments would read the file name "[a,b]" as two names.
+    // With extra arguments the file name "[a,b]" would be read as two names.
     return app.add_option("FILE", "Files to read, and with -r directories")
         ->option_text("...")
         ->expected(kMany, kMany)

@@ -1,4 +1,4 @@
-// The kinds of options that the command has.
+// The kinds of options of the command.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -14,7 +14,7 @@
 
 namespace veltrace::cli {
 
-/// One of the names in `values`. Its message names them all.
+/// One of the names in `values`. The error lists them all.
 template <class Value>
 CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& value,
                        const std::map<std::string, Value>& values, const char* shown,
@@ -26,7 +26,7 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& value,
                 const auto found = values.find(text);
                 if (found == values.end()) {
                     throw CLI::ValidationError(
-                        fmt::format("{}: \"{}\" is none of {}", name, text, shown));
+                        fmt::format("{}: \"{}\" is not one of {}", name, text, shown));
                 }
                 value = found->second;
             },
@@ -35,8 +35,8 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& value,
 }
 
 struct Range {
-    std::uint64_t least = 0;
-    std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t min = 0;
+    std::uint64_t max = std::numeric_limits<std::uint64_t>::max();
 };
 
 /// A number that `parse` reads and that lies in `range`, in short `expected`.
@@ -50,7 +50,7 @@ CLI::Option* addAmount(CLI::App& app, const std::string& name, Value& value,
             name,
             [&value, parse, range, expected, longName](const std::string& text) {
                 const auto amount = parse(text);
-                if (!amount || *amount < range.least || *amount > range.most) {
+                if (!amount || *amount < range.min || *amount > range.max) {
                     throw CLI::ValidationError(
                         fmt::format("{}: \"{}\" is not {}", longName, text, expected));
                 }
@@ -60,7 +60,7 @@ CLI::Option* addAmount(CLI::App& app, const std::string& name, Value& value,
         ->option_text(shown);
 }
 
-/// The name of a file. An empty one is a variable of a script that was never set.
+/// The name of a file. An empty one is rejected: a script forgot to set a variable.
 template <class Name>
 CLI::Option* addFileName(CLI::App& app, const std::string& name, Name& value, const char* shown,
                          const std::string& description) {
@@ -71,18 +71,18 @@ CLI::Option* addFileName(CLI::App& app, const std::string& name, Name& value, co
         ->check([](const std::string& text) { return text.empty() ? "a name is required" : ""; });
 }
 
-/// Does `action`.
+/// Calls `action`.
 CLI::Option* addFlag(CLI::App& app, const std::string& name, const std::string& description,
                      const std::function<void()>& action);
 
-/// An option that may be given again; each time it takes one text as it is.
+/// An option that may be repeated, with one text each time, taken as it is.
 CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& texts,
                       const char* shown, const std::string& description);
 
-/// The arguments that are no options.
+/// The arguments that are not options.
 CLI::Option* addFiles(CLI::App& app);
 
-/// The help without what options exclude, which their descriptions say better.
+/// The help without the list of options that an option excludes.
 class HelpText : public CLI::Formatter {
 public:
     // NOLINTNEXTLINE(readability-identifier-naming): CLI11's name

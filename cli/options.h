@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "names/shard.h"
+#include "names/name_hash.h"
 #include "render/render_options.h"
 
 namespace veltrace::cli {
@@ -19,16 +19,16 @@ enum class FailOn : std::uint8_t { error, warning, never };
 enum class When : std::uint8_t { automatic, always, never };
 
 struct Options {
-    // Which files
+    // Input
     std::vector<std::string> files;  ///< any bytes
     bool isRecursive = false;
     std::vector<std::string> lists;     ///< files of names, one in a line
-    std::vector<std::string> nulLists;  ///< files of names that NUL ends
+    std::vector<std::string> nulLists;  ///< files of names, a NUL after each
     std::optional<Shard> shard;
     std::string resumeFrom;  ///< empty: from the start
 
-    // What comes out
-    RenderOptions render;  ///< its colour is not decided yet
+    // Output
+    RenderOptions render;  ///< without the decision about colour
     std::string output;    ///< empty: standard output
     When ordered = When::automatic;
     When colour = When::automatic;
@@ -36,7 +36,7 @@ struct Options {
     std::string summary;  ///< a file; empty: none
     FailOn failOn = FailOn::error;
 
-    // How files are read
+    // Reading
     std::filesystem::path module;  ///< empty: the one next to the executable
     std::size_t jobs = 1;
     bool isIsolated = true;
@@ -45,14 +45,14 @@ struct Options {
     std::uint64_t memoryLimit = std::uint64_t{1} << 30;
 };
 
-/// A text that answers the arguments in place of a run.
+/// The answer to arguments that do not start a run.
 struct Reply {
     std::string text;  ///< ends with a newline
     bool isError = false;
 };
 
-/// Reads the arguments of `main`. The reply is the help, the version, the schema or, with
-/// `isError`, what is wrong with them; bytes of the arguments are made visible in it.
+/// Parses the arguments of `main`. The reply is the help, the version, the schema or, with
+/// `isError`, the error in them, with their bytes made visible.
 [[nodiscard]] std::variant<Options, Reply> parseOptions(int argc, const char* const* argv);
 
 }  // namespace veltrace::cli

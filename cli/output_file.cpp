@@ -23,7 +23,7 @@ namespace {
 constexpr mode_t kNewFile = 0666;  // less the umask
 constexpr mode_t kPermissions = 0777;
 constexpr int kAttempts = 100;
-constexpr int kPatience = 500;  // milliseconds
+constexpr int kTimeout = 500;  // milliseconds
 
 /// With the slash at its end; empty for the current directory.
 std::string directoryOf(const std::string& path) {
@@ -31,7 +31,7 @@ std::string directoryOf(const std::string& path) {
     return slash == std::string::npos ? "" : path.substr(0, slash + 1);
 }
 
-/// A name beside `path` that nobody has, most likely. It does not grow with `path`.
+/// A name beside `path` that is most likely free. Its length does not depend on `path`.
 std::string siblingOf(const std::string& path) {
     std::random_device random;
     return directoryOf(path) + fmt::format(".veltrace-{:08x}{:08x}", random(), random());
@@ -53,12 +53,12 @@ int makeSibling(const std::string& path, std::string& sibling, Make make) {
     }
 }
 
-/// The name in the process file system under which a file without one can be linked.
+/// The name in the process file system by which an unnamed file can be linked.
 std::string openName(const Descriptor& file) {
     return fmt::format("/proc/self/fd/{}", file.get());
 }
 
-/// Where the links of an existing file lead.
+/// The target of the links of an existing file.
 std::string withoutLinks(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
                                                                &std::free);
@@ -67,7 +67,7 @@ std::string withoutLinks(const std::string& path) {
 
 void waitUntilWritable(int descriptor) {
     pollfd waiting{descriptor, POLLOUT, 0};
-    poll(&waiting, 1, -1);  // whatever it says, the next write tells more
+    poll(&waiting, 1, -1);  // the next write reports any error
 }
 
 }  // namespace
@@ -82,7 +82,7 @@ OutputFile::OutputFile(const std::string& target) : shown_(visible(target)), tar
     struct stat status {};
     if (stat(target.c_str(), &status) != 0) {
         const int error = errno;
-        // A link to nothing is refused: neither it nor what it names should come to be by the way.
+        // A dangling link is rejected: neither it nor its target should be created by accident.
         if (error != ENOENT || target.empty() || lstat(target.c_str(), &status) == 0) {
             fail(error);
         }
@@ -97,7 +97,7 @@ OutputFile::OutputFile(const std::string& target) : shown_(visible(target)), tar
         }
         return;
     }
-    // Beside a file that may not be written another could be, but its owner said no.
+    // Replacing a file that may not be written would work, but its owner forbids writing.
     target_ = withoutLinks(target);
     if (target_.empty() || faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0) {
         fail(errno);
@@ -116,7 +116,7 @@ void OutputFile::openBeside() {
     const std::string directory = directoryOf(target_);
     file_ = Descriptor(open(directory.empty() ? "." : directory.c_str(),
                             O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
-    // Without a process file system it would never get a name.
+    // Without a process file system it could never get a name.
     if (file_.isOpen() && access(openName(file_).c_str(), F_OK) == 0) {
         return;
     }
@@ -135,21 +135,21 @@ void OutputFile::write(std::string_view bytes) {
         if (size >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(size));
         } else if (errno == EAGAIN) {
-            waitUntilWritable(file_.get());  // somebody made the shared output non-blocking
+            waitUntilWritable(file_.get());  // another process made the shared output non-blocking
         } else if (errno != EINTR) {
             fail(errno);
         }
     }
 }
 
-/// What can be written without waiting for a reader that has stopped reading, once the run should
-/// end; all of it before.
+/// The bytes to write next: all of them, or, once a signal has ended the run, as many as the pipe
+/// accepts without waiting.
 std::string_view OutputFile::nextPiece(std::string_view bytes) const {
     if (interruption() == 0) {
         return bytes;
     }
     pollfd waiting{file_.get(), POLLOUT, 0};
-    if (poll(&waiting, 1, kPatience) == 0) {
+    if (poll(&waiting, 1, kTimeout) == 0) {
         throw OutputInterrupted("nobody reads " + shown_);
     }
     return bytes.substr(0, PIPE_BUF);
@@ -179,7 +179,7 @@ void OutputFile::moveTo(const std::string& place) {
     }
 }
 
-/// Gives the file the mode and a name of its own.
+/// Gives the file its mode and a temporary name.
 void OutputFile::giveName() {
     if (mode_ && fchmod(file_.get(), *mode_) != 0) {
         fail(errno);

@@ -1,4 +1,4 @@
-// Where the data of a run goes.
+// The output of a run.
 #pragma once
 
 #include <optional>
@@ -11,29 +11,29 @@
 
 namespace veltrace::cli {
 
-/// That the output cannot be opened, written or completed: `what()` is one sentence for the user,
-/// safe for a terminal.
+/// The output cannot be opened, written or completed: `what()` is one sentence for the user, safe
+/// for a terminal.
 class OutputError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// That nobody reads the output any more, which is no failure of the run.
+/// Nobody reads the output any more, which is not a failure of the run.
 class OutputClosed : public OutputError {
 public:
     using OutputError::OutputError;
 };
 
-/// That a signal has ended the run while nobody read the output.
+/// A signal ended the run while nobody read the output.
 class OutputInterrupted : public OutputError {
 public:
     using OutputError::OutputError;
 };
 
-/// Standard output, or a file that nobody sees before it is whole: it is written without a name,
-/// where the file system can, or under another name beside its place, and is gone with this object
-/// unless it was completed. What exists and is no regular file (/dev/null, a FIFO) is written
-/// directly. Operations throw OutputError.
+/// Standard output, or a file that appears when it is complete: it is written without a name, where
+/// the file system supports that, or under another name beside its place, and is removed with this
+/// object unless it was completed. An existing target that is not a regular file (/dev/null, a
+/// FIFO) is written directly. Operations throw OutputError.
 class OutputFile {
 public:
     /// Standard output.
@@ -44,17 +44,17 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
-    /// Writes all of it, however long that takes unless a signal ends the run: then a reader that
-    /// takes nothing for half a second is left alone, with OutputInterrupted. Throws OutputClosed
-    /// when there is no reader any more.
+    /// Writes all bytes, however long that takes. Once a signal has ended the run, throws
+    /// OutputInterrupted after half a second without a reader. Throws OutputClosed when the reader
+    /// has gone away.
     void write(std::string_view bytes);
 
-    /// Completes the output: a file takes the place of `target`, and its mode. Nothing can be
-    /// written afterwards.
+    /// Completes the output: a file replaces `target` and gets its mode. Nothing can be written
+    /// afterwards.
     void commit();
 
-    /// As `commit`, but a file takes its place under the name `target` and ".partial", and `target`
-    /// stays as it was.
+    /// As `commit`, but a file gets the name `target` with ".partial", and `target` stays as it
+    /// was.
     void keepPartial();
 
 private:
@@ -64,10 +64,10 @@ private:
     void moveTo(const std::string& place);
     [[noreturn]] void fail(int error) const;
 
-    std::string shown_;           // what messages call it
-    std::string target_;          // no link; empty when it is written directly
-    std::string sibling_;         // its name until it is whole, if it has one
-    std::optional<mode_t> mode_;  // of the file whose place it takes
+    std::string shown_;           // its name in messages
+    std::string target_;          // without links; empty when it is written directly
+    std::string sibling_;         // its name until it is complete, if it has one
+    std::optional<mode_t> mode_;  // of the file that it replaces
     Descriptor file_;
 };
 

@@ -1,4 +1,4 @@
-// The command `veltrace-dump`: shows what the reader of one file holds after reading it.
+// The command `veltrace-dump`: shows what the reader of one file contains after reading it.
 #include <CLI/CLI.hpp>
 #include <array>
 #include <exception>
@@ -24,7 +24,7 @@ namespace {
 
 using veltrace::module::TagFile;
 
-/// What ended the read, if one of the module's own errors did.
+/// The error of the read, if it is one of the module's own.
 std::optional<zephra::Message> readAll(TagFile& reader) {
     try {
         reader.readAll();
@@ -36,8 +36,8 @@ std::optional<zephra::Message> readAll(TagFile& reader) {
     }
 }
 
-/// An entry point in the place of `qvxFunction`: the same read, shown instead of converted. What a
-/// failed read left in the reader is shown as well.
+/// An entry point instead of `qvxFunction`: the same read, shown instead of converted, also after a
+/// failed read.
 void dumpFile(std::ostream& stream, const qvArray* name) {
     char* const fileName = qvArrayToString(name);
     TagFile* const reader = veltrace::module::createReader(fileName);
@@ -50,7 +50,7 @@ void dumpFile(std::ostream& stream, const qvArray* name) {
     }
 }
 
-/// The lines of the dump, without the control characters that a file's texts hold.
+/// The lines of the dump, with control characters of the file's texts made visible.
 std::string visibleLines(std::istream& dump) {
     std::string lines;
     for (std::string line; std::getline(dump, line);) {
@@ -84,7 +84,7 @@ veltrace::cli::ExitStatus run(const std::string& file) {
 
 veltrace::cli::ExitStatus runWith(int argc, const char* const* argv) {
     CLI::App app(
-        "Prints what the reader of an image file holds after reading it: file, directories "
+        "Prints what the reader of an image file contains after reading it: file, directories "
         "and tags.\nControl characters of the file are shown as \\xHH on a terminal and go "
         "out as they are elsewhere.",
         "veltrace-dump");

@@ -17,17 +17,17 @@
 namespace veltrace::cli {
 namespace {
 
-// The innermost directories stay open; those above are opened again by way of "..".
+// The innermost directories stay open; those above are reopened through "..".
 constexpr std::size_t kKeptOpen = 16;
 constexpr int kOpenDirectory = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 constexpr int kOpenFile = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 struct Entry {
     std::string name;
-    mode_t type;  // what the directory says; 0 when it does not
+    mode_t type;  // according to the directory; 0 if it does not store it
 };
 
-/// A directory on the way to the current one, with the entries that are still to come.
+/// A directory on the way to the current one, with its remaining entries.
 struct Level {
     Descriptor directory;
     dev_t device = 0;
@@ -55,7 +55,7 @@ private:
     void visit(const Entry& entry);
     void visitFile(const char* name);
     void visitDirectory(const char* name);
-    void complain(int error) { listener_.complain(path_, std::generic_category().message(error)); }
+    void fail(int error) { listener_.failed(path_, std::generic_category().message(error)); }
 
     std::string path_;  // of what is being visited
     WalkListener& listener_;
@@ -65,7 +65,7 @@ private:
 void Walk::run() {
     Descriptor directory(open(path_.c_str(), kOpenDirectory));
     if (!directory.isOpen()) {
-        complain(errno);
+        fail(errno);
         return;
     }
     enter(std::move(directory));
@@ -86,7 +86,7 @@ void Walk::run() {
 void Walk::enter(Descriptor directory) {
     struct stat status {};
     if (fstat(directory.get(), &status) != 0) {
-        complain(errno);
+        fail(errno);
         return;
     }
     Level level{std::move(directory), status.st_dev, status.st_ino, path_.size(), {}};
@@ -102,7 +102,7 @@ void Walk::readEntries(Level& level) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(
         twin.isOpen() ? fdopendir(twin.get()) : nullptr, closedir);
     if (!stream) {
-        complain(errno);
+        fail(errno);
         return;
     }
     static_cast<void>(twin.release());
@@ -117,7 +117,7 @@ void Walk::readEntries(Level& level) {
         errno = 0;
     }
     if (errno != 0) {
-        complain(errno);
+        fail(errno);
     }
     std::ranges::sort(level.entries, std::ranges::greater{}, &Entry::name);
 }
@@ -131,7 +131,7 @@ bool Walk::leave() {
     }
     Descriptor above(openat(left.get(), "..", kOpenDirectory));
     if (!above.isOpen() || !isSameDirectory(above.get(), levels_.back())) {
-        listener_.complain(path_, "moved during the walk, which ends here");
+        listener_.failed(path_, "moved during the walk, which ends here");
         return false;
     }
     levels_.back().directory = std::move(above);
@@ -147,14 +147,14 @@ void Walk::visit(const Entry& entry) {
     const bool isKnown = fstatat(levels_.back().directory.get(), entry.name.c_str(), &status,
                                  AT_SYMLINK_NOFOLLOW) == 0;
     const int error = errno;
-    // A directory that may be read but not searched tells no more than names and types.
+    // A directory that may be read but not searched provides only names and types.
     const mode_t mode = isKnown ? status.st_mode : entry.type;
     if (S_ISREG(mode)) {
         visitFile(entry.name.c_str());
     } else if (S_ISDIR(mode)) {
         visitDirectory(entry.name.c_str());
     } else if (!isKnown && entry.type == 0) {
-        complain(error);
+        fail(error);
     }
 }
 
@@ -166,15 +166,15 @@ void Walk::visitFile(const char* name) {
 }
 
 void Walk::visitDirectory(const char* name) {
-    if (path_.size() + 1 + NAME_MAX > kLongestName) {
-        listener_.complain(path_, "nested too deeply");
+    if (path_.size() + 1 + NAME_MAX > kMaxNameSize) {
+        listener_.failed(path_, "nested too deeply");
         return;
     }
     Descriptor directory(openat(levels_.back().directory.get(), name, kOpenDirectory | O_NOFOLLOW));
     if (directory.isOpen()) {
         enter(std::move(directory));
     } else {
-        complain(errno);
+        fail(errno);
     }
 }
 

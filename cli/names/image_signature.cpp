@@ -10,10 +10,10 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The fourth is what the module takes for big-endian BigTIFF; the published "MM" 00 2B it refuses.
+// The fourth is what the module accepts as big-endian BigTIFF; it rejects the published "MM" 00 2B.
 constexpr std::array kSignatures = {"\xff\xd8"sv, "II\x2a\0"sv, "MM\0\x2a"sv, "MM\x2b\0"sv,
                                     "II\x2b\0"sv};
-constexpr std::size_t kLongest = 4;
+constexpr std::size_t kMaxSignature = 4;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ bool isImageStart(std::string_view firstBytes) {
 }
 
 bool mayBeImage(int descriptor) {
-    std::array<char, kLongest> bytes{};
+    std::array<char, kMaxSignature> bytes{};
     const ssize_t size = pread(descriptor, bytes.data(), bytes.size(), 0);
     return size < 0 || isImageStart({bytes.data(), static_cast<std::size_t>(size)});
 }

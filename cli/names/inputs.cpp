@@ -8,7 +8,7 @@ Inputs::Inputs(std::vector<std::unique_ptr<NameSource>> sources, std::optional<S
                std::optional<RecordedNames> recorded)
     : sources_(std::move(sources)), shard_(shard), recorded_(std::move(recorded)) {}
 
-Inputs::State Inputs::next(std::uint64_t& sequence, std::string& name) {
+Inputs::State Inputs::next(std::uint64_t& id, std::string& name) {
     while (current_ < sources_.size()) {
         const State state = sources_[current_]->next(name);
         if (state == State::later) {
@@ -18,7 +18,7 @@ Inputs::State Inputs::next(std::uint64_t& sequence, std::string& name) {
             ++current_;
             continue;
         }
-        sequence = seen_++;
+        id = seen_++;
         if (isWanted(name)) {
             ++taken_;
             return state;

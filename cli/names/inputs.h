@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
+#include "names/name_hash.h"
 #include "names/name_source.h"
 #include "names/recorded_names.h"
-#include "names/shard.h"
 
 namespace veltrace::cli {
 
-/// The names of several sources, one source after the other, numbered from 0. Names that fall into
-/// another shard or have a record already are passed over, but have their numbers.
+/// The names of several sources, one source after the other, with ids from 0. Names of another
+/// shard, and those that have a record already, are skipped, but have their ids.
 class Inputs {
 public:
     using State = NameSource::State;
@@ -22,13 +22,13 @@ public:
     Inputs(std::vector<std::unique_ptr<NameSource>> sources, std::optional<Shard> shard,
            std::optional<RecordedNames> recorded);
 
-    /// As NameSource::next; `sequence` is the number of the name.
-    [[nodiscard]] State next(std::uint64_t& sequence, std::string& name);
+    /// As NameSource::next; `id` is the position of the name.
+    [[nodiscard]] State next(std::uint64_t& id, std::string& name);
 
-    /// What to wait for after `later`.
+    /// The descriptor to wait for after `later`.
     [[nodiscard]] int descriptor() const;
 
-    /// Names that came so far, and those among them that were not passed over.
+    /// Names so far, and those among them that were not skipped.
     [[nodiscard]] std::uint64_t seen() const { return seen_; }
     [[nodiscard]] std::uint64_t taken() const { return taken_; }
 

@@ -33,6 +33,15 @@ Descriptor openList(const std::string& list) {
 
 }  // namespace
 
+NameSource::State ArgumentNames::next(std::string& name) {
+    if (next_ == names_.size()) {
+        return State::end;
+    }
+    name = names_[next_];
+    ++next_;
+    return State::name;
+}
+
 ListedNames::ListedNames(const std::string& list, EndedBy endedBy)
     : reader_(openList(list), static_cast<char>(endedBy), sourceName(list)) {}
 

@@ -50,20 +50,20 @@ NameReader::Read NameReader::read() {
     fail(error);
 }
 
-// Standard input may be shared with others, whose reads O_NONBLOCK would break.
+// Not O_NONBLOCK: it would break reads of other processes that share standard input.
 bool NameReader::isReadable() const {
     pollfd waiting{descriptor_.get(), POLLIN, 0};
     const int ready = poll(&waiting, 1, 0);
     if (ready < 0 && errno != EINTR) {
         fail(errno);
     }
-    return ready > 0;  // a closed or failed stream counts: the read tells which
+    return ready > 0;  // also when it is closed or failed, which the read then reports
 }
 
 void NameReader::checkLength(std::size_t bytes) const {
-    if (bytes > kLongestName) {
+    if (bytes > kMaxNameSize) {
         throw NamesError("cannot read names from " + source_ + ": one has more than " +
-                         std::to_string(kLongestName) + " bytes");
+                         std::to_string(kMaxNameSize) + " bytes");
     }
 }
 

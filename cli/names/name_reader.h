@@ -1,4 +1,4 @@
-// Takes names out of a stream of bytes.
+// Extracts names from a stream of bytes.
 #pragma once
 
 #include <cstddef>
@@ -9,28 +9,28 @@
 
 namespace veltrace::cli {
 
-/// A longer one is no name of a file but a list that was taken for another kind of list.
-inline constexpr std::size_t kLongestName = std::size_t{1} << 20;
+/// A longer name means that a list has another terminator than expected.
+inline constexpr std::size_t kMaxNameSize = std::size_t{1} << 20;
 
-/// Names, any bytes, each with the terminator behind it, read from a descriptor without ever
-/// waiting for it. Holds at most one block and one name.
+/// Reads names, any bytes, each followed by the terminator, from a descriptor, and never waits for
+/// it. Keeps at most one block and one name.
 class NameReader {
 public:
-    /// `source` is what messages call the stream, made visible.
+    /// `source` is the name of the stream in messages, made visible.
     NameReader(Descriptor descriptor, char terminator, std::string source)
         : descriptor_(std::move(descriptor)), terminator_(terminator), source_(std::move(source)) {}
 
-    /// The next name of what was read, perhaps an empty one; false when none is whole.
-    /// Throws NamesError when it is longer than `kLongestName`.
+    /// The next complete name of the bytes read so far, perhaps an empty one; false without one.
+    /// Throws NamesError when it is longer than `kMaxNameSize`.
     [[nodiscard]] bool take(std::string& name);
 
     enum class Read { some, later, end };
 
-    /// Reads a block, when `take` has nothing left. Throws NamesError when that fails, and when
-    /// what was read before is too long for a name.
+    /// Reads a block, when `take` has no name left. Throws NamesError when that fails, and when the
+    /// bytes read before are too many for a name.
     [[nodiscard]] Read read();
 
-    /// What has no terminator behind it.
+    /// The bytes after the last terminator.
     [[nodiscard]] std::string_view rest() const { return std::string_view(bytes_).substr(taken_); }
 
     [[nodiscard]] int descriptor() const { return descriptor_.get(); }

@@ -1,4 +1,4 @@
-// Where names of files come from.
+// Sources of file names.
 #pragma once
 
 #include <optional>
@@ -7,13 +7,13 @@
 
 namespace veltrace::cli {
 
-/// That names cannot be had: `what()` is one sentence for the user, safe for a terminal.
+/// Names cannot be read: `what()` is one sentence for the user, safe for a terminal.
 class NamesError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Names one after the other, any bytes, in an order that does not depend on the run.
+/// Returns names one by one, any bytes, in an order that does not depend on the run.
 class NameSource {
 public:
     virtual ~NameSource() = default;
@@ -22,11 +22,11 @@ public:
 
     enum class State { name, later, end };
 
-    /// Gives the next name in `name`; `later` when it has not come yet: `descriptor()` is then
-    /// readable when it is worth asking again. Never waits. Throws NamesError.
+    /// Stores the next name in `name`. Returns `later` when it is not available yet: `descriptor()`
+    /// becomes readable when it may be. Never waits. Throws NamesError.
     [[nodiscard]] virtual State next(std::string& name) = 0;
 
-    /// What to wait for; -1 when `next` never answers `later`.
+    /// The descriptor to wait for; -1 when `next` never returns `later`.
     [[nodiscard]] virtual int descriptor() const { return -1; }
 
 protected:

@@ -1,4 +1,4 @@
-// Lines of a file as RapidJSON reads them.
+// The lines of a file, as an input stream of RapidJSON.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace veltrace::cli {
 
-/// An input stream of RapidJSON that ends, with NUL, at the end of a line. Holds one block of the
+/// An input stream of RapidJSON that ends, with NUL, at the end of a line. Keeps one block of the
 /// file, however long its lines are. A read that fails throws std::system_error.
 class RecordLines {
 public:
@@ -16,16 +16,16 @@ public:
 
     explicit RecordLines(Descriptor file) : file_(std::move(file)) {}
 
-    /// Whether there is any byte left, behind the line before.
+    /// Whether any byte is left after the previous line.
     [[nodiscard]] bool hasLine() { return fill(); }
-    /// Goes behind the newline of this line; false when the file ends without one.
+    /// Moves past the newline of this line; false when the file ends without one.
     [[nodiscard]] bool skipLine();
 
     // NOLINTBEGIN(readability-identifier-naming): RapidJSON's names
     [[nodiscard]] Ch Peek();
     Ch Take();
     [[nodiscard]] std::size_t Tell() const { return position_; }
-    // A reader that does not write in place asks for these without calling them.
+    // Required by the reader, but only called when it writes in place.
     static Ch* PutBegin() { return nullptr; }
     void Put(Ch /*c*/) {}
     void Flush() {}
@@ -33,7 +33,7 @@ public:
     // NOLINTEND(readability-identifier-naming)
 
 private:
-    /// Whether a byte is at hand; reads a block when none is.
+    /// Whether a byte is available; reads a block when none is.
     bool fill();
 
     Descriptor file_;

@@ -16,7 +16,7 @@
 namespace veltrace::cli {
 namespace {
 
-/// Finds the name among the members of a record and ends the reading there.
+/// Finds the name among the members of a record and stops there.
 class NameFinder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, NameFinder> {
 public:
     [[nodiscard]] const std::optional<std::string>& name() const { return name_; }
@@ -63,7 +63,7 @@ private:
 std::optional<std::string> nameOf(RecordLines& lines) {
     NameFinder finder;
     rapidjson::Reader reader;
-    // Iterative: no line is deep enough to use up the stack.
+    // Iterative: a deeply nested line must not use up the stack.
     reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseStopWhenDoneFlag>(lines, finder);
     return finder.name();
 }
@@ -80,7 +80,7 @@ std::vector<NameHash> hashesIn(RecordLines& lines, const std::string& path) {
             break;
         }
         if (!name) {
-            failToRead(path, "line " + std::to_string(line) + " is no record");
+            failToRead(path, "line " + std::to_string(line) + " is not a record");
         }
         hashes.push_back(hashOf(*name));
     }

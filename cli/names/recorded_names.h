@@ -1,4 +1,4 @@
-// Names that a former run has dealt with.
+// Names that have a record from an earlier run.
 #pragma once
 
 #include <string>
@@ -12,9 +12,9 @@ namespace veltrace::cli {
 /// The names of all records in an output of the format ndjson. Takes 16 bytes of memory for each.
 class RecordedNames {
 public:
-    /// Reads the file `path`: of each line as much as tells the name ("path", or "path_b64" in
-    /// base64). A last line without a newline was torn and counts for nothing. Throws NamesError
-    /// when the file cannot be read or another line is no record.
+    /// Reads the file `path`, each line up to its name ("path", or "path_b64" in base64). A last
+    /// line without a newline is incomplete and ignored. Throws NamesError when the file cannot be
+    /// read or another line is not a record.
     explicit RecordedNames(const std::string& path);
 
     [[nodiscard]] bool contains(std::string_view name) const;

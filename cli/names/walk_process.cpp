@@ -18,10 +18,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kFull = std::size_t{32} << 10;
-constexpr std::chrono::milliseconds kPatience{40};
+constexpr std::size_t kFullBuffer = std::size_t{32} << 10;
+constexpr std::chrono::milliseconds kMaxDelay{40};
 
-/// That nobody reads any more.
+/// Nobody reads any more.
 struct ReaderGone {};
 
 void writeAll(int descriptor, std::string_view bytes) {
@@ -32,7 +32,7 @@ void writeAll(int descriptor, std::string_view bytes) {
         } else if (errno == EPIPE) {
             throw ReaderGone();
         } else if (errno != EINTR) {
-            throw std::system_error(errno, std::generic_category(), "cannot hand on names");
+            throw std::system_error(errno, std::generic_category(), "cannot write names");
         }
     }
 }
@@ -45,13 +45,14 @@ std::string readAll(int descriptor) {
         if (size > 0) {
             bytes.append(block.data(), static_cast<std::size_t>(size));
         } else if (size < 0 && errno != EINTR) {
-            throw std::system_error(errno, std::generic_category(), "cannot read what to walk");
+            throw std::system_error(errno, std::generic_category(),
+                                    "cannot read the directories to walk");
         }
     }
     return bytes;
 }
 
-/// Sends on what a walk finds.
+/// Writes what a walk finds.
 class Sender : public WalkListener {
 public:
     Sender(int outFd, int errFd) : outFd_(outFd), errFd_(errFd) {}
@@ -60,24 +61,24 @@ public:
 
     void found(const std::string& name) override {
         names_.append(name).push_back('\0');
-        if (names_.size() >= kFull) {
+        if (names_.size() >= kFullBuffer) {
             flush();
         }
     }
 
-    void complain(std::string_view path, std::string_view reason) override {
+    void failed(std::string_view path, std::string_view reason) override {
         isComplete_ = false;
         const std::string line =
             "veltrace: cannot walk " + visible(path) + ": " + std::string(reason) + "\n";
         try {
             writeAll(errFd_, line);
         } catch (const ReaderGone&) {
-            return;  // nobody listens to complaints, somebody may take names
+            return;  // nobody reads errors, but somebody may read names
         }
     }
 
     void step() override {
-        if (!names_.empty() && Clock::now() - flushed_ >= kPatience) {
+        if (!names_.empty() && Clock::now() - flushed_ >= kMaxDelay) {
             flush();
         }
     }

@@ -17,14 +17,14 @@ namespace {
                      std::generic_category().message(error));
 }
 
-/// A file in memory: the process can read all roots at its leisure, however many.
+/// A file in memory: nobody has to wait until the process has read all roots.
 Descriptor stored(const std::vector<std::string>& roots) {
     Descriptor file(memfd_create("roots", MFD_CLOEXEC));
     if (!file.isOpen()) {
         failToStart(errno);
     }
     for (const std::string& root : roots) {
-        // With the NUL behind it. A file in memory takes all or fails.
+        // With its final NUL. A write to a file in memory is complete or fails.
         const auto size = static_cast<ssize_t>(root.size() + 1);
         if (write(file.get(), root.c_str(), root.size() + 1) != size) {
             failToStart(errno);
@@ -62,7 +62,7 @@ NameSource::State WalkedNames::next(std::string& name) {
         isAtEnd_ = true;
         const int status = process_.wait();
         if (!WIFEXITED(status) || WEXITSTATUS(status) > kWalkedPart) {
-            throw NamesError("the walk of the directories broke off");
+            throw NamesError("the walk of the directories was interrupted");
         }
         isComplete_ = WEXITSTATUS(status) == kWalkedAll;
         return State::end;

@@ -5,22 +5,23 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "descriptor.h"
 #include "names/name_reader.h"
 #include "names/name_source.h"
 #include "process/child_process.h"
-#include "process/pipe.h"
 
 namespace veltrace::cli {
 
-/// The names that a process of its own finds by `walkProcess`; its complaints go to standard error.
-/// The process ends with this object.
+/// The names that a separate process finds with `walkProcess`; its errors go to standard error. The
+/// process ends with this object.
 class WalkedNames : public NameSource {
 public:
-    /// Starts this program with the arguments `command`, its name among them, which must lead it to
-    /// `walkProcess` with roots on standard input and names on standard output. Throws NamesError.
+    /// Starts this program with the arguments `command`, which include its name and must make it
+    /// call `walkProcess` with roots on standard input and names on standard output. Throws
+    /// NamesError.
     WalkedNames(const std::vector<std::string>& roots, const std::vector<std::string>& command);
 
-    /// A process that fails or is killed is a NamesError in place of the end.
+    /// Throws NamesError when the process fails or is killed.
     [[nodiscard]] State next(std::string& name) override;
     [[nodiscard]] int descriptor() const override { return reader_.descriptor(); }
 

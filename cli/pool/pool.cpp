@@ -7,12 +7,14 @@
 
 #include "zephra/host/module.h"
 
+#include "render/csv_renderer.h"
+
 namespace veltrace::cli {
 namespace {
 
-/// Requests that one worker holds: enough that it never waits for the next one.
-constexpr std::size_t kMostInFlight = 32;
-/// An answer is large beyond this.
+/// Requests of one worker: enough that it never waits for the next one.
+constexpr std::size_t kMaxInFlight = 32;
+/// Larger answers are large.
 constexpr std::size_t kLargeAnswer = std::size_t{64} << 10;
 
 bool isAlone(const WorkerProcess& worker) {
@@ -24,8 +26,9 @@ bool isAlone(const WorkerProcess& worker) {
 Pool::Pool(PoolOptions options, const WorkerSetup& setup, const Renderer& checker, Deliver deliver)
     : options_(options),
       setup_(encoded(setup)),
-      largestAnswer_(largestAnswer(setup.render.largestOutput)),
-      keepsError_(!setup.isConfined),
+      maxFields_(csvFields(setup.render).size()),
+      maxAnswer_(maxAnswer(setup.render.maxOutput, maxFields_)),
+      keepsError_(!setup.isSandboxed),
       checker_(checker),
       deliver_(std::move(deliver)) {}
 
@@ -34,7 +37,7 @@ bool Pool::hasRoom() const {
         return false;
     }
     return canStart() || std::ranges::any_of(workers_, [](const WorkerProcess& worker) {
-               return !isAlone(worker) && worker.load() < kMostInFlight;
+               return !isAlone(worker) && worker.load() < kMaxInFlight;
            });
 }
 
@@ -51,12 +54,11 @@ bool Pool::isIdle() const {
 
 bool Pool::isBusy() const {
     return !workers_.empty() && std::ranges::all_of(workers_, [](const WorkerProcess& worker) {
-        return worker.isReady() && worker.load() > kMostInFlight / 2;
+        return worker.isReady() && worker.load() > kMaxInFlight / 2;
     });
 }
 
-/// A file that a process has died of goes to a new one, alone, so that it costs no other file a
-/// second time.
+/// A file that crashed its worker goes to a new one, alone, so that no other file fails with it.
 void Pool::dispatch() {
     while (!secondTries_.empty() && (canStart() || endIdleWorker()) && start()) {
         workers_.back().send(std::move(secondTries_.front()));
@@ -72,12 +74,12 @@ void Pool::dispatch() {
     }
 }
 
-/// Starts one if no idle one is there and another may be.
+/// Starts a worker if none is idle and another is allowed.
 WorkerProcess* Pool::leastLoaded() {
     WorkerProcess* least = nullptr;
     for (WorkerProcess& worker : workers_) {
         if (!isAlone(worker) && worker.announced() <= kLargeAnswer &&
-            worker.load() < kMostInFlight && (least == nullptr || worker.load() < least->load())) {
+            worker.load() < kMaxInFlight && (least == nullptr || worker.load() < least->load())) {
             least = &worker;
         }
     }
@@ -89,10 +91,10 @@ bool Pool::canStart() const {
     return workers_.size() < options_.workers;
 }
 
-/// Makes do with the workers that there are if the system has no room for another.
+/// If the system has no room for another worker, the pool continues with those it has.
 bool Pool::start() {
     try {
-        workers_.emplace_back(setup_, largestAnswer_, keepsError_, options_.timeLimit);
+        workers_.emplace_back(setup_, maxAnswer_, keepsError_, options_.timeLimit);
         return true;
     } catch (const std::system_error& error) {
         if (workers_.empty()) {
@@ -115,7 +117,7 @@ bool Pool::endIdleWorker() {
 
 void Pool::addTo(std::vector<pollfd>& set, std::size_t held) {
     for (WorkerProcess& worker : workers_) {
-        // One that fails is noticed when its answers have been taken.
+        // A failure is noticed when its answers have been received.
         static_cast<void>(worker.flush());
         if (isHeldBack(worker, held)) {
             worker.restartTime();
@@ -128,8 +130,8 @@ void Pool::addTo(std::vector<pollfd>& set, std::size_t held) {
     }
 }
 
-/// Large answers come one after the other when memory for all is short; the oldest request is never
-/// held back, so that every answer comes in the end.
+/// Large answers are received one at a time when memory is short. The oldest request is never held
+/// back, so that every answer arrives in the end.
 bool Pool::isHeldBack(const WorkerProcess& worker, std::size_t held) const {
     if (worker.announced() <= kLargeAnswer || worker.load() == 0) {
         return false;
@@ -154,7 +156,7 @@ Clock::time_point Pool::nextDeadline() const {
 }
 
 void Pool::handle(std::span<const pollfd> set) {
-    // No worker is started meanwhile, so a descriptor is always that of the same one.
+    // No worker is started meanwhile, so a descriptor always belongs to the same one.
     for (const pollfd& entry : set) {
         if (entry.revents != 0) {
             handleReady(entry.fd);
@@ -169,18 +171,18 @@ void Pool::handleReady(int descriptor) {
                descriptor == candidate.requestDescriptor();
     });
     if (worker == workers_.end()) {
-        return;  // gone since, or not of a worker
+        return;  // of a worker that was removed, or of none
     }
     if (descriptor == worker->answerDescriptor()) {
         receiveFrom(*worker);
     } else if (!worker->flush()) {
-        fail(*worker, "after it had stopped taking requests");
+        fail(*worker, "after it stopped reading requests");
     }
 }
 
 void Pool::receiveFrom(WorkerProcess& worker) {
-    const bool goesOn = worker.receive();
-    if (takeAnswers(worker) && !goesOn) {
+    const bool isOpen = worker.receive();
+    if (takeAnswers(worker) && !isOpen) {
         fail(worker, "");
     }
 }
@@ -188,25 +190,25 @@ void Pool::receiveFrom(WorkerProcess& worker) {
 bool Pool::takeAnswers(WorkerProcess& worker) {
     try {
         while (const auto frame = worker.nextFrame()) {
-            const bool goesOn =
+            const bool isKept =
                 worker.isReady() ? takeAnswer(worker, *frame) : takeReadiness(worker, *frame);
-            if (!goesOn) {
+            if (!isKept) {
                 return false;
             }
         }
         if (worker.load() == 0 && worker.pending() > 0) {
-            // Would count as busy for ever, as no time limit runs.
-            throw BadFrame("it begins to answer what it was not asked");
+            // It would stay busy forever, as no time limit runs.
+            throw BadFrame("it answers without a request");
         }
         return true;
     } catch (const BadFrame& error) {
-        fail(worker, fmt::format("after it had sent what it should not: {}", error.what()));
+        fail(worker, fmt::format("after it sent an invalid answer: {}", error.what()));
         return false;
     }
 }
 
 bool Pool::takeReadiness(WorkerProcess& worker, const Frame& frame) {
-    if (frame.sequence != kSetupSequence) {
+    if (frame.id != kSetupId) {
         throw BadFrame("it answers before it is ready");
     }
     if (!frame.payload.empty()) {
@@ -218,12 +220,12 @@ bool Pool::takeReadiness(WorkerProcess& worker, const Frame& frame) {
 }
 
 bool Pool::takeAnswer(WorkerProcess& worker, const Frame& frame) {
-    if (worker.load() == 0 || frame.sequence != worker.first().id) {
-        throw BadFrame("it answers what it was not asked");
+    if (worker.load() == 0 || frame.id != worker.first().id) {
+        throw BadFrame("its answer does not match its oldest request");
     }
-    Answer answer = decodedAnswer(frame.payload);
+    Answer answer = decodedAnswer(frame.payload, maxFields_);
     if (!answer.outcome.error && !checker_.accepts(answer.outcome.rendering)) {
-        throw BadFrame("its output is not in the format");
+        throw BadFrame("its output does not have the format");
     }
     const Request request = worker.finishFirst();
     if (answer.wantsReplacement) {

@@ -5,31 +5,30 @@
 #include <unistd.h>
 #include <utility>
 
-#include "hidden_modes.h"
 #include "wire/exchange.h"
 #include "worker/worker.h"
 
 namespace veltrace::cli {
 namespace {
 
-/// What a pipe holds. Of one worker at a time, so that none has to wait for long.
+/// The capacity of a pipe. Read from one worker at a time, so that none has to wait for long.
 constexpr std::size_t kBlock = std::size_t{64} << 10;
-/// To become ready, which is no matter of the files.
-constexpr std::chrono::seconds kStartTime{20};
+/// To become ready, whatever the files are.
+constexpr std::chrono::seconds kStartTimeout{20};
 
-void appendFrame(std::string& bytes, std::uint64_t sequence, std::string_view payload) {
-    const std::size_t begin = beginFrame(bytes, sequence);
+void appendFrame(std::string& bytes, std::uint64_t id, std::string_view payload) {
+    const std::size_t begin = beginFrame(bytes, id);
     bytes += payload;
     endFrame(bytes, begin);
 }
 
 }  // namespace
 
-WorkerProcess::WorkerProcess(std::string_view setup, std::size_t largestAnswer, bool keepsError,
+WorkerProcess::WorkerProcess(std::string_view setup, std::size_t maxAnswer, bool keepsError,
                              Clock::duration timeLimit)
-    : WorkerProcess(Pipes{}, setup, largestAnswer, keepsError, timeLimit) {}
+    : WorkerProcess(Pipes{}, setup, maxAnswer, keepsError, timeLimit) {}
 
-WorkerProcess::WorkerProcess(Pipes pipes, std::string_view setup, std::size_t largestAnswer,
+WorkerProcess::WorkerProcess(Pipes pipes, std::string_view setup, std::size_t maxAnswer,
                              bool keepsError, Clock::duration timeLimit)
     : requests_(std::move(pipes.requests.writeEnd)),
       answers_(std::move(pipes.answers.readEnd)),
@@ -38,11 +37,11 @@ WorkerProcess::WorkerProcess(Pipes pipes, std::string_view setup, std::size_t la
           {{pipes.requests.readEnd.get(), kRequests}, {pipes.answers.writeEnd.get(), kAnswers}},
           keepsError),
       timeLimit_(timeLimit),
-      deadline_(Clock::now() + kStartTime),
-      received_(largestAnswer) {
+      deadline_(Clock::now() + kStartTimeout),
+      received_(maxAnswer) {
     makeNonBlocking(requests_);
     makeNonBlocking(answers_);
-    appendFrame(unsent_, kSetupSequence, setup);
+    appendFrame(unsent_, kSetupId, setup);
 }
 
 void WorkerProcess::send(Request request) {
@@ -67,13 +66,13 @@ bool WorkerProcess::flush() {
 }
 
 bool WorkerProcess::receive() {
-    const bool hadBegun = received_.pending() > 0;
+    const bool wasPending = received_.pending() > 0;
     const ssize_t size = read(answers_.get(), received_.room(kBlock), kBlock);
     if (size <= 0) {
         return size < 0 && (errno == EINTR || errno == EAGAIN);
     }
     received_.filled(static_cast<std::size_t>(size));
-    if (!hadBegun && isReady_) {
+    if (!wasPending && isReady_) {
         restartTime();
     }
     return true;
@@ -92,7 +91,7 @@ Request WorkerProcess::finishFirst() {
 }
 
 void WorkerProcess::postpone(Clock::duration time) {
-    const Clock::duration limit = isReady_ ? timeLimit_ : kStartTime;
+    const Clock::duration limit = isReady_ ? timeLimit_ : kStartTimeout;
     deadline_ = std::min(deadline_ + time, Clock::now() + limit);
 }
 

@@ -1,4 +1,4 @@
-// The parent's side of one worker.
+// One worker, from the parent's side.
 #pragma once
 
 #include <chrono>
@@ -7,45 +7,45 @@
 #include <optional>
 #include <string>
 
+#include "descriptor.h"
 #include "process/child_process.h"
-#include "process/pipe.h"
 #include "wire/frame.h"
 
 namespace veltrace::cli {
 
 using Clock = std::chrono::steady_clock;
 
-/// A file to be read.
+/// A file to read.
 struct Request {
     std::uint64_t id = 0;
     std::string path;
-    bool isSecondTry = false;  ///< the process that read it first has died
+    bool isSecondTry = false;  ///< the process that read it first died
 };
 
-/// A worker, the requests that it has not answered, and the pipes between. Never waits for the
-/// worker. The time limit of the first of its requests runs from when it became the first, and anew
-/// from the first byte of its answer: how long that takes depends on others too.
+/// A worker, its unanswered requests, and its pipes. Never waits for the worker. The time limit of
+/// its first request starts when it becomes the first, and again with the first byte of its answer:
+/// how long that takes depends on other processes too.
 class WorkerProcess {
 public:
-    /// Starts a process; `setup` is the first that it gets. Throws std::system_error.
-    WorkerProcess(std::string_view setup, std::size_t largestAnswer, bool keepsError,
+    /// Starts a process and sends it `setup`. Throws std::system_error.
+    WorkerProcess(std::string_view setup, std::size_t maxAnswer, bool keepsError,
                   Clock::duration timeLimit);
 
-    /// Puts the request behind those that wait for `flush`.
+    /// Appends the request to those that wait for `flush`.
     void send(Request request);
 
     [[nodiscard]] int requestDescriptor() const { return requests_.get(); }
     [[nodiscard]] int answerDescriptor() const { return answers_.get(); }
-    /// Whether there is something that the pipe has not taken yet.
+    /// Whether some bytes are not in the pipe yet.
     [[nodiscard]] bool hasUnsent() const { return sent_ < unsent_.size(); }
-    /// Hands over as much as the pipe takes; false when nobody will read it.
+    /// Writes as much as the pipe accepts; false when nobody will read it.
     [[nodiscard]] bool flush();
 
-    /// Takes a part of what has come; false when nothing will come any more.
+    /// Receives a part of the answers; false at their end.
     [[nodiscard]] bool receive();
-    /// The next frame that has come whole. Throws BadFrame.
+    /// The next complete frame. Throws BadFrame.
     [[nodiscard]] std::optional<Frame> nextFrame() { return received_.next(); }
-    /// Bytes of the answer that is coming: those that have come, and all as it says itself.
+    /// Bytes of the incomplete answer: those that have arrived, and all according to its header.
     [[nodiscard]] std::size_t pending() const { return received_.pending(); }
     [[nodiscard]] std::size_t announced() const { return received_.announced(); }
 
@@ -60,10 +60,10 @@ public:
     /// Removes all requests.
     [[nodiscard]] std::deque<Request> takeRequests() { return std::move(unanswered_); }
 
-    /// When the time of the first request, or of becoming ready, is over.
+    /// When the time of the first request, or for becoming ready, is over.
     [[nodiscard]] std::optional<Clock::time_point> deadline() const;
-    /// Time in which this process did not listen is not the worker's: its limit ends later by
-    /// `time`, but not later than if it began now.
+    /// Moves the deadline by time in which this process did not listen, but not beyond that of a
+    /// request that starts now.
     void postpone(Clock::duration time);
     void restartTime() { deadline_ = Clock::now() + timeLimit_; }
 
@@ -76,7 +76,7 @@ private:
         Pipe requests = makePipe();
         Pipe answers = makePipe();
     };
-    WorkerProcess(Pipes pipes, std::string_view setup, std::size_t largestAnswer, bool keepsError,
+    WorkerProcess(Pipes pipes, std::string_view setup, std::size_t maxAnswer, bool keepsError,
                   Clock::duration timeLimit);
 
     Descriptor requests_;

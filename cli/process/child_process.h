@@ -15,11 +15,11 @@ public:
     /// A descriptor of this process and its number in the child.
     using Handover = std::pair<int, int>;
 
-    /// Starts it with the arguments `command`, its name among them, in a process group of its own:
+    /// Starts it with the arguments `command`, which include its name, in its own process group:
     /// keys that interrupt or stop this process do not reach it. It gets the descriptors of
-    /// `handovers`, whose numbers have no gap above the standard three, /dev/null for those of the
-    /// three that are not among them, and no others, even if this process inherited them. Standard
-    /// error stays with `keepsError`. Throws std::system_error.
+    /// `handovers`, whose numbers have no gap above the standard three, /dev/null for the others of
+    /// these three, and no inherited ones. With `keepsError` it keeps standard error. Throws
+    /// std::system_error.
     ChildProcess(std::vector<std::string> command, std::initializer_list<Handover> handovers,
                  bool keepsError);
     ChildProcess(const ChildProcess&) = delete;
@@ -29,11 +29,11 @@ public:
     /// Whether a signal has stopped it, without ending it.
     [[nodiscard]] bool isStopped() const;
 
-    /// Kills the process unless it is dead already; tells how it ended: "by signal 11
-    /// (Segmentation fault)" or "with exit status 0". Of a process that this kills: by signal 9.
+    /// Kills the process unless it has ended already; returns how it ended: "by signal 11
+    /// (Segmentation fault)" or "with exit status 0"; "by signal 9 (Killed)" if this killed it.
     std::string end();
 
-    /// Waits until it ends by itself; gives its status as waitpid tells it.
+    /// Waits until it ends by itself; returns its status as waitpid does.
     int wait();
 
     /// -1 once it has been waited for.

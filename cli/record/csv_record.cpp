@@ -3,8 +3,7 @@
 #include <charconv>
 #include <system_error>
 
-#include "render/csv_cells.h"
-#include "render/csv_fields.h"
+#include "render/csv_renderer.h"
 #include "render/escape.h"
 
 namespace veltrace::cli {
@@ -68,12 +67,12 @@ void CsvRecordWriter::record(const Record& record, std::string& out) {
         visible(record.path), std::string(nameOf(outcome.status)),
         outcome.error ? visible(outcome.error->identifier) : "",
         std::to_string(outcome.warnings.size() + outcome.warningsDropped)};
-    if (const auto cells = unpackedCells(outcome.rendering.body, fields_.size() + 1)) {
-        texts.insert(texts.end(), cells->begin(), cells->end());
-    } else {
-        texts.emplace_back("0");
+    const std::vector<std::string>& cells = outcome.rendering.cells;
+    if (isFailure(outcome.status)) {
+        texts.emplace_back("0");  // directories
         texts.resize(texts.size() + fields_.size());
     }
+    texts.insert(texts.end(), cells.begin(), cells.end());
     appendRow(out, texts);
 }
 

@@ -8,12 +8,12 @@
 
 namespace veltrace::cli {
 
-/// `text` as one cell (RFC 4180): in double quotes, doubled within, where a comma, a quote, a line
-/// end or an outer blank asks for them. A text that a spreadsheet could take for a formula, because
-/// it begins with = + - or @ and is no number, gets an apostrophe before it.
+/// `text` as one cell (RFC 4180): if it has a comma, a quote, a line end or an outer blank, in
+/// double quotes, with quotes doubled. A text that a spreadsheet could interpret as a formula,
+/// because it begins with = + - or @ and is not a number, gets an apostrophe before it.
 [[nodiscard]] std::string csvCell(std::string_view text);
 
-/// Writes a line of column names, then a row for each file, also for those that failed: path,
+/// Writes a line of column names, then a row for each file, also for files that failed: path,
 /// status, identifier of the error, number of warnings, number of directories, and the fields of
 /// `csvFields`. Lines end with a newline alone.
 class CsvRecordWriter : public RecordWriter {

@@ -23,7 +23,7 @@ public:
         json_.key("v");
         json_.number(kRecordVersion);
         json_.key("seq");
-        json_.number(record.sequence);
+        json_.number(record.id);
         writePath(record.path);
         json_.key("status");
         json_.text(nameOf(record.outcome.status));
@@ -40,7 +40,7 @@ public:
     /// Without the brace that ends the record.
     [[nodiscard]] const std::string& text() const { return text_.text(); }
 
-    /// Its texts that are no UTF-8, as a list without brackets.
+    /// The places of its texts that are not UTF-8, as a list without brackets.
     [[nodiscard]] const std::string& latin1() const { return latin1_; }
 
 private:
@@ -85,7 +85,7 @@ private:
         }
     }
 
-    // What a worker may send is limited before it comes here.
+    // The size of an answer is limited when it is received.
     Allowance allowance_{std::numeric_limits<std::size_t>::max()};
     BoundedText text_{allowance_};
     JsonWriter json_{text_};

@@ -1,4 +1,4 @@
-// What came of reading one file.
+// The outcome of reading one file.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ namespace veltrace::cli {
 enum class Status : std::uint8_t {
     ok,
     warned,
-    error,        ///< the module ended with an error
-    limitMemory,  ///< the memory that a file may take ran out
+    error,        ///< the module reported an error
+    limitMemory,  ///< the memory limit of a file was reached
     limitTime,
     crashed,     ///< the process that read the file died, twice
     unreadable,  ///< not a regular file, or one that the user may not read
@@ -33,19 +33,19 @@ inline constexpr std::size_t kStatusCount = 7;
     return status != Status::ok && status != Status::warned;
 }
 
-/// Warnings that a record keeps.
-inline constexpr std::size_t kMostWarnings = 1000;
+/// Warnings that a record contains.
+inline constexpr std::size_t kMaxWarnings = 1000;
 
 struct Outcome {
     Status status = Status::ok;
-    std::optional<zephra::Message> error;   ///< of a failure always
-    std::vector<zephra::Message> warnings;  ///< the first `kMostWarnings`
+    std::optional<zephra::Message> error;   ///< always set on failure
+    std::vector<zephra::Message> warnings;  ///< the first `kMaxWarnings`
     std::uint64_t warningsDropped = 0;
     std::uint64_t elapsedMicroseconds = 0;
-    Rendering rendering;  ///< its body is empty of a failure
+    Rendering rendering;  ///< empty on failure
 };
 
-/// An outcome that the command itself states.
+/// An outcome that the command itself decides.
 [[nodiscard]] Outcome failure(Status status, std::string identifier, std::string text);
 
 }  // namespace veltrace::cli

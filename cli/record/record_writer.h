@@ -1,13 +1,21 @@
-// Records as the formats write them.
+// Records in each format.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
-#include "record/record.h"
+#include "record/outcome.h"
 #include "render/render_options.h"
 
 namespace veltrace::cli {
+
+/// A file and its outcome.
+struct Record {
+    std::uint64_t id = 0;  ///< position of the file among all inputs, from 0
+    std::string path;      ///< any bytes, as they were given
+    Outcome outcome;
+};
 
 /// Writes the records of a run in one format: begin, record for each record, end. Each appends to
 /// `out`, which the caller empties.

@@ -1,4 +1,4 @@
-// Text that may not grow without end.
+// Text of limited size.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace veltrace::cli {
 
-/// Bytes of all texts of one rendering that may still be written.
+/// The bytes that may still be written to all texts of one rendering.
 class Allowance {
 public:
     explicit Allowance(std::size_t bytes) : left_(bytes) {}
@@ -27,7 +27,7 @@ private:
     std::size_t left_;
 };
 
-/// A text that is written at its end, as RapidJSON's Writer and others do. `allowance` outlives it.
+/// A text that writers append to, as RapidJSON's Writer does. `allowance` outlives it.
 class BoundedText {
 public:
     using Ch = char;

@@ -3,20 +3,16 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <string_view>
 #include <utility>
 
 #include "render/bounded_text.h"
-#include "render/csv_cells.h"
-#include "render/csv_fields.h"
 #include "render/csv_value.h"
+#include "render/escape.h"
 #include "render/text_value.h"
 
 namespace veltrace::cli {
 namespace {
-
-// RapidJSON counts the bytes of a text in 32 bits.
-constexpr std::size_t kLargestCell = std::numeric_limits<std::uint32_t>::max();
 
 std::vector<std::string> namesIn(std::string_view path) {
     std::vector<std::string> names;
@@ -63,8 +59,28 @@ bool isCount(std::string_view text) {
 
 }  // namespace
 
+std::vector<std::string> csvFields(const RenderOptions& options) {
+    if (!options.fields.empty()) {
+        return options.fields;
+    }
+    return {"Format",
+            "Width",
+            "Height",
+            "BitDepth",
+            "ColorType",
+            "Compression",
+            "DateTime",
+            "Make",
+            "Model",
+            "DigitalCamera.ExposureTime",
+            "DigitalCamera.FNumber",
+            "DigitalCamera.FocalLength",
+            "GPSInfo.GPSLatitude",
+            "GPSInfo.GPSLongitude"};
+}
+
 CsvRenderer::CsvRenderer(const RenderOptions& options)
-    : selection_(options.fields), limit_(std::min(options.largestOutput, kLargestCell)) {
+    : selection_(options.fields), maxOutput_(options.maxOutput) {
     for (const std::string& field : csvFields(options)) {
         paths_.push_back(namesIn(field));
     }
@@ -72,8 +88,9 @@ CsvRenderer::CsvRenderer(const RenderOptions& options)
 
 Rendering CsvRenderer::render(zephra::Value output) const {
     Rendering rendering;
-    Allowance allowance(limit_);
-    std::vector<std::string> cells{std::to_string(output.size())};
+    Allowance allowance(maxOutput_);
+    rendering.cells.push_back(std::to_string(output.size()));
+    allowance.take(rendering.cells.front().size());
     for (std::uint32_t index = 0; index < paths_.size(); ++index) {
         std::vector<zephra::Value> values{output};
         for (const std::string& name : paths_[index]) {
@@ -82,19 +99,22 @@ Rendering CsvRenderer::render(zephra::Value output) const {
         if (!values.empty() && index < selection_.size()) {
             rendering.fieldsSeen.push_back(index);
         }
-        cells.push_back(joined(values, allowance));
+        rendering.cells.push_back(joined(values, allowance));
     }
-    rendering.body = packedCells(cells, limit_);
     return rendering;
 }
 
 bool CsvRenderer::accepts(const Rendering& rendering) const {
-    if (!rendering.nonfinite.empty() || !rendering.latin1.empty() || !rendering.omitted.empty() ||
-        !areIndicesOf(selection_, rendering.fieldsSeen)) {
-        return false;
+    std::size_t size = 0;
+    for (const std::string& cell : rendering.cells) {
+        size += cell.size();
     }
-    const auto cells = unpackedCells(rendering.body, paths_.size() + 1);
-    return cells && isCount(cells->front());
+    return rendering.body.empty() && rendering.nonfinite.empty() && rendering.latin1.empty() &&
+           rendering.omitted.empty() && areIndicesOf(selection_, rendering.fieldsSeen) &&
+           size <= maxOutput_ && rendering.cells.size() == paths_.size() + 1 &&
+           isCount(rendering.cells.front()) &&
+           std::ranges::all_of(rendering.cells,
+                               [](std::string_view cell) { return isPrintable(cell); });
 }
 
 }  // namespace veltrace::cli

@@ -1,6 +1,7 @@
 // Outputs as the cells of a csv row.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -9,9 +10,12 @@
 
 namespace veltrace::cli {
 
-/// The body is packed cells (see csv_cells.h): the number of directories, then one text for each
-/// field of `csvFields`. A path that reaches several values has all of them, see `appendCsvValue`,
-/// with ";" between them; blank ones are left out.
+/// The paths of the selected fields; without a selection those that most people need.
+[[nodiscard]] std::vector<std::string> csvFields(const RenderOptions& options);
+
+/// Renders an output as cells: the number of directories, then one text for each field of
+/// `csvFields`. A path that reaches several values has all of them, see `appendCsvValue`, with ";"
+/// between them; blank ones are left out.
 class CsvRenderer : public Renderer {
 public:
     explicit CsvRenderer(const RenderOptions& options);
@@ -24,7 +28,7 @@ private:
 
     std::vector<Path> paths_;
     FieldSelection selection_;
-    std::size_t limit_;
+    std::size_t maxOutput_;
 };
 
 }  // namespace veltrace::cli

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "render/escape.h"
-#include "render/number_text.h"
+#include "render/measured_value.h"
 
 namespace veltrace::cli {
 namespace {

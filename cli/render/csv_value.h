@@ -1,4 +1,4 @@
-// Host values in one cell.
+// Host values as the text of one cell.
 #pragma once
 
 #include "zephra/host/value.h"
@@ -7,10 +7,10 @@
 
 namespace veltrace::cli {
 
-/// Appends `value` as one line: characters without their trailing NULs and with what is no
-/// printable text escaped, numbers as the shortest text that reads back, the elements of an array
-/// row by row with a blank between them. A structure array, and a cell array within a cell, is only
-/// named by its size. Throws OutputTooLarge.
+/// Appends `value` as one line: characters without their trailing NULs and with everything that is
+/// not printable escaped, numbers as the shortest text that reads back, the elements of an array
+/// row by row with a blank between them. A structure array, and a cell array within a cell, is
+/// replaced by its size. Throws OutputTooLarge.
 void appendCsvValue(BoundedText& out, zephra::Value value);
 
 }  // namespace veltrace::cli

@@ -10,7 +10,7 @@
 namespace veltrace::cli {
 namespace {
 
-/// One character, or one byte that belongs to none.
+/// One character, or one byte that is part of none.
 struct Piece {
     std::string_view bytes;
     std::optional<unsigned> codePoint;
@@ -38,7 +38,7 @@ struct CodeRange {
     unsigned last;
 };
 
-// Text that turned the direction of writing could pass for what it is not.
+// The last three: a change of direction could make a text look like another one.
 constexpr CodeRange kControls[] = {
     {0x00, 0x1f},     {0x7f, 0x9f},     {0x061c, 0x061c}, {0x200e, 0x200f},
     {0x2028, 0x2029}, {0x202a, 0x202e}, {0x2066, 0x2069},

@@ -1,4 +1,4 @@
-// Which fields of the output the user asked for.
+// The fields of the output that the user selected.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,8 @@ namespace veltrace::cli {
 
 /// The fields of `RenderOptions::fields`, as a tree of their names. A walk over an output starts at
 /// `root()`, asks `field` for each field of a structure array, and goes on into a nested structure
-/// array, whatever its number of elements, with `Field::inside`; a cell array is passed with the
-/// place of its field. Never changes.
+/// array, whatever its number of elements, with `Field::inside`; a cell array keeps the place of
+/// its field. Immutable.
 class FieldSelection {
     struct Node {
         std::string name;
@@ -47,12 +47,12 @@ public:
     struct Field {
         Wanted wanted = Wanted::whole;
         Place inside;
-        /// The selected fields that this is, ascending: several when the user named it twice.
+        /// The indices of this field in the selection, ascending: several if it was named twice.
         std::span<const std::uint32_t> indices;
     };
 
-    /// Every field is wanted if there are no `paths`. One with an empty part, such as "a..b", names
-    /// no field.
+    /// Every field is wanted if `paths` is empty. A path with an empty part, such as "a..b",
+    /// matches no field.
     explicit FieldSelection(const std::vector<std::string>& paths);
 
     /// The number of paths.
@@ -71,7 +71,7 @@ private:
     std::size_t size_;
 };
 
-/// The selected fields that a walk has met.
+/// The selected fields that a walk has found.
 class SeenFields {
 public:
     explicit SeenFields(const FieldSelection& selection) : isSeen_(selection.size()) {}
@@ -85,7 +85,7 @@ private:
     std::vector<bool> isSeen_;
 };
 
-/// Whether `indices` are what `SeenFields` can give: ascending, each that of a selected field.
+/// Whether `SeenFields` can return `indices`: ascending, each of a selected field.
 [[nodiscard]] bool areIndicesOf(const FieldSelection& selection,
                                 std::span<const std::uint32_t> indices);
 

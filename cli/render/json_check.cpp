@@ -12,8 +12,8 @@
 namespace veltrace::cli {
 namespace {
 
-/// Bytes that RapidJSON's Reader reads "in place", so that it copies no text: what it would write
-/// over them is dropped, and a handler gets each text as it stands between its quotation marks.
+/// Bytes that RapidJSON's Reader reads "in place", so that it copies no text: its writes are
+/// dropped, and a handler gets each text as it is between its quotation marks.
 class Input {
 public:
     using Ch = char;
@@ -30,7 +30,7 @@ public:
 
     char* PutBegin() { return const_cast<char*>(next_); }  // for reading only
     void Put(char /*c*/) {}
-    /// Counts the closing quotation mark, as if it were the NUL that the Reader puts there.
+    /// Counts the closing quotation mark in place of the NUL that the Reader writes there.
     std::size_t PutEnd(const char* start) { return static_cast<std::size_t>(next_ - start); }
     // NOLINTEND(readability-identifier-naming)
 
@@ -45,8 +45,8 @@ using Reader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, Js
 constexpr unsigned kStrict = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                              rapidjson::kParseValidateEncodingFlag;
 
-/// Whether a control character or a separator of lines starts `bytes`, whose first is no printable
-/// ASCII character.
+/// Whether a control character or a line separator starts `bytes`, whose first byte is not a
+/// printable ASCII character.
 bool startsInvisibly(std::string_view bytes) {
     const auto lead = static_cast<unsigned char>(bytes[0]);
     if (lead == 0xC2) {
@@ -80,12 +80,12 @@ bool isWrittenVisibly(std::string_view json) {
         }
         const auto byte = static_cast<unsigned char>(json[i]);
         if (byte == '\\') {
-            const std::string_view escape = json.substr(++i);  // two backslashes start no other
+            const std::string_view escape = json.substr(++i);  // also past a second backslash
             if (escape.starts_with('u') && !escape.starts_with("u00") &&
                 !escape.starts_with("u202")) {
                 return false;
             }
-            // What is no escape at all the Reader refuses, controls among it.
+            // The Reader rejects invalid escapes, control characters among them.
         } else if ((byte < 0x20 || byte >= 0x7F) && startsInvisibly(json.substr(i))) {
             return false;
         }
@@ -93,12 +93,12 @@ bool isWrittenVisibly(std::string_view json) {
     return true;
 }
 
-/// Ends the parsing where the nesting is deeper than any output.
+/// Ends the parsing when the nesting is deeper than that of any output.
 class DepthLimit : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, DepthLimit> {
 public:
     // NOLINTBEGIN(readability-identifier-naming): RapidJSON's names
-    bool StartArray() { return ++depth_ <= kDeepestJson; }
-    bool StartObject() { return ++depth_ <= kDeepestJson; }
+    bool StartArray() { return ++depth_ <= kMaxJsonDepth; }
+    bool StartObject() { return ++depth_ <= kMaxJsonDepth; }
     bool EndArray(rapidjson::SizeType /*count*/) { return depth_-- > 0; }
     bool EndObject(rapidjson::SizeType /*count*/) { return depth_-- > 0; }
     // NOLINTEND(readability-identifier-naming)
@@ -107,7 +107,7 @@ private:
     std::size_t depth_ = 0;
 };
 
-/// Notes a value of a list as a pattern, with a character for each of its parts.
+/// Records a value of a list as a pattern, with a character for each of its parts.
 class Pattern : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Pattern> {
 public:
     [[nodiscard]] const std::string& parts() const { return parts_; }

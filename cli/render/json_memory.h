@@ -7,8 +7,8 @@
 
 namespace veltrace::cli {
 
-/// An allocator for RapidJSON's stacks, which write to what they get without asking whether they
-/// got any: this one throws std::bad_alloc. The names are RapidJSON's.
+/// An allocator for RapidJSON's stacks, which do not check the result of an allocation: this one
+/// throws std::bad_alloc. The names are RapidJSON's.
 struct JsonMemory {
     static constexpr bool kNeedFree = true;
 

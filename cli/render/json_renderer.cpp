@@ -22,7 +22,7 @@ std::string_view nameOf(double nonfinite) {
     return nonfinite > 0 ? "Infinity" : "-Infinity";
 }
 
-bool holdsValues(zephra::Value value) {
+bool isContainer(zephra::Value value) {
     return value.classCode() == qvClassCell || value.classCode() == qvClassStruct;
 }
 
@@ -52,13 +52,13 @@ BoundedText& next(BoundedText& list) {
     return list;
 }
 
-/// One rendering. What is open is kept in a list, not on the call stack: values nest thousands
+/// One rendering. Open values are kept in a list, not on the call stack: values nest thousands
 /// deep.
 class Rendition {
 public:
     Rendition(const FieldSelection& selection, std::optional<std::size_t> omitLargerThan,
-              std::size_t largestOutput)
-        : allowance_(largestOutput),
+              std::size_t maxOutput)
+        : allowance_(maxOutput),
           omitLargerThan_(omitLargerThan),
           seen_(selection),
           root_(selection.root()) {}
@@ -77,8 +77,12 @@ public:
                 continueStructure();
             }
         }
-        return {std::move(body_).take(), std::move(nonfinite_).take(), std::move(latin1_).take(),
-                std::move(omitted_).take(), seen_.indices()};
+        return {std::move(body_).take(),
+                std::move(nonfinite_).take(),
+                std::move(latin1_).take(),
+                std::move(omitted_).take(),
+                {},
+                seen_.indices()};
     }
 
 private:
@@ -147,7 +151,7 @@ private:
         seen_.add(field);
         const bool isWanted =
             field.wanted == FieldSelection::Wanted::whole ||
-            (field.wanted == FieldSelection::Wanted::partly && holdsValues(value));
+            (field.wanted == FieldSelection::Wanted::partly && isContainer(value));
         if (isWanted) {
             json_.key(name);
             begin(value, field.inside);
@@ -211,7 +215,7 @@ private:
         json_.endArray();
     }
 
-    /// `within` gives the place in the array, of those elements that need one.
+    /// `within` returns the place in the array, for those elements that need one.
     template <typename Within>
     void writeElement(double number, Within within) {
         if (std::isfinite(number)) {
@@ -272,20 +276,20 @@ private:
 JsonRenderer::JsonRenderer(const RenderOptions& options)
     : selection_(options.fields),
       omitLargerThan_(options.omitLargerThan),
-      largestOutput_(options.largestOutput) {}
+      maxOutput_(options.maxOutput) {}
 
 Rendering JsonRenderer::render(zephra::Value output) const {
-    return Rendition(selection_, omitLargerThan_, largestOutput_).of(output);
+    return Rendition(selection_, omitLargerThan_, maxOutput_).of(output);
 }
 
 bool JsonRenderer::accepts(const Rendering& rendering) const {
     const std::size_t size = rendering.body.size() + rendering.nonfinite.size() +
                              rendering.latin1.size() + rendering.omitted.size();
-    return size <= largestOutput_ && isJsonArray(rendering.body) &&
+    return size <= maxOutput_ && isJsonArray(rendering.body) &&
            isListOf(ListedAs::nonfinite, rendering.nonfinite) &&
            isListOf(ListedAs::latin1, rendering.latin1) &&
            isListOf(ListedAs::omitted, rendering.omitted) &&
-           (omitLargerThan_ || rendering.omitted.empty()) &&
+           (omitLargerThan_ || rendering.omitted.empty()) && rendering.cells.empty() &&
            areIndicesOf(selection_, rendering.fieldsSeen);
 }
 

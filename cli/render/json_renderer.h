@@ -11,12 +11,12 @@ namespace veltrace::cli {
 
 /// Renders an output as one JSON array, nested to any depth that memory allows:
 /// - a structure array as a list of objects, a cell array as a list, in index order; fields that
-///   are not wanted are left out;
+///   are not selected are left out;
 /// - characters as one text of their low bytes, NULs included, see `appendText`;
 /// - numbers and logicals 1 x 1 as one number or boolean, 1 x n and n x 1 as a flat list, m x n as
 ///   a list of m rows (further dimensions count as columns), see `appendNumber`; NaN and infinities
 ///   as null;
-/// - an empty place, an empty number or logical array, and what is larger than the user wants as
+/// - an empty place, an empty number or logical array, and a value larger than the user's limit as
 ///   null; an empty output as [].
 ///
 /// The places in the lists of a rendering are JSON Pointers (RFC 6901) within a record, whose
@@ -31,7 +31,7 @@ public:
 private:
     FieldSelection selection_;
     std::optional<std::size_t> omitLargerThan_;
-    std::size_t largestOutput_;
+    std::size_t maxOutput_;
 };
 
 }  // namespace veltrace::cli

@@ -21,7 +21,7 @@ unsigned char byteAt(std::string_view bytes, std::size_t i) {
     return static_cast<unsigned char>(bytes[i]);
 }
 
-/// How many bytes `bytes` starts with that are ASCII, short of the last few.
+/// The length of the ASCII start of `bytes`, in whole blocks of eight.
 std::size_t asciiStart(std::string_view bytes) {
     constexpr std::uint64_t kHighBits = 0x8080808080808080;
     std::size_t end = 0;
@@ -52,7 +52,7 @@ constexpr std::array<Kind, 256> kKinds = [] {
     return kinds;
 }();
 
-/// Whether `bytes` stand for themselves: ASCII with nothing to escape, as nearly all texts are.
+/// Whether `bytes` are ASCII without anything to escape, as nearly all texts are.
 bool isPlainAscii(std::string_view bytes) {
     return std::ranges::all_of(bytes, [](char byte) {
         const auto code = static_cast<unsigned char>(byte);
@@ -60,8 +60,8 @@ bool isPlainAscii(std::string_view bytes) {
     });
 }
 
-/// Bytes at `i` that are one character to escape; 0: none. Reads on after a lead byte, as UTF-8 is
-/// never cut.
+/// The size of the character at `i` if it must be escaped, else 0. Reads beyond a lead byte, as
+/// UTF-8 is never cut.
 std::size_t escapedBytes(std::string_view utf8, std::size_t i) {
     switch (kKinds[byteAt(utf8, i)]) {
         case Kind::plain:
@@ -138,15 +138,15 @@ bool isWholeBelow2To53(double number) {
            number == static_cast<double>(static_cast<std::int64_t>(number));
 }
 
-constexpr std::size_t kLongestNumber = 24;  // -2.2250738585072014e-308
+constexpr std::size_t kMaxNumberSize = 24;  // -2.2250738585072014e-308
 
-/// Writes `number` and gives the end of its text.
+/// Writes `number` and returns the end of its text.
 char* writeNumber(char* text, double number) {
     if (number == 0 && std::signbit(number)) {
         return std::ranges::copy("-0.0"sv, text).out;
     }
     if (isWholeBelow2To53(number)) {
-        return std::to_chars(text, text + kLongestNumber, static_cast<std::int64_t>(number)).ptr;
+        return std::to_chars(text, text + kMaxNumberSize, static_cast<std::int64_t>(number)).ptr;
     }
     return fmt::format_to(text, FMT_COMPILE("{}"), number);
 }
@@ -197,7 +197,7 @@ void appendNumbers(BoundedText& out, std::span<const double> numbers) {
     std::array<char, 1024> text;  // NOLINT(cppcoreguidelines-pro-type-member-init): written first
     char* end = text.data();
     for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (text.data() + text.size() - end < std::ptrdiff_t{1 + kLongestNumber}) {
+        if (text.data() + text.size() - end < std::ptrdiff_t{1 + kMaxNumberSize}) {
             out.append({text.data(), end});
             end = text.data();
         }

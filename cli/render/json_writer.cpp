@@ -7,7 +7,7 @@
 namespace veltrace::cli {
 
 void JsonWriter::open() {
-    if (++depth_ > kDeepestJson) {
+    if (++depth_ > kMaxJsonDepth) {
         throw OutputTooLarge();
     }
 }

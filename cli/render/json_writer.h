@@ -12,13 +12,13 @@
 
 namespace veltrace::cli {
 
-/// Arrays and objects within each other that a text may have. The stack of a thread ends the
-/// nesting of any file long before.
-inline constexpr std::size_t kDeepestJson = std::size_t{1} << 20;
+/// Nesting of arrays and objects that a text may have. The stack of a thread limits the nesting of
+/// any file to far less.
+inline constexpr std::size_t kMaxJsonDepth = std::size_t{1} << 20;
 
-/// Writes one JSON value to `out`, which outlives it. RapidJSON's Writer sets the brackets, commas
-/// and colons; texts and numbers go to `out` in whole pieces. In an object, keys and values take
-/// turns. Every operation throws OutputTooLarge.
+/// Writes one JSON value to `out`, which outlives it. RapidJSON's Writer writes brackets, commas
+/// and colons; texts and numbers go to `out` in whole pieces. In an object, keys and values
+/// alternate. Every operation throws OutputTooLarge.
 class JsonWriter {
 public:
     explicit JsonWriter(BoundedText& out) : out_(out), stream_{&out}, writer_(stream_) {}
@@ -38,7 +38,7 @@ public:
     void numbers(std::span<const double> numbers);
     void boolean(bool value) { raw(value ? "true" : "false"); }
     void null() { raw("null"); }
-    /// A value that is JSON already.
+    /// A value that is already JSON.
     void raw(std::string_view json);
 
 private:
@@ -52,7 +52,7 @@ private:
     };
 
     void open();
-    /// What comes before a value whose text follows.
+    /// Writes what precedes a value whose text follows.
     void separate(rapidjson::Type type) { writer_.RawValue("", 0, type); }
 
     BoundedText& out_;

@@ -1,19 +1,20 @@
-// What the user asks of the values in the output.
+// The user's options for the values in the output.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "render/format.h"
-
 namespace veltrace::cli {
+
+enum class Format : std::uint8_t { text, json, ndjson, csv };
 
 struct RenderOptions {
     Format format = Format::text;
-    /// Dotted paths of field names; empty: every field. A path that ends at a directory stands for
-    /// the whole of it, and a path goes into every directory of a chain.
+    /// Dotted paths of field names; empty: every field. A path that ends at a directory selects it
+    /// whole, and a path goes into every directory of a chain.
     std::vector<std::string> fields;
     /// Elements of an array that text shows.
     std::size_t maxValues = 12;
@@ -22,7 +23,7 @@ struct RenderOptions {
     /// Text is marked up for a terminal.
     bool colour = false;
     /// Bytes that one rendering may have.
-    std::size_t largestOutput = std::size_t{16} << 20;
+    std::size_t maxOutput = std::size_t{16} << 20;
 };
 
 }  // namespace veltrace::cli

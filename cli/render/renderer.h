@@ -1,4 +1,4 @@
-// From values to text.
+// Renders values as text.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@
 
 namespace veltrace::cli {
 
-/// That a rendering would have more bytes than it may.
+/// A rendering would exceed its limit.
 class OutputTooLarge : public std::length_error {
 public:
     OutputTooLarge() : std::length_error("the output is too large") {}
@@ -28,9 +28,9 @@ public:
     /// OutputTooLarge, std::bad_alloc.
     [[nodiscard]] virtual Rendering render(zephra::Value output) const = 0;
 
-    /// Whether `rendering` is as this renderer makes it, as far as that protects whoever reads the
-    /// output: what a damaged process sends must not pass for more than a value. Costs no more
-    /// memory than a fixed part of the rendering, however deep it nests.
+    /// Whether `rendering` has the form that this renderer writes, as far as that protects readers
+    /// of the output: bytes of a compromised worker can only be values. Takes a fixed part of the
+    /// rendering's memory, however deep it nests.
     [[nodiscard]] virtual bool accepts(const Rendering& rendering) const = 0;
 
 protected:

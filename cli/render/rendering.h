@@ -1,4 +1,4 @@
-// The output of one file, as its format shows it.
+// The output of one file in its format.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,16 @@ namespace veltrace::cli {
 
 /// JSON lists are written without their brackets: elements separated by commas, or nothing.
 struct Rendering {
-    /// text: whole lines; json and ndjson: a JSON array of directories, in one line; csv: a JSON
-    /// array with the text of each selected field, in their order.
+    /// text: whole lines; json and ndjson: a JSON array of directories, in one line.
     std::string body;
-    /// json and ndjson: {"at", "is"} of each number that JSON cannot hold.
+    /// json and ndjson: {"at", "is"} of each number that JSON cannot represent.
     std::string nonfinite;
-    /// json and ndjson: the place of each text that is no valid UTF-8.
+    /// json and ndjson: the place of each text that is not valid UTF-8.
     std::string latin1;
     /// json and ndjson: {"at", "size"} of each value left out for its size.
     std::string omitted;
+    /// csv: see `CsvRenderer`.
+    std::vector<std::string> cells;
     /// Indices of the selected fields that occur, ascending.
     std::vector<std::uint32_t> fieldsSeen;
 

@@ -15,11 +15,11 @@ constexpr std::string_view kIndent = "  ";
 constexpr std::string_view kNothingSelected = "  none of the selected fields\n";
 constexpr char kEscape = '\x1b';
 
-/// The one of `kStyles` that `text` begins with, or nothing. Terminals obey more sequences, but
-/// text has no other.
+/// The one of `kStyles` that `text` begins with, or nothing. Terminals obey more escape sequences,
+/// but text has no others.
 std::string_view styleAt(std::string_view text) {
     const auto* const style = std::ranges::find_if(
-        kStyles, [text](std::string_view sequence) { return text.starts_with(sequence); });
+        kStyles, [text](std::string_view mark) { return text.starts_with(mark); });
     return style != kStyles.end() ? *style : std::string_view{};
 }
 
@@ -32,7 +32,7 @@ Rendering TextRenderer::render(zephra::Value output) const {
     if (output.empty()) {
         return {};
     }
-    Allowance allowance(options_.largestOutput);
+    Allowance allowance(options_.maxOutput);
     BoundedText text(allowance);
     TextWalk walk(options_, selection_, text);
     walk.write(output);
@@ -47,7 +47,7 @@ Rendering TextRenderer::render(zephra::Value output) const {
 
 bool TextRenderer::accepts(const Rendering& rendering) const {
     if (!rendering.nonfinite.empty() || !rendering.latin1.empty() || !rendering.omitted.empty() ||
-        !areIndicesOf(selection_, rendering.fieldsSeen)) {
+        !rendering.cells.empty() || !areIndicesOf(selection_, rendering.fieldsSeen)) {
         return false;
     }
     for (std::string_view rest = rendering.body; !rest.empty();) {
@@ -61,7 +61,7 @@ bool TextRenderer::accepts(const Rendering& rendering) const {
     return true;
 }
 
-/// No mark may reach beyond its line.
+/// Each line must end plain.
 bool TextRenderer::acceptsLine(std::string_view line) const {
     bool isPlain = true;
     for (auto escape = line.find(kEscape); escape != std::string_view::npos;

@@ -7,10 +7,10 @@
 namespace veltrace::cli {
 
 /// Each directory as a heading with aligned "Name  value" lines, numbers with their units; the
-/// directories nested in one follow its lines, indented. Empty fields are left out, and of a
-/// selection each directory in which there is nothing of it. The body of an empty output is empty;
-/// one line says when there are directories but nothing selected in them. Every line is indented,
-/// so that none can pass for the heading of a file.
+/// directories nested in one follow its lines, indented. Empty fields are left out, and with a
+/// selection each directory that has none of its fields. The body of an empty output is empty; one
+/// line reports directories without any selected field. Every line is indented, so that none can
+/// pass for the heading of a file.
 class TextRenderer : public Renderer {
 public:
     explicit TextRenderer(const RenderOptions& options);

@@ -1,4 +1,4 @@
-// Marks that a terminal takes as colour.
+// Escape sequences for colour.
 #pragma once
 
 #include <array>
@@ -13,8 +13,7 @@ inline constexpr std::string_view kCyan = "\x1b[36m";
 inline constexpr std::string_view kPlain = "\x1b[0m";
 inline constexpr std::array kStyles{kBold, kDim, kCyan, kPlain};
 
-/// Marks texts up, or leaves them as they are when there is no colour. What is marked up ends
-/// plain.
+/// Marks texts up, or returns them unchanged without colour. Marked text ends plain.
 class TextStyle {
 public:
     explicit TextStyle(bool hasColour) : hasColour_(hasColour) {}

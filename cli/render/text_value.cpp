@@ -6,12 +6,12 @@
 #include <string_view>
 
 #include "render/escape.h"
-#include "render/number_text.h"
+#include "render/measured_value.h"
 
 namespace veltrace::cli {
 namespace {
 
-constexpr std::size_t kShownBytes = 400;
+constexpr std::size_t kMaxShownBytes = 400;
 
 std::string sizeOf(zephra::Value value) {
     return fmt::format("{}", fmt::join(value.dimensions(), " x "));
@@ -42,7 +42,7 @@ void TextValueWriter::writeSize(zephra::Value container) {
 
 void TextValueWriter::writeText(zephra::Value value) {
     const std::string text = withoutFinalNuls(value.text());
-    const std::string_view shown = firstBytes(text, kShownBytes);
+    const std::string_view shown = firstBytes(text, kMaxShownBytes);
     out_.append(visible(shown));
     if (shown.size() < text.size()) {
         out_.append("... ");
@@ -50,7 +50,7 @@ void TextValueWriter::writeText(zephra::Value value) {
     }
 }
 
-/// The elements row by row, so that the colours of a colour map stand together.
+/// The elements row by row, so that each row of a colour map is one colour.
 void TextValueWriter::writeArray(zephra::Value value) {
     const std::size_t rows = value.dimensions().front();
     const std::size_t columns = value.size() / rows;
@@ -80,7 +80,7 @@ void TextValueWriter::writeElement(zephra::Value value, std::size_t index) {
     }
 }
 
-/// A cell array within a cell is only named: a line has no room for more.
+/// A cell array within a cell is replaced by its size: a line has no room for more.
 void TextValueWriter::writeCell(zephra::Value value) {
     if (value.classCode() == qvClassCell) {
         writeSize(value);

@@ -1,4 +1,4 @@
-// Host values in one line of text.
+// Host values as one line of text.
 #pragma once
 
 #include <cstddef>
@@ -10,14 +10,14 @@
 
 namespace veltrace::cli {
 
-/// Whether a value has nothing to show: it is empty, or all of its characters are NUL.
+/// Whether there is nothing to show: the value is empty, or all of its characters are NUL.
 [[nodiscard]] bool isBlank(zephra::Value value);
 
 /// Writes values for a person, each in one line that is safe for a terminal: characters without
 /// their trailing NULs, numbers and cells separated by commas, the rows of a matrix by semicolons.
-/// A structure array, and a cell array within a cell, is only named by its size.
+/// A structure array, and a cell array within a cell, is replaced by its size.
 /// Of an array only the first `maxValues` elements are shown, of a text the first 400 bytes, then
-/// its size. The throws are those of `BoundedText`.
+/// its size. Throws OutputTooLarge.
 class TextValueWriter {
 public:
     TextValueWriter(BoundedText& out, std::size_t maxValues, TextStyle style)

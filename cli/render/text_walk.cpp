@@ -11,12 +11,12 @@ namespace veltrace::cli {
 namespace {
 
 constexpr std::size_t kIndentStep = 2;
-// Deeper directories stay at this indent and tell their depth instead: lines that grow with the
-// depth would make the output of a deep file grow with its square.
-constexpr std::size_t kDeepestIndent = 16;
+// Deeper directories keep this indent, and their headings state the depth: otherwise the output of
+// a deep file would grow with the square of its depth.
+constexpr std::size_t kMaxIndent = 16;
 
 std::string indentAt(std::size_t depth) {
-    return fmt::format("{:{}}", "", kIndentStep * std::min(depth, kDeepestIndent));
+    return fmt::format("{:{}}", "", kIndentStep * std::min(depth, kMaxIndent));
 }
 
 bool isDirectories(zephra::Value value) {
@@ -85,7 +85,7 @@ void TextWalk::writeHeading(const Open& open, std::size_t depth) {
     if (open.directories.size() > 1) {
         heading += fmt::format(" {} of {}", open.element + 1, open.directories.size());
     }
-    if (depth > kDeepestIndent) {
+    if (depth > kMaxIndent) {
         heading += fmt::format(" (depth {})", depth);
     }
     out_.append(indentAt(depth));

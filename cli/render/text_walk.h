@@ -1,4 +1,4 @@
-// The directories of an output, one after the other as text shows them.
+// Writes the directories of an output as text.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +14,8 @@
 
 namespace veltrace::cli {
 
-/// Writes the directories of one output to `out`. What is open is kept in a list, not on the call
-/// stack: directories nest thousands deep.
+/// Writes the directories of one output to `out`. Open directories are kept in a list, not on the
+/// call stack: they nest thousands deep.
 class TextWalk {
 public:
     TextWalk(const RenderOptions& options, const FieldSelection& selection, BoundedText& out)
@@ -35,7 +35,7 @@ private:
         std::string_view label;
         zephra::Value directories;
         FieldSelection::Place place;
-        bool isWhole;  // its headings stand also where it has no lines
+        bool isWhole;  // it has headings even without lines
         std::size_t element = 0;
         std::size_t field = 0;
         bool hasHeading = false;

@@ -9,7 +9,7 @@ std::optional<Feed::File> Feed::next() {
     }
     File file;
     try {
-        switch (inputs_.next(file.sequence, file.path)) {
+        switch (inputs_.next(file.id, file.path)) {
             case Inputs::State::name:
                 return file;
             case Inputs::State::later:
@@ -20,7 +20,7 @@ std::optional<Feed::File> Feed::next() {
                 break;
         }
     } catch (const NamesError& error) {
-        ending_.complaint = error.what();
+        error_ = error.what();
         isAtEnd_ = true;
     }
     return std::nullopt;

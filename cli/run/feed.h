@@ -1,4 +1,4 @@
-// The inputs of a reading, taken one by one.
+// The inputs of a run, one by one.
 #pragma once
 
 #include <cstdint>
@@ -9,30 +9,31 @@
 
 namespace veltrace::cli {
 
-/// Asks for names until there are no more.
+/// Takes names from the inputs until they end.
 class Feed {
 public:
     explicit Feed(Inputs& inputs) : inputs_(inputs) {}
 
     struct File {
-        std::uint64_t sequence = 0;
+        std::uint64_t id = 0;
         std::string path;
     };
 
-    /// The next file, if one is there now.
+    /// The next file, if its name is available now.
     [[nodiscard]] std::optional<File> next();
 
-    /// Whether `next` will give no more.
+    /// Whether `next` will return no more files.
     [[nodiscard]] bool isAtEnd() const { return isAtEnd_; }
-    /// What to wait for when `next` gave nothing; -1 for nothing.
+    /// The descriptor to wait for when `next` returned nothing; -1 for none.
     [[nodiscard]] int descriptor() const { return isLate_ ? inputs_.descriptor() : -1; }
-    [[nodiscard]] const Ending& ending() const { return ending_; }
-    /// The number of files once all names have come.
+    /// What is wrong with the inputs; empty: nothing.
+    [[nodiscard]] const std::string& error() const { return error_; }
+    /// The number of files once all names are known.
     [[nodiscard]] std::optional<std::uint64_t> total() const;
 
 private:
     Inputs& inputs_;
-    Ending ending_;
+    std::string error_;
     bool isAtEnd_ = false;
     bool isLate_ = false;
 };

@@ -11,8 +11,8 @@
 namespace veltrace::cli {
 namespace {
 
-// Signal handlers have no other way to reach anything.
-std::atomic<int> endingSignal{0};
+// Signal handlers can reach globals only.
+std::atomic<int> interruptingSignal{0};
 std::atomic<bool> childChanged{false};
 std::atomic<int> wakeUp{-1};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
@@ -22,7 +22,7 @@ void handleSignal(int signal) {
     if (signal == SIGCHLD) {
         childChanged = true;
     } else {
-        endingSignal = signal;
+        interruptingSignal = signal;
     }
     const std::uint64_t one = 1;
     // A full counter is readable as well.
@@ -52,17 +52,17 @@ void catchInterruptions() {
     }
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         if (!isIgnored(signal)) {
-            // Not restarted: a write that waits for a reader is to notice.
+            // Without SA_RESTART, so that a write that waits for a reader fails.
             handle(signal, static_cast<int>(SA_RESETHAND));
         }
     }
-    // Also if it is ignored: the system would then forget children at once, and soon give their
-    // ids, which this process sends signals to, to others.
+    // Also if it is ignored: the system would then forget children at once, and this process might
+    // send signals to other processes with their ids.
     handle(SIGCHLD, SA_RESTART);
 }
 
 int interruption() {
-    return endingSignal;
+    return interruptingSignal;
 }
 
 bool takeChildChange() {

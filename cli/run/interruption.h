@@ -7,13 +7,13 @@ namespace veltrace::cli {
 /// the process; a second one of a kind ends the process. To be called once.
 void catchInterruptions();
 
-/// The signal that asks for the end of the run, or 0.
+/// The signal that ends the run, or 0.
 [[nodiscard]] int interruption();
 
 /// Whether the state of a child process has changed since the last call.
 [[nodiscard]] bool takeChildChange();
 
-/// Readable after a signal that one of the two above tells, until `forgetWakeUp`.
+/// Readable after a signal that one of the two above reports, until `forgetWakeUp`.
 [[nodiscard]] int wakeUpDescriptor();
 void forgetWakeUp();
 

@@ -4,22 +4,22 @@
 #include <thread>
 #include <utility>
 
+#include "descriptor.h"
 #include "render/renderer.h"
 #include "run/feed.h"
 #include "run/interruption.h"
 #include "run/reading.h"
-#include "run/wait.h"
 
 namespace veltrace::cli {
 namespace {
 
-/// Longer than a wait that was asked for takes unless this process was stopped.
-constexpr std::chrono::milliseconds kOversleep{100};
-/// Work between two waits that no worker can make longer, piece by piece, at its own pace. What
-/// takes longer waited for something: the output, the list of names, the end of a process.
-constexpr std::chrono::milliseconds kWork{10};
-/// A few small files are read in this time, and a large one does not get noticeably later.
-constexpr std::chrono::microseconds kGathering{150};
+/// A wait exceeds its time by more than this only if this process was stopped.
+constexpr std::chrono::milliseconds kMaxOversleep{100};
+/// Work between two waits, which no worker can prolong. What takes longer waited for something: the
+/// output, the list of names, the end of a process.
+constexpr std::chrono::milliseconds kMaxWork{10};
+/// Long enough for a few small files, and too short to delay a large one noticeably.
+constexpr std::chrono::microseconds kGatherTime{150};
 
 class IsolatedReading {
 public:
@@ -27,12 +27,12 @@ public:
         : reading_(reading),
           checker_(makeRenderer(setup.render)),
           pool_(options, setup, *checker_,
-                [this](std::uint64_t sequence, Outcome outcome) {
-                    reading_.sink.deliver(sequence, std::move(outcome));
+                [this](std::uint64_t id, Outcome outcome) {
+                    reading_.sink.deliver(id, std::move(outcome));
                 }),
           feed_(reading.inputs) {}
 
-    Ending run() {
+    std::string run() {
         while (interruption() == 0) {
             feed();
             if (feed_.isAtEnd() && pool_.isIdle()) {
@@ -43,7 +43,7 @@ public:
             reading_.progress.show(reading_.sink.tally(),
                                    reading_.total ? reading_.total : feed_.total());
         }
-        return feed_.ending();
+        return feed_.error();
     }
 
 private:
@@ -55,22 +55,22 @@ private:
             if (!file) {
                 return;
             }
-            reading_.sink.expect(file->sequence, file->path);
-            pool_.submit(file->sequence, std::move(file->path));
+            reading_.sink.expect(file->id, file->path);
+            pool_.submit(file->id, std::move(file->path));
         }
     }
 
-    /// A process that sleeps is woken for every answer, which costs both sides more than a small
-    /// file does. While the workers have enough to do, answers are left to gather.
+    /// Waking this process for each answer takes both sides longer than reading a small file. While
+    /// the workers are busy, answers gather.
     void letAnswersGather() {
         if (pool_.isBusy()) {
-            std::this_thread::sleep_for(kGathering);
+            std::this_thread::sleep_for(kGatherTime);
         }
     }
 
     void wait() {
-        // Names that are not taken now would be ready all the time.
         letAnswersGather();
+        // Without room for more files, names that are ready would end every wait.
         set_ = {{wakeUpDescriptor(), POLLIN, 0}, {hasRoom() ? feed_.descriptor() : -1, POLLIN, 0}};
         pool_.addTo(set_, reading_.sink.heldBytes());
         waitForReady();
@@ -91,16 +91,16 @@ private:
         const auto until = std::min(pool_.nextDeadline(), reading_.progress.nextUpdate());
         waitFor(set_, until);
         workStart_ = Clock::now();
-        // Whatever stopped this process may have stopped the workers too.
-        if (start < until && workStart_ - kOversleep > until) {
+        // If this process was stopped, the workers may have been stopped too.
+        if (start < until && workStart_ - kMaxOversleep > until) {
             pool_.postpone(workStart_ - start);
         }
     }
 
-    /// Whoever takes the records may have been slow.
+    /// The reader of the output may have been slow.
     void postponeForWork() {
         const auto start = std::exchange(workStart_, Clock::now());
-        if (workStart_ - start > kWork) {
+        if (workStart_ - start > kMaxWork) {
             pool_.postpone(workStart_ - start);
         }
     }
@@ -110,12 +110,13 @@ private:
     Pool pool_;
     Feed feed_;
     std::vector<pollfd> set_;
-    Clock::time_point workStart_ = Clock::now();  // of what is done between two waits
+    Clock::time_point workStart_ = Clock::now();  // of the work between two waits
 };
 
 }  // namespace
 
-Ending readIsolated(const Reading& reading, const PoolOptions& options, const WorkerSetup& setup) {
+std::string readIsolated(const Reading& reading, const PoolOptions& options,
+                         const WorkerSetup& setup) {
     return IsolatedReading(reading, options, setup).run();
 }
 

@@ -1,4 +1,4 @@
-// How far a run is, for a person at a terminal.
+// The progress of a run, for a person at a terminal.
 #pragma once
 
 #include <chrono>
@@ -18,14 +18,14 @@ public:
     explicit Progress(bool isWanted) : isWanted_(isWanted), start_(Clock::now()) {}
 
     [[nodiscard]] Clock::duration elapsed() const { return Clock::now() - start_; }
-    /// When `show` has something new to say.
+    /// When `show` has something new to show.
     [[nodiscard]] Clock::time_point nextUpdate() const;
 
     /// `total`: number of files, once known.
     void show(const Tally& tally, std::optional<std::uint64_t> total);
-    /// Makes room for another line of the same terminal.
+    /// Clears the line, so that another one can be written.
     void clear();
-    /// The last line, if any other was worth it.
+    /// Writes the final line if progress was shown before.
     void finish(const Tally& tally);
 
 private:

@@ -1,4 +1,4 @@
-// Files on their way from their names to their records.
+// Reads all files of a run.
 #pragma once
 
 #include <optional>
@@ -17,21 +17,16 @@ struct Reading {
     Inputs& inputs;
     RecordSink& sink;
     Progress& progress;
-    std::optional<std::uint64_t> total;  ///< the number of files, if it is known beforehand
-};
-
-/// How a reading ended, if not with the last file.
-struct Ending {
-    std::string complaint;  ///< what is wrong with the inputs; empty: nothing
+    std::optional<std::uint64_t> total;  ///< the number of files, if it is known in advance
 };
 
 /// Reads all files with processes of a pool, until the last one or an interruption. Every file that
-/// was begun before the inputs failed has its record. Throws WorkersFail, zephra::LoadError,
-/// OutputError.
-[[nodiscard]] Ending readIsolated(const Reading& reading, const PoolOptions& options,
-                                  const WorkerSetup& setup);
+/// was started before the inputs failed has its record. Returns what is wrong with the inputs;
+/// empty: nothing. Throws WorkersFail, zephra::LoadError, OutputError.
+[[nodiscard]] std::string readIsolated(const Reading& reading, const PoolOptions& options,
+                                       const WorkerSetup& setup);
 
-/// Reads all files in this process. Throws zephra::LoadError, OutputError.
-[[nodiscard]] Ending readInProcess(const Reading& reading, const WorkerSetup& setup);
+/// The same in this process. Throws zephra::LoadError, OutputError.
+[[nodiscard]] std::string readInProcess(const Reading& reading, const WorkerSetup& setup);
 
 }  // namespace veltrace::cli

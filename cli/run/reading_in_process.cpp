@@ -2,11 +2,11 @@
 
 #include "zephra/host/module.h"
 
+#include "descriptor.h"
 #include "render/renderer.h"
 #include "run/feed.h"
 #include "run/interruption.h"
 #include "run/reading.h"
-#include "run/wait.h"
 #include "worker/file_reader.h"
 
 namespace veltrace::cli {
@@ -20,23 +20,23 @@ void waitForNames(const Feed& feed) {
 
 }  // namespace
 
-Ending readInProcess(const Reading& reading, const WorkerSetup& setup) {
+std::string readInProcess(const Reading& reading, const WorkerSetup& setup) {
     const zephra::Module module = zephra::Module::load(setup.module);
     const auto renderer = makeRenderer(setup.render);
     FileReader reader(module.entryPoint(), *renderer);
     Feed feed(reading.inputs);
     while (interruption() == 0 && !feed.isAtEnd()) {
         if (const auto file = feed.next()) {
-            reading.sink.expect(file->sequence, file->path);
-            reading.sink.deliver(file->sequence, reader.read(file->path));
-            reading.sink.flush();  // the next file may end this process
+            reading.sink.expect(file->id, file->path);
+            reading.sink.deliver(file->id, reader.read(file->path));
+            reading.sink.flush();  // the next file may crash this process
             reading.progress.show(reading.sink.tally(),
                                   reading.total ? reading.total : feed.total());
         } else if (!feed.isAtEnd()) {
             waitForNames(feed);
         }
     }
-    return feed.ending();
+    return feed.error();
 }
 
 }  // namespace veltrace::cli

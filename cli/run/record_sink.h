@@ -1,4 +1,4 @@
-// Where records go, in which order.
+// Writes records to the output, in order.
 #pragma once
 
 #include <cstddef>
@@ -19,31 +19,30 @@ namespace veltrace::cli {
 struct SinkOptions {
     RenderOptions render;
     bool isOrdered = true;
-    /// Whether warnings and errors are told on standard error, because the format does not hold
-    /// them.
-    bool tellsMessages = true;
-    /// Whether records appear where progress does.
+    /// Whether warnings and errors go to standard error, because the format has no place for them.
+    bool writesMessages = true;
+    /// Whether records and progress go to the same terminal.
     bool sharesTerminal = false;
 };
 
-/// Writes records: in the order of the inputs, or as they come. Holds on to those whose turn has
-/// not come.
+/// Writes records in the order of the inputs, or as they are ready. Keeps those that must wait for
+/// earlier ones.
 class RecordSink {
 public:
     /// `output` and `progress` outlive the sink.
     RecordSink(SinkOptions options, OutputFile& output, Progress& progress);
 
-    /// A file that will have an outcome. Sequences ascend.
-    void expect(std::uint64_t sequence, std::string path);
-    void deliver(std::uint64_t sequence, Outcome outcome);
-    /// Writes what is not written yet. Records wait for this, or until there are many of them.
+    /// A file that will have an outcome. Ids ascend.
+    void expect(std::uint64_t id, std::string path);
+    void deliver(std::uint64_t id, Outcome outcome);
+    /// Writes records that wait in the buffer.
     void flush();
-    /// Completes the output, which is then whole also without any record.
+    /// Completes the output, also if it has no record.
     void end();
 
-    /// Whether another record may be expected without holding on to too much.
+    /// Whether the kept records leave room for another one.
     [[nodiscard]] bool hasRoom() const;
-    /// Bytes of the outcomes that are held, roughly.
+    /// Bytes of the kept outcomes, roughly.
     [[nodiscard]] std::size_t heldBytes() const { return heldBytes_; }
 
     [[nodiscard]] const Tally& tally() const { return tally_; }
@@ -57,8 +56,8 @@ private:
     };
 
     void begin();
-    void writeThoseInTurn();
-    void write(std::uint64_t sequence, Held held);
+    void writeNextInOrder();
+    void write(std::uint64_t id, Held held);
 
     SinkOptions options_;
     std::unique_ptr<RecordWriter> writer_;

@@ -2,6 +2,9 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <fmt/format.h>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,10 +15,7 @@
 #include "zephra/host/module.h"
 
 #include "exit_status.h"
-#include "hidden_modes.h"
 #include "messages.h"
-#include "module_path.h"
-#include "names/argument_names.h"
 #include "names/listed_names.h"
 #include "names/walk_process.h"
 #include "names/walked_names.h"
@@ -40,20 +40,29 @@ bool isColoured(const Options& options) {
         return true;
     }
     // https://no-color.org: set and not empty.
-    const char* const refusal = std::getenv("NO_COLOR");
-    return (refusal == nullptr || *refusal == '\0') && options.output.empty() &&
+    const char* const noColor = std::getenv("NO_COLOR");
+    return (noColor == nullptr || *noColor == '\0') && options.output.empty() &&
            isOnTerminal(STDOUT_FILENO);
 }
 
-bool isChosen(When when, bool otherwise) {
-    return when == When::automatic ? otherwise : when == When::always;
+bool isChosen(When when, bool fallback) {
+    return when == When::automatic ? fallback : when == When::always;
 }
 
 OutputFile openOutput(const std::string& target) {
     return target.empty() ? OutputFile() : OutputFile(target);
 }
 
-/// One run, in the order of its parts.
+/// `veltrace.so` in the directory of the running executable.
+std::filesystem::path defaultModulePath() {
+    try {
+        return std::filesystem::read_symlink("/proc/self/exe").replace_filename("veltrace.so");
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw zephra::LoadError(fmt::format("cannot find the module: {}", error.what()));
+    }
+}
+
+/// One run.
 class Run {
 public:
     explicit Run(const Options& options)
@@ -70,19 +79,19 @@ public:
     }
 
     int run() {
-        const Ending ending = read();
+        const std::string inputError = read();
         if (interruption() != 0) {
-            return keepWhatIsComplete();
+            return keepCompleteRecords();
         }
-        if (inputs_.seen() == 0 && ending.complaint.empty()) {
+        if (inputs_.seen() == 0 && inputError.empty()) {
             writeMessage(std::cerr, "no files to read were found");
             return kWrongUsage;
         }
         sink_.end();
         output_.commit();
         finish();
-        if (!ending.complaint.empty()) {
-            writeVisibleMessage(std::cerr, ending.complaint);
+        if (!inputError.empty()) {
+            writeVisibleMessage(std::cerr, inputError);
             return kInternalFault;
         }
         return status();
@@ -119,7 +128,7 @@ private:
                 !isInRecords_, options_.output.empty() && isatty(STDOUT_FILENO) == 1};
     }
 
-    Ending read() {
+    std::string read() {
         const WorkerSetup setup{
             render_,
             options_.module.empty() ? defaultModulePath() : options_.module,
@@ -135,15 +144,15 @@ private:
         return readIsolated(reading, pool, setup);
     }
 
-    /// The number of files, if the command line tells it.
+    /// The number of files, if the command line alone determines it.
     [[nodiscard]] std::optional<std::uint64_t> total() const {
-        const bool isTold = !options_.isRecursive && options_.lists.empty() &&
-                            options_.nulLists.empty() && !options_.shard &&
-                            options_.resumeFrom.empty();
-        return isTold ? std::optional<std::uint64_t>(options_.files.size()) : std::nullopt;
+        const bool isKnown = !options_.isRecursive && options_.lists.empty() &&
+                             options_.nulLists.empty() && !options_.shard &&
+                             options_.resumeFrom.empty();
+        return isKnown ? std::optional<std::uint64_t>(options_.files.size()) : std::nullopt;
     }
 
-    int keepWhatIsComplete() {
+    int keepCompleteRecords() {
         sink_.end();
         if (sink_.tally().files() > 0) {
             output_.keepPartial();
@@ -191,9 +200,9 @@ private:
     std::unique_ptr<OutputFile> summary_;
 };
 
-/// Runs `body`; what it throws becomes a message and an exit status.
+/// Runs `body`; an exception becomes a message and an exit status.
 int guarded(const std::function<int()>& body) {
-    const auto complain = [](std::string_view what, int status) {
+    const auto fail = [](std::string_view what, int status) {
         writeVisibleMessage(std::cerr, what);
         return status;
     };
@@ -204,13 +213,13 @@ int guarded(const std::function<int()>& body) {
     } catch (const OutputInterrupted&) {
         return kSignalled + interruption();
     } catch (const OutputError& error) {
-        return complain(error.what(), kOutputFailed);
+        return fail(error.what(), kOutputFailed);
     } catch (const NamesError& error) {
-        return complain(error.what(), kWrongUsage);
+        return fail(error.what(), kWrongUsage);
     } catch (const zephra::LoadError& error) {
-        return complain(visible(error.what()), kWrongUsage);
+        return fail(visible(error.what()), kWrongUsage);
     } catch (const std::exception& error) {
-        return complain(visible(error.what()), kInternalFault);
+        return fail(visible(error.what()), kInternalFault);
     }
 }
 

@@ -11,7 +11,7 @@ namespace veltrace::cli {
 /// the exit status.
 [[nodiscard]] int run(const Options& options);
 
-/// Prints `text` to standard output; what `run` does with a failure happens to it too.
+/// Prints `text` to standard output; failures are handled as in `run`.
 [[nodiscard]] int print(std::string_view text);
 
 }  // namespace veltrace::cli

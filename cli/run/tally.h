@@ -1,4 +1,4 @@
-// What a run has come to.
+// Counts of a run.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace veltrace::cli {
 
-/// Counts outcomes.
+/// Counts outcomes by status.
 class Tally {
 public:
     void add(Status status) { ++counts_.at(static_cast<std::size_t>(status)); }
@@ -21,8 +21,8 @@ public:
     [[nodiscard]] std::uint64_t files() const;
     [[nodiscard]] std::uint64_t failed() const;
 
-    /// "12 files: 9 ok, 2 warned, 1 error; 34.5 files/s"; causes of failure that did not occur are
-    /// left out.
+    /// "12 files: 9 ok, 2 warned, 1 error; 34.5 files/s"; failures that did not occur are left
+    /// out.
     [[nodiscard]] std::string line(std::chrono::duration<double> time) const;
     /// A JSON object: "files", a number for each status, "seconds", "files_per_second"; ends with a
     /// newline.

@@ -8,7 +8,7 @@
 
 namespace veltrace::cli {
 
-/// That received bytes are not what their sender should have sent.
+/// Received bytes are not what their sender should have sent.
 class BadFrame : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -27,7 +27,7 @@ private:
     std::string& bytes_;
 };
 
-/// Takes values from the front of bytes that may be anything. Throws BadFrame.
+/// Takes values from the front of untrusted bytes. Throws BadFrame.
 class Decoder {
 public:
     explicit Decoder(std::string_view bytes) : bytes_(bytes) {}
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] std::string_view text();
     [[nodiscard]] bool flag() { return numberUpTo(1) == 1; }
 
-    /// Throws when something is left.
+    /// Throws when bytes are left.
     void end() const;
 
 private:

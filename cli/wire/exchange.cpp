@@ -8,8 +8,8 @@
 namespace veltrace::cli {
 namespace {
 
-/// Sizes of texts, and the fields seen.
-constexpr std::size_t kMostOtherBytes = std::size_t{1} << 20;
+/// Sizes of texts.
+constexpr std::size_t kMaxOtherBytes = std::size_t{1} << 20;
 
 void encode(Encoder& to, const zephra::Message& message) {
     to.text(message.identifier);
@@ -27,32 +27,39 @@ void encode(Encoder& to, const Rendering& rendering) {
     to.text(rendering.nonfinite);
     to.text(rendering.latin1);
     to.text(rendering.omitted);
+    to.number(rendering.cells.size());
+    for (const std::string& cell : rendering.cells) {
+        to.text(cell);
+    }
     to.number(rendering.fieldsSeen.size());
     for (const std::uint32_t field : rendering.fieldsSeen) {
         to.number(field);
     }
 }
 
-Rendering decodedRendering(Decoder& from) {
+Rendering decodedRendering(Decoder& from, std::size_t maxFields) {
     Rendering rendering;
     rendering.body = from.text();
     rendering.nonfinite = from.text();
     rendering.latin1 = from.text();
     rendering.omitted = from.text();
-    // Not taken as a size: the elements must come first.
-    for (std::uint64_t left = from.number(); left > 0; --left) {
+    const std::uint64_t maxCells = 1 + std::uint64_t{maxFields};  // and the number of directories
+    for (std::uint64_t left = from.numberUpTo(maxCells); left > 0; --left) {
+        rendering.cells.emplace_back(from.text());
+    }
+    for (std::uint64_t left = from.numberUpTo(maxFields); left > 0; --left) {
         rendering.fieldsSeen.push_back(
             static_cast<std::uint32_t>(from.numberUpTo(std::numeric_limits<std::uint32_t>::max())));
     }
     return rendering;
 }
 
-/// Of the others the parent is the judge.
+/// The other two are for the parent to decide.
 Status decodedStatus(Decoder& from) {
     const auto status =
         static_cast<Status>(from.numberUpTo(static_cast<std::uint64_t>(Status::unreadable)));
     if (status == Status::limitTime || status == Status::crashed) {
-        throw BadFrame("a worker cannot know this status");
+        throw BadFrame("a worker cannot report this status");
     }
     return status;
 }
@@ -62,19 +69,20 @@ void check(const Outcome& outcome) {
     if (isFailure(outcome.status) != outcome.error.has_value() ||
         (outcome.status == Status::ok && hasWarnings) ||
         (outcome.status == Status::warned && !hasWarnings) ||
-        (outcome.warningsDropped > 0 && outcome.warnings.size() != kMostWarnings) ||
+        (outcome.warningsDropped > 0 && outcome.warnings.size() != kMaxWarnings) ||
         (outcome.error && outcome.rendering != Rendering{})) {
         throw BadFrame("status and messages disagree");
     }
-    if (messageBytes(outcome) > kMostMessageBytes) {
+    if (messageBytes(outcome) > kMaxMessageBytes) {
         throw BadFrame("the messages are too long");
     }
 }
 
 }  // namespace
 
-std::size_t largestAnswer(std::size_t largestOutput) {
-    return largestOutput + kMostMessageBytes + kMostOtherBytes;
+std::size_t maxAnswer(std::size_t maxOutput, std::size_t maxFields) {
+    constexpr std::size_t kMaxFieldBytes = 2 * sizeof(std::uint64_t);  // size of a cell, and index
+    return maxOutput + kMaxMessageBytes + kMaxOtherBytes + maxFields * kMaxFieldBytes;
 }
 
 std::size_t messageBytes(const Outcome& outcome) {
@@ -99,10 +107,10 @@ std::string encoded(const WorkerSetup& setup) {
         to.number(*setup.render.omitLargerThan);
     }
     to.number(setup.render.colour ? 1 : 0);
-    to.number(setup.render.largestOutput);
+    to.number(setup.render.maxOutput);
     to.text(setup.module);
     to.number(setup.memoryLimit);
-    to.number(setup.isConfined ? 1 : 0);
+    to.number(setup.isSandboxed ? 1 : 0);
     to.number(static_cast<std::uint64_t>(setup.parent));
     return bytes;
 }
@@ -120,10 +128,10 @@ WorkerSetup decodedSetup(std::string_view payload) {
         setup.render.omitLargerThan = from.number();
     }
     setup.render.colour = from.flag();
-    setup.render.largestOutput = from.number();
+    setup.render.maxOutput = from.number();
     setup.module = from.text();
     setup.memoryLimit = from.number();
-    setup.isConfined = from.flag();
+    setup.isSandboxed = from.flag();
     setup.parent = static_cast<std::int64_t>(from.number());
     from.end();
     return setup;
@@ -147,7 +155,7 @@ void encode(const Answer& answer, std::string& bytes) {
     encode(to, outcome.rendering);
 }
 
-Answer decodedAnswer(std::string_view payload) {
+Answer decodedAnswer(std::string_view payload, std::size_t maxFields) {
     Answer answer;
     Outcome& outcome = answer.outcome;
     Decoder from(payload);
@@ -156,12 +164,12 @@ Answer decodedAnswer(std::string_view payload) {
     if (from.flag()) {
         outcome.error = decodedMessage(from);
     }
-    for (std::uint64_t left = from.numberUpTo(kMostWarnings); left > 0; --left) {
+    for (std::uint64_t left = from.numberUpTo(kMaxWarnings); left > 0; --left) {
         outcome.warnings.push_back(decodedMessage(from));
     }
     outcome.warningsDropped = from.number();
     outcome.elapsedMicroseconds = from.number();
-    outcome.rendering = decodedRendering(from);
+    outcome.rendering = decodedRendering(from, maxFields);
     from.end();
     check(outcome);
     return answer;

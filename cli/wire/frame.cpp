@@ -6,7 +6,7 @@
 namespace veltrace::cli {
 namespace {
 
-/// What a buffer keeps although it is empty.
+/// Capacity that an empty buffer keeps.
 constexpr std::size_t kSmallBuffer = std::size_t{1} << 20;
 
 std::uint32_t sizeIn(std::string_view header) {
@@ -17,10 +17,10 @@ std::uint32_t sizeIn(std::string_view header) {
 
 }  // namespace
 
-std::size_t beginFrame(std::string& bytes, std::uint64_t sequence) {
+std::size_t beginFrame(std::string& bytes, std::uint64_t id) {
     const std::size_t begin = bytes.size();
     bytes.append(sizeof(std::uint32_t), '\0');
-    Encoder(bytes).number(sequence);
+    Encoder(bytes).number(id);
     return begin;
 }
 
@@ -36,7 +36,7 @@ char* FrameBuffer::room(std::size_t size) {
         begin_ = 0;
     }
     if (bytes_.size() < end_ + size) {
-        // All at once: a string that grows by itself doubles. Memory not filled yet costs nothing.
+        // All at once: a string that grows by itself doubles. Untouched memory costs nothing.
         bytes_.reserve(std::max(announced(), end_) + size);
         bytes_.resize(end_ + size);
     }
@@ -53,8 +53,8 @@ std::optional<Frame> FrameBuffer::next() {
         return std::nullopt;
     }
     const std::size_t size = sizeIn(bytes);
-    if (size > largestPayload_) {
-        throw BadFrame("a frame is larger than any may be");
+    if (size > maxPayload_) {
+        throw BadFrame("a frame is larger than allowed");
     }
     if (bytes.size() - kFrameHeader < size) {
         return std::nullopt;

@@ -26,15 +26,15 @@ std::string_view kindOf(mode_t mode) {
     }
 }
 
-/// Whether the user may read the file. Opened, not asked: that is the question itself, and one that
-/// a confined process may put.
+/// Whether the user may read the file. Opens it: `access` is not among the system calls of the
+/// sandbox, and may give another answer.
 bool isReadable(const std::string& path) {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     return file.isOpen();
 }
 
 void keepWarnings(Outcome& outcome, const std::vector<zephra::Message>& warnings) {
-    const std::size_t kept = std::min(warnings.size(), kMostWarnings);
+    const std::size_t kept = std::min(warnings.size(), kMaxWarnings);
     outcome.warnings.assign(warnings.begin(), warnings.begin() + static_cast<std::ptrdiff_t>(kept));
     outcome.warningsDropped = warnings.size() - kept;
 }
@@ -54,7 +54,7 @@ Outcome FileReader::read(const std::string& path) {
         outcome =
             failure(Status::unreadable, "veltrace:badName", "A file name has no NUL character.");
     } else if (stat(path.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode)) {
-        // To open one of these may wait for ever.
+        // Opening one of these may block forever.
         outcome = failure(Status::unreadable, "veltrace:notRegularFile",
                           "It is " + std::string(kindOf(facts.st_mode)) + ", not a regular file.");
     } else {

@@ -1,4 +1,4 @@
-// Reads one file after the other.
+// Reads files, one at a time.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 
 #include "record/outcome.h"
 #include "render/renderer.h"
-#include "worker/memory_watch.h"
+#include "worker/resource_watch.h"
 
 namespace veltrace::cli {
 
-/// What comes of a file that needs more memory than there is.
+/// The outcome of a file that needs more memory than there is.
 [[nodiscard]] Outcome memoryRanOut();
 
 /// Calls the module for a file, and renders what it returns.
@@ -21,7 +21,7 @@ public:
     FileReader(zephra::EntryPoint entryPoint, const Renderer& renderer)
         : entryPoint_(std::move(entryPoint)), renderer_(renderer) {}
 
-    /// Never throws for anything that a file holds, nor for memory that runs out.
+    /// Never throws, whatever the file contains and when memory runs out.
     [[nodiscard]] Outcome read(const std::string& path);
 
 private:

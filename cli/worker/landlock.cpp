@@ -1,5 +1,3 @@
-#include "worker/landlock.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -8,15 +6,17 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "worker/sandbox.h"
+
 namespace veltrace::cli {
 
 namespace {
 
-// The newest version that brought something to refuse.
+// The newest version with something new to refuse.
 constexpr int kNewestAbi = 6;
 
-/// As the kernel lays out the newest version. Older ones know only its beginning. The system's
-/// header may be older than the kernel, so what follows is stated here.
+/// The layout of the newest version; older ones know only its beginning. The system's header may be
+/// older than the kernel, so the layout and the constants are stated here.
 struct Refusals {
     std::uint64_t files = 0;
     std::uint64_t network = 0;
@@ -53,7 +53,7 @@ int availableAbi() {
         syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION));
 }
 
-/// Allows to read whatever lies below the root. Gives whether the kernel took it.
+/// Allows reading below the root. Returns whether the kernel accepted it.
 bool allowReading(int ruleset) {
     const int root = open("/", O_PATH | O_CLOEXEC);
     if (root < 0) {
@@ -70,7 +70,7 @@ bool allowReading(int ruleset) {
 
 }  // namespace
 
-int confineFileSystem() {
+int restrictFiles() {
     const int abi = std::min(availableAbi(), kNewestAbi);
     if (abi <= 0) {
         return 0;
@@ -81,10 +81,10 @@ int confineFileSystem() {
     if (ruleset < 0) {
         return 0;
     }
-    const bool holds =
+    const bool isRestricted =
         allowReading(ruleset) && syscall(SYS_landlock_restrict_self, ruleset, 0) == 0;
     close(ruleset);
-    return holds ? abi : 0;
+    return isRestricted ? abi : 0;
 }
 
 }  // namespace veltrace::cli

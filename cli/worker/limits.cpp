@@ -8,8 +8,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "worker/descriptors.h"
-#include "worker/sanitizer.h"
+#include "worker/resource_watch.h"
 
 namespace veltrace::cli {
 
@@ -55,7 +54,7 @@ void limitDescriptors() {
 
 void endWith(pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // It may have ended before the system knew of the wish.
+    // It may have ended before that call.
     if (getppid() != parent) {
         static_cast<void>(std::raise(SIGKILL));
     }
@@ -68,14 +67,14 @@ bool limitResources(const LimitOptions& options) {
         endWith(options.parent);
     }
     lower(RLIMIT_CORE, 0);
-    // Standard error may be a file: what is said there is lost then, the process is not.
+    // Standard error may be a file: a message is then lost, but not the process.
     static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     lower(RLIMIT_FSIZE, 0);
     limitDescriptors();
     return limitMemory(options.memoryBytes);
 }
 
-bool renouncePrivileges() {
+bool forbidNewPrivileges() {
     // A limit of 0 does not stop dumps that the system pipes to a program; this does.
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;

@@ -1,5 +1,3 @@
-#include "worker/system_calls.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -11,7 +9,8 @@
 #include <type_traits>
 #include <unistd.h>
 
-#include "worker/sanitizer.h"
+#include "worker/limits.h"
+#include "worker/sandbox.h"
 
 namespace veltrace::cli {
 
@@ -23,18 +22,18 @@ constexpr int kAllowed[] = {
     SCMP_SYS(read), SCMP_SYS(readv), SCMP_SYS(pread64), SCMP_SYS(lseek), SCMP_SYS(_llseek),
     SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(close), SCMP_SYS(poll), SCMP_SYS(ppoll),
     SCMP_SYS(stat), SCMP_SYS(lstat), SCMP_SYS(fstat), SCMP_SYS(newfstatat), SCMP_SYS(statx),
-    // Memory. `sysinfo` is asked by the C library's sort.
+    // Memory. The C library's sort calls `sysinfo`.
     SCMP_SYS(brk), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(sysinfo),
     // Locks, time, random numbers of the allocator, and the stack of a thread, for which the C
-    // library asks on which cores it may run.
+    // library asks for its cores.
     SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(sched_getaffinity), SCMP_SYS(getrlimit),
     SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(getrandom),
-    // Ending, by a signal too.
+    // Exiting, also by a signal.
     SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(getpid), SCMP_SYS(gettid),
     SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack),
     SCMP_SYS(restart_syscall)};
 
-// The sanitizers look whether memory can be read by writing it into a pipe.
+// The sanitizers test whether memory is readable by writing it into a pipe.
 constexpr int kAllowedSanitizers[] = {SCMP_SYS(pipe), SCMP_SYS(pipe2)};
 
 struct Conditional {
@@ -63,7 +62,7 @@ constexpr Conditional kAllowedIf[] = {
     {SCMP_SYS(fcntl), equals(1, F_DUPFD_CLOEXEC)},
     {SCMP_SYS(fcntl), equals(1, F_GETFD)},
     {SCMP_SYS(fcntl), equals(1, F_GETFL)},
-    {SCMP_SYS(prlimit64), equals(2, 0)},  // asks for limits, sets none
+    {SCMP_SYS(prlimit64), equals(2, 0)},  // reads limits, sets none
 };
 
 bool allow(scmp_filter_ctx filter, const Conditional& rule) {
@@ -92,7 +91,7 @@ using Filter = std::unique_ptr<std::remove_pointer_t<scmp_filter_ctx>, ReleaseFi
 
 }  // namespace
 
-bool confineSystemCalls() {
+bool restrictSystemCalls() {
     const Filter filter(seccomp_init(SCMP_ACT_ERRNO(EPERM)));
     return filter != nullptr && allowAll(filter.get()) && seccomp_load(filter.get()) == 0;
 }

@@ -15,19 +15,19 @@
 #include "render/renderer.h"
 #include "wire/exchange.h"
 #include "wire/frame.h"
-#include "worker/confinement.h"
 #include "worker/file_reader.h"
-#include "worker/growth.h"
+#include "worker/resource_watch.h"
+#include "worker/sandbox.h"
 
 namespace veltrace::cli {
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{64} << 10;
 
-/// Requests as they come. Names of files are short, but nobody promises that.
+/// Requests as they arrive. File names are short, but nothing guarantees that.
 class Requests {
 public:
-    /// Waits for the next one; nothing when there will be none.
+    /// Waits for the next one; nothing at the end of the requests.
     [[nodiscard]] std::optional<Frame> next() {
         while (true) {
             if (const auto frame = buffer_.next()) {
@@ -46,7 +46,7 @@ private:
     FrameBuffer buffer_{std::size_t{1} << 30};
 };
 
-/// False when nobody takes the answers any more.
+/// False when nobody reads the answers any more.
 [[nodiscard]] bool send(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t size = write(kAnswers, bytes.data(), bytes.size());
@@ -59,10 +59,10 @@ private:
     return true;
 }
 
-[[nodiscard]] bool sendReadiness(std::string_view obstacle) {
+[[nodiscard]] bool sendReadiness(std::string_view error) {
     std::string bytes;
-    const std::size_t begin = beginFrame(bytes, kSetupSequence);
-    bytes += obstacle;
+    const std::size_t begin = beginFrame(bytes, kSetupId);
+    bytes += error;
     endFrame(bytes, begin);
     return send(bytes);
 }
@@ -72,13 +72,14 @@ public:
     Worker(const WorkerSetup& setup, zephra::EntryPoint entryPoint)
         : renderer_(makeRenderer(setup.render)), reader_(std::move(entryPoint), *renderer_) {}
 
-    /// False when nobody takes the answer.
+    /// False when nobody reads the answer.
     [[nodiscard]] bool answer(const Frame& request) {
         try {
             read(request);
         } catch (const std::bad_alloc&) {
-            std::string().swap(bytes_);  // of which there may be much, and which may not suffice
-            encodeFrame(request.sequence, {memoryRanOut(), true});
+            std::string().swap(
+                bytes_);  // frees memory: the buffer may be large and still too small
+            encodeFrame(request.id, {memoryRanOut(), true});
         }
         return send(bytes_);
     }
@@ -86,19 +87,19 @@ public:
 private:
     void read(const Frame& request) {
         Answer answer{reader_.read(std::string(request.payload))};
-        // After an exhausted memory the module leaves its reader and its file behind.
+        // After memory ran out the module leaves its reader and its file behind.
         answer.wantsReplacement =
             answer.outcome.status == Status::limitMemory || growth_.hasGrown();
-        if (messageBytes(answer.outcome) > kMostMessageBytes) {
+        if (messageBytes(answer.outcome) > kMaxMessageBytes) {
             answer.outcome = failure(Status::error, "veltrace:outputLimit",
                                      "The messages have more bytes than they may.");
         }
-        encodeFrame(request.sequence, answer);
+        encodeFrame(request.id, answer);
     }
 
-    void encodeFrame(std::uint64_t sequence, const Answer& answer) {
+    void encodeFrame(std::uint64_t id, const Answer& answer) {
         bytes_.clear();
-        const std::size_t begin = beginFrame(bytes_, sequence);
+        const std::size_t begin = beginFrame(bytes_, id);
         encode(answer, bytes_);
         endFrame(bytes_, begin);
     }
@@ -110,13 +111,13 @@ private:
 };
 
 int work(Requests& requests, const WorkerSetup& setup) {
-    // Without a name for the time zone the C library looks at its file for every date.
+    // Without TZ the C library opens the file of the time zone for every date.
     static_cast<void>(setenv("TZ", ":/etc/localtime", 0));
     const zephra::Module module = zephra::Module::load(setup.module);
     Worker worker(setup, module.entryPoint());
     static_cast<void>(
-        confine({.memoryBytes = setup.memoryLimit, .parent = static_cast<pid_t>(setup.parent)},
-                setup.isConfined ? Sandbox::on : Sandbox::off));
+        enterSandbox({.memoryBytes = setup.memoryLimit, .parent = static_cast<pid_t>(setup.parent)},
+                     setup.isSandboxed ? SandboxMode::on : SandboxMode::off));
     if (!sendReadiness("")) {
         return 0;
     }

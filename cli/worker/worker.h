@@ -1,7 +1,10 @@
-// The process that reads files for another one.
+// The process that reads files for the parent.
 #pragma once
 
 namespace veltrace::cli {
+
+/// The only argument of a process that reads files.
+inline constexpr const char* kWorkerMode = "--worker";
 
 /// The descriptors that a worker starts with.
 inline constexpr int kRequests = 0;

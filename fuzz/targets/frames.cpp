@@ -1,4 +1,4 @@
-// What processes of one run say to each other, where the other one may be damaged and say anything.
+// Messages between the processes of one run, where the other one may be compromised.
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -15,7 +15,7 @@
 #include "parameters.h"
 #include "pieces.h"
 #include "record/record_writer.h"
-#include "render/csv_fields.h"
+#include "render/csv_renderer.h"
 #include "render/renderer.h"
 #include "wire/exchange.h"
 #include "wire/frame.h"
@@ -28,10 +28,11 @@ using cli::BadFrame;
 using cli::FrameBuffer;
 
 constexpr std::size_t kLargePayload = std::size_t{64} << 10;
-constexpr std::size_t kLargestOutput = std::size_t{1} << 20;
+constexpr std::size_t kMaxOutput = std::size_t{1} << 20;
+constexpr std::size_t kMaxFields = 3;
 
 struct OwnedFrame {
-    std::uint64_t sequence;
+    std::uint64_t id;
     std::string payload;
     friend bool operator==(const OwnedFrame&, const OwnedFrame&) = default;
 };
@@ -46,8 +47,8 @@ struct Reading {
 
 // -- Streams ---------------------------------------------------------------------------------
 
-void appendFrame(std::string& stream, std::uint64_t sequence, std::string_view payload) {
-    const std::size_t begin = cli::beginFrame(stream, sequence);
+void appendFrame(std::string& stream, std::uint64_t id, std::string_view payload) {
+    const std::size_t begin = cli::beginFrame(stream, id);
     stream += payload;
     cli::endFrame(stream, begin);
 }
@@ -57,7 +58,7 @@ zephra::Message madeMessage(Parameters& parameters) {
     return {std::move(identifier), parameters.text(40)};
 }
 
-/// The lists of the rendering are all that is left, with a byte between them that none may have.
+/// The lists of the rendering are the remaining bytes, separated by a byte that none may contain.
 Answer madeAnswer(Parameters& parameters) {
     constexpr char kBetween = '\x1f';
     Answer answer;
@@ -73,6 +74,9 @@ Answer madeAnswer(Parameters& parameters) {
     outcome.warningsDropped = parameters.upTo(3);
     outcome.elapsedMicroseconds = parameters.value<std::uint64_t>();
     cli::Rendering& rendering = outcome.rendering;
+    for (std::size_t left = parameters.upTo(4); left > 0; --left) {
+        rendering.cells.push_back(parameters.text(20));
+    }
     for (std::size_t left = parameters.upTo(3); left > 0; --left) {
         rendering.fieldsSeen.push_back(static_cast<std::uint32_t>(parameters.upTo(3)));
     }
@@ -88,15 +92,15 @@ Answer madeAnswer(Parameters& parameters) {
 
 std::string answerStream(Parameters& parameters) {
     const std::string changes = parameters.text(8);
-    const std::uint64_t sequence = parameters.value<std::uint64_t>();
+    const std::uint64_t id = parameters.value<std::uint64_t>();
     std::string payload;
     encode(madeAnswer(parameters), payload);
     for (std::size_t i = 0; i + 1 < changes.size(); i += 2) {
         payload[static_cast<unsigned char>(changes[i]) % payload.size()] = changes[i + 1];
     }
     std::string stream;
-    appendFrame(stream, cli::kSetupSequence, "");
-    appendFrame(stream, sequence, payload);
+    appendFrame(stream, cli::kSetupId, "");
+    appendFrame(stream, id, payload);
     return stream;
 }
 
@@ -112,7 +116,7 @@ std::string setupStream(Parameters& parameters) {
     setup.parent = parameters.value<std::int64_t>();
     setup.module = parameters.text(40);
     std::string stream;
-    appendFrame(stream, cli::kSetupSequence, encoded(setup));
+    appendFrame(stream, cli::kSetupId, encoded(setup));
     return stream + std::string(parameters.rest());
 }
 
@@ -138,28 +142,28 @@ std::string madeStream(Parameters& parameters) {
 // -- Frames ----------------------------------------------------------------------------------
 
 /// What a process does with a piece of a stream.
-void takeFrames(FrameBuffer& buffer, std::string_view piece, std::size_t largestPayload,
+void takeFrames(FrameBuffer& buffer, std::string_view piece, std::size_t maxPayload,
                 Reading& reading) {
     watchBlocks();
     std::memcpy(buffer.room(piece.size()), piece.data(), piece.size());
     buffer.filled(piece.size());
     // A string doubles what it holds at least.
-    require(largestBlock() <= 2 * (cli::kFrameHeader + largestPayload + piece.size()) + 64,
+    require(largestBlock() <= 2 * (cli::kFrameHeader + maxPayload + piece.size()) + 64,
             "a frame takes more memory than the largest one");
     while (const auto frame = buffer.next()) {
-        reading.frames.push_back({frame->sequence, std::string(frame->payload)});
+        reading.frames.push_back({frame->id, std::string(frame->payload)});
     }
     require(buffer.announced() == 0 || buffer.pending() < buffer.announced(),
             "a frame that has come whole was not taken");
     reading.pending = buffer.pending();
 }
 
-Reading readingOf(std::string_view stream, Pieces pieces, std::size_t largestPayload) {
+Reading readingOf(std::string_view stream, Pieces pieces, std::size_t maxPayload) {
     Reading reading;
-    FrameBuffer buffer(largestPayload);
+    FrameBuffer buffer(maxPayload);
     try {
         while (!stream.empty()) {
-            takeFrames(buffer, pieces.takeFrom(stream), largestPayload, reading);
+            takeFrames(buffer, pieces.takeFrom(stream), maxPayload, reading);
         }
     } catch (const BadFrame& error) {
         reading.refusal = error.what();
@@ -171,7 +175,7 @@ Reading readingOf(std::string_view stream, Pieces pieces, std::size_t largestPay
 void checkFraming(std::string_view stream, const Reading& reading) {
     std::string again;
     for (const OwnedFrame& frame : reading.frames) {
-        appendFrame(again, frame.sequence, frame.payload);
+        appendFrame(again, frame.id, frame.payload);
     }
     require(stream.starts_with(again), "frames are not the bytes that came");
     require(!reading.refusal.empty() || again.size() + reading.pending == stream.size(),
@@ -192,7 +196,7 @@ void checkSetup(const std::string& payload) {
 std::optional<Answer> answerIn(const std::string& payload) {
     try {
         watchBlocks();
-        Answer answer = cli::decodedAnswer(payload);
+        Answer answer = cli::decodedAnswer(payload, kMaxFields);
         require(largestBlock() <= 16 * payload.size() + 4096,
                 "an answer takes far more memory than its bytes");
         std::string again;
@@ -217,11 +221,11 @@ struct Format {
 
 std::span<const Format> formats() {
     static const std::array<Format, 5> kFormats{
-        Format({cli::Format::ndjson, {}, 12, std::nullopt, false, kLargestOutput}),
-        Format({cli::Format::ndjson, {"A", "B.C"}, 12, 3, false, kLargestOutput}),
-        Format({cli::Format::text, {}, 12, std::nullopt, false, kLargestOutput}),
-        Format({cli::Format::text, {"A", "B.C"}, 12, std::nullopt, true, kLargestOutput}),
-        Format({cli::Format::csv, {"A", "B.C"}, 12, std::nullopt, false, kLargestOutput})};
+        Format({cli::Format::ndjson, {}, 12, std::nullopt, false, kMaxOutput}),
+        Format({cli::Format::ndjson, {"A", "B.C"}, 12, 3, false, kMaxOutput}),
+        Format({cli::Format::text, {}, 12, std::nullopt, false, kMaxOutput}),
+        Format({cli::Format::text, {"A", "B.C"}, 12, std::nullopt, true, kMaxOutput}),
+        Format({cli::Format::csv, {"A", "B.C"}, 12, std::nullopt, false, kMaxOutput})};
     return kFormats;
 }
 
@@ -260,8 +264,11 @@ void checkOutput(const cli::Outcome& outcome, const cli::RenderOptions& options)
 /// Whatever a renderer of the parent accepts may go to the output.
 void checkRendering(const cli::Outcome& outcome) {
     const cli::Rendering& rendering = outcome.rendering;
-    const std::size_t size = rendering.body.size() + rendering.nonfinite.size() +
-                             rendering.latin1.size() + rendering.omitted.size();
+    std::size_t size = rendering.body.size() + rendering.nonfinite.size() +
+                       rendering.latin1.size() + rendering.omitted.size();
+    for (const std::string& cell : rendering.cells) {
+        size += cell.size();
+    }
     for (const Format& format : formats()) {
         watchBlocks();
         const bool isAccepted = format.renderer->accepts(rendering);
@@ -288,10 +295,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace veltrace::fuzz;
     Parameters parameters(data, size);
     const Pieces pieces(parameters);
-    const std::size_t largestPayload = parameters.flag() ? kLargePayload : parameters.upTo(1000);
+    const std::size_t maxPayload = parameters.flag() ? kLargePayload : parameters.upTo(1000);
     const std::string stream = madeStream(parameters);
-    const Reading whole = readingOf(stream, Pieces(), largestPayload);
-    require(readingOf(stream, pieces, largestPayload) == whole,
+    const Reading whole = readingOf(stream, Pieces(), maxPayload);
+    require(readingOf(stream, pieces, maxPayload) == whole,
             "how bytes are split changes what comes of them");
     checkFraming(stream, whole);
     for (const OwnedFrame& frame : whole.frames) {

@@ -10,11 +10,10 @@
 #include "finding.h"
 #include "fuzz_target.h"
 #include "memory_list.h"
-#include "names/argument_names.h"
 #include "names/inputs.h"
 #include "names/listed_names.h"
+#include "names/name_hash.h"
 #include "names/recorded_names.h"
-#include "names/shard.h"
 #include "output_checks.h"
 #include "parameters.h"
 #include "pieces.h"
@@ -32,7 +31,7 @@ using Names = std::vector<std::string>;
 // -- Lists -----------------------------------------------------------------------------------
 
 /// Each costs a few calls of the system.
-constexpr std::size_t kMostPieces = 128;
+constexpr std::size_t kMaxPieces = 128;
 
 /// What comes of a list.
 struct Listing {
@@ -45,7 +44,7 @@ Listing expectedListing(std::string_view list, char terminator) {
     Listing listing;
     while (!list.empty() && !listing.isRefused) {
         const std::size_t end = std::min(list.find(terminator), list.size());
-        listing.isRefused = end > cli::kLongestName;
+        listing.isRefused = end > cli::kMaxNameSize;
         if (end > 0 && !listing.isRefused) {
             listing.names.emplace_back(list.substr(0, end));
         }
@@ -66,7 +65,7 @@ bool takeNames(NameSource& source, Names& names) {
 
 Listing pipedListing(std::string_view list, ListedNames::EndedBy endedBy, Pieces pieces) {
     Listing listing;
-    const std::size_t leastPiece = list.size() / kMostPieces + 1;
+    const std::size_t leastPiece = list.size() / kMaxPieces + 1;
     PipedList pipe;
     ListedNames source(pipe.path(), endedBy);
     try {
@@ -89,7 +88,7 @@ Listing pipedListing(std::string_view list, ListedNames::EndedBy endedBy, Pieces
 /// Bytes of the input, now and then with a long name among them.
 std::string madeList(Parameters& parameters) {
     const bool isLong = parameters.upTo(63) == 63;
-    const std::size_t length = isLong ? parameters.upTo(2 * cli::kLongestName) : 0;
+    const std::size_t length = isLong ? parameters.upTo(2 * cli::kMaxNameSize) : 0;
     std::string list = parameters.text(60000);
     list.append(length, 'a');
     list += parameters.rest();
@@ -226,17 +225,17 @@ void takePart(const Names& arguments, std::string_view list, std::optional<cli::
     sources.push_back(std::make_unique<cli::ArgumentNames>(arguments));
     sources.push_back(std::make_unique<ListedNames>(file.path(), ListedNames::EndedBy::nul));
     cli::Inputs inputs(std::move(sources), shard, std::nullopt);
-    std::uint64_t sequence = 0;
+    std::uint64_t id = 0;
     std::string name;
     while (true) {
-        const NameSource::State state = inputs.next(sequence, name);
+        const NameSource::State state = inputs.next(id, name);
         if (state == NameSource::State::end) {
             break;
         }
         if (state == NameSource::State::name) {
-            require(sequence < taken.size(), "a name has a number beyond all names");
-            require(taken[sequence].empty(), "two names have one number, or two parts one name");
-            taken[sequence] = "=" + name;
+            require(id < taken.size(), "a name has a number beyond all names");
+            require(taken[id].empty(), "two names have one number, or two parts one name");
+            taken[id] = "=" + name;
         }
     }
     require(inputs.seen() == taken.size(), "a run did not see every name");

@@ -88,7 +88,7 @@ constexpr std::array kAmounts{
     AmountOption{"--memory-limit=", expectedSize, 0, kAny,
                  [](const Options& o) -> std::uint64_t { return o.memoryLimit; }},
     AmountOption{"--output-limit=", expectedSize, std::uint64_t{1} << 10, std::uint64_t{3} << 30,
-                 [](const Options& o) -> std::uint64_t { return o.render.largestOutput; }}};
+                 [](const Options& o) -> std::uint64_t { return o.render.maxOutput; }}};
 
 void checkAmount(Parameters& parameters) {
     const AmountOption& option = kAmounts[parameters.upTo(kAmounts.size() - 1)];
@@ -211,15 +211,14 @@ void checkOptions(const Options& options, const Arguments& arguments) {
     require(
         options.timeLimit >= milliseconds(1) && options.timeLimit <= milliseconds(1'000'000'000),
         "the time limit is out of its range");
-    require(options.render.largestOutput >= 1024 && options.render.largestOutput <= std::size_t{3}
-                                                                                        << 30,
+    require(options.render.maxOutput >= 1024 && options.render.maxOutput <= std::size_t{3} << 30,
             "the limit of the output is out of its range");
     require(!options.shard ||
                 (options.shard->index >= 1 && options.shard->index <= options.shard->count),
             "a part is none of the parts");
 }
 
-/// The texts that stand in place of a run, which tell nothing of the arguments.
+/// The texts that are printed instead of a run, which do not depend on the arguments.
 bool isKnownAnswer(const std::string& text) {
     static const std::array<std::string, 3> kAnswers{
         std::get<Reply>(parsed({"veltrace", "--help"})).text,
@@ -233,8 +232,8 @@ void checkReply(const Reply& reply) {
         require(isKnownAnswer(reply.text), "an answer in place of a run is not one of three");
         return;
     }
-    require(reply.text.starts_with("veltrace: "), "a complaint does not tell whose it is");
-    require(std::ranges::count(reply.text, '\n') == 2, "a complaint is not two lines");
+    require(reply.text.starts_with("veltrace: "), "an error does not name the command");
+    require(std::ranges::count(reply.text, '\n') == 2, "an error is not two lines");
     requireHarmlessText(reply.text, false);
 }
 

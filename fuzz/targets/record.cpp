@@ -15,7 +15,7 @@
 #include "output_checks.h"
 #include "parameters.h"
 #include "record/record_writer.h"
-#include "render/csv_fields.h"
+#include "render/csv_renderer.h"
 #include "render/renderer.h"
 
 namespace veltrace::fuzz {
@@ -94,13 +94,17 @@ Record rendered(const Input& input, const RenderOptions& options) {
 }
 
 std::size_t sizeOf(const cli::Rendering& rendering) {
-    return rendering.body.size() + rendering.nonfinite.size() + rendering.latin1.size() +
-           rendering.omitted.size();
+    std::size_t size = rendering.body.size() + rendering.nonfinite.size() +
+                       rendering.latin1.size() + rendering.omitted.size();
+    for (const std::string& cell : rendering.cells) {
+        size += cell.size();
+    }
+    return size;
 }
 
-/// Output may be as large as allowed and no larger. Cells of csv are packed once more.
+/// Output may be as large as allowed and no larger.
 void checkLimit(const Input& input, RenderOptions options, const cli::Rendering& whole) {
-    options.largestOutput = input.limit;
+    options.maxOutput = input.limit;
     const std::size_t size = sizeOf(whole);
     try {
         const auto limited = makeRenderer(options)->render(input.result.output());
@@ -163,8 +167,7 @@ void checkMessages(const Outcome& outcome, const Json& json, InfoCheck& check) {
 void checkRecord(const Input& input, const Json& json) {
     const Outcome& outcome = input.record.outcome;
     requireRecord(json, input.options.omitLargerThan.has_value());
-    require(json["v"] == 1 && json["seq"] == input.record.sequence,
-            "a number of the record is off");
+    require(json["v"] == 1 && json["seq"] == input.record.id, "a number of the record is off");
     require(json["status"] == nameOf(outcome.status), "the status is another");
     require(json["warnings_dropped"] == outcome.warningsDropped &&
                 json["elapsed_us"] == outcome.elapsedMicroseconds,
@@ -246,6 +249,9 @@ void checkCsv(const Input& input) {
     RenderOptions options = input.options;
     options.format = Format::csv;
     const Record record = rendered(input, options);
+    if (!record.outcome.error) {
+        checkLimit(input, options, record.outcome.rendering);
+    }
     const auto fields = csvFields(options);
     const auto writer = makeRecordWriter(options);
     std::string header;

@@ -1,4 +1,4 @@
-"""Fixtures of the tests that run the command as a person does."""
+"""Fixtures of the tests that run the command."""
 
 import os
 import signal
@@ -8,7 +8,7 @@ import pytest
 
 VELTRACE = os.environ["VELTRACE"]
 
-# Whoever runs the tests may ignore signals, as nohup does; the command would then ignore them too.
+# The caller of the tests may ignore signals, as nohup does; the command would then ignore them too.
 for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
     if signal.getsignal(number) == signal.SIG_IGN:
         signal.signal(number, signal.SIG_DFL)
@@ -16,7 +16,7 @@ for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
 
 @pytest.fixture
 def veltrace(tmp_path):
-    """Runs the command in an empty directory; gives its exit status and what it printed, as bytes."""
+    """Runs the command in an empty directory; returns its exit status and its output, as bytes."""
 
     def run(*arguments, **settings):
         settings = {"stdout": subprocess.PIPE, "cwd": tmp_path, "timeout": 60} | settings
@@ -34,7 +34,7 @@ def limits_memory(veltrace):
 
 @pytest.fixture
 def unruly():
-    """A module that does what the file name says, see unruly_module.cpp."""
+    """A module that misbehaves as the file name says, see unruly_module.cpp."""
     return os.environ["VELTRACE_UNRULY"]
 
 

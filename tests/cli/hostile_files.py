@@ -1,4 +1,4 @@
-"""Files that a reader pays for, little-endian."""
+"""Files that are expensive to read, little-endian."""
 
 import struct
 
@@ -29,8 +29,8 @@ def sub_chain_cycle():
 
 
 def endless_at_constant_memory():
-    """A directory that is followed by itself. The number of its fields has 16 bits, so that 65,536
-    of them are none, and a directory without any is dropped."""
+    """A directory that is followed by itself. The number of its fields has 16 bits: 65,536 are 0, and
+    a directory without fields is dropped."""
     page_number = struct.pack("<HHII", PAGE_NUMBER, LONG, 1, 1)
     return HEADER + linked(8, *[page_number] * (65_536 - FALLBACKS))
 
@@ -54,12 +54,12 @@ def large_array(count, start):
 
 
 def bad_entries():
-    """As many entries as a directory can have, none of which is any good."""
+    """As many entries as a directory can have, all invalid."""
     return HEADER + directory(*[broken(ORIENTATION)] * 65_535)
 
 
 def sparse(write_to, content, at, size):
-    """Makes the file `write_to` of `size` bytes, which are zero but for the `content` at an offset
+    """Makes the file `write_to` of `size` bytes, all zero except the `content` at an offset
     and a header that points there."""
     with open(write_to, "wb") as file:
         file.write(b"II*\0" + struct.pack("<I", at))

@@ -15,7 +15,15 @@
 #include "zephra/qv.h"
 #include "zephra/qvx.h"
 
+#include "render/render_options.h"
+
 namespace veltrace::cli {
+
+inline RenderOptions selecting(std::vector<std::string> fields) {
+    RenderOptions options;
+    options.fields = std::move(fields);
+    return options;
+}
 
 /// The result of a module whose only work is `body`; what it returns is the output.
 inline zephra::CallResult called(const std::function<qvArray*()>& body) {
@@ -31,6 +39,19 @@ inline qvArray* numbers(std::size_t rows, std::size_t columns,
     const std::array<std::size_t, 2> size{rows, columns};
     qvArray* const array = qvCreateNumericArray(2, size.data(), qvClassDouble, qvReal);
     std::ranges::copy(values, static_cast<double*>(qvGetData(array)));
+    return array;
+}
+
+inline qvArray* number(double value) {
+    return qvCreateDoubleScalar(value);
+}
+
+/// `values` in column-major order.
+inline qvArray* logicals(std::size_t rows, std::size_t columns,
+                         std::initializer_list<unsigned char> values) {
+    const std::array<std::size_t, 2> size{rows, columns};
+    qvArray* const array = qvCreateNumericArray(2, size.data(), qvClassLogical, qvReal);
+    std::ranges::copy(values, static_cast<unsigned char*>(qvGetData(array)));
     return array;
 }
 
@@ -53,7 +74,7 @@ inline qvArray* cells(const std::vector<qvArray*>& values) {
 
 using Fields = std::vector<std::pair<const char*, qvArray*>>;
 
-/// N x 1; the first element's names are those of the array. A null value leaves a field empty.
+/// N x 1, with the field names of the first element. A null value leaves a field empty.
 inline qvArray* structures(const std::vector<Fields>& elements) {
     std::vector<const char*> names;
     for (const auto& field : elements.front()) {

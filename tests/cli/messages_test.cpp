@@ -20,14 +20,14 @@ TEST(Messages, NameTheFileTheKindAndTheIdentifierOnALineEach) {
               "veltrace: a b.tif: error: Cannot go on. [X:end]\n");
 }
 
-TEST(Messages, OneMessageStaysOneHarmlessLine) {
+TEST(Messages, AreOneHarmlessLineEach) {
     Outcome outcome;
     outcome.warnings = {{"X:odd", "two\nlines \x1b]0;x\x07\n\n"}};
     EXPECT_EQ(messagesOf("new\nline\xff", outcome),
               "veltrace: new\\nline\\xff: warning: two\\nlines \\x1b]0;x\\x07\\n [X:odd]\n");
 }
 
-TEST(Messages, SayHowManyWarningsWereNotKept) {
+TEST(Messages, CountTheWarningsThatWereDropped) {
     Outcome outcome;
     outcome.warnings = {{"X:odd", "Odd value."}};
     outcome.warningsDropped = 234;
@@ -36,11 +36,11 @@ TEST(Messages, SayHowManyWarningsWereNotKept) {
               "veltrace: a.tif: 234 more warnings\n");
 }
 
-TEST(Messages, AnOutcomeWithoutAnySaysNothing) {
+TEST(Messages, AreNotWrittenForAnOutcomeWithoutAny) {
     EXPECT_EQ(messagesOf("a.tif", Outcome{}), "");
 }
 
-TEST(Messages, ThatAreVisibleAlreadyStayAsTheyAre) {
+TEST(Messages, ThatAreAlreadyVisibleAreUnchanged) {
     std::ostringstream err;
     writeVisibleMessage(err, R"(cannot open a\\b\n)");
     EXPECT_EQ(err.str(), "veltrace: cannot open a\\\\b\\n\n");

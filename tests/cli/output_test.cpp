@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include "descriptor.h"
 #include "output_file.h"
 #include "temporary_directory.h"
 
@@ -41,7 +42,7 @@ std::string outputErrorOf(Action action) {
     return {};
 }
 
-/// Something else in place of standard output.
+/// Replaces standard output.
 class OtherOutput {
 public:
     explicit OtherOutput(int descriptor) : saved_(dup(STDOUT_FILENO)) {
@@ -58,18 +59,7 @@ private:
     int saved_;
 };
 
-struct Pipe {
-    Pipe() {
-        std::array<int, 2> ends{};
-        EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-        readEnd = Descriptor(ends[0]);
-        writeEnd = Descriptor(ends[1]);
-    }
-    Descriptor readEnd;
-    Descriptor writeEnd;
-};
-
-TEST(OutputFile, AppearsWhenItIsWhole) {
+TEST(OutputFile, AppearsWhenItIsComplete) {
     const test::TemporaryDirectory directory;
     OutputFile output(directory.at("out"));
     output.write("one ");
@@ -106,7 +96,7 @@ TEST(OutputFile, LeavesNothingBehindWhenTheProcessIsKilled) {
     EXPECT_THAT(namesIn(directory.path()), IsEmpty());
 }
 
-TEST(OutputFile, TakesThePlaceAndTheModeOfAnother) {
+TEST(OutputFile, ReplacesAnotherAndKeepsItsMode) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.makeFile("out", "a longer text");
     EXPECT_EQ(chmod(path.c_str(), 0604), 0);
@@ -118,7 +108,7 @@ TEST(OutputFile, TakesThePlaceAndTheModeOfAnother) {
     EXPECT_EQ(modeOf(path), 0604U);
 }
 
-TEST(OutputFile, ANewOneHasTheModeThatTheUserAskedFor) {
+TEST(OutputFile, ANewOneHasTheModeOfTheUmask) {
     const test::TemporaryDirectory directory;
     const mode_t saved = umask(027);
     OutputFile output(directory.at("out"));
@@ -127,7 +117,7 @@ TEST(OutputFile, ANewOneHasTheModeThatTheUserAskedFor) {
     EXPECT_EQ(modeOf(directory.at("out")), 0640U);
 }
 
-TEST(OutputFile, KeptInPartLeavesTheOldOne) {
+TEST(OutputFile, APartialOneLeavesTheOldOne) {
     const test::TemporaryDirectory directory;
     directory.makeFile("out", "old");
     directory.makeFile("out.partial", "older");
@@ -139,7 +129,7 @@ TEST(OutputFile, KeptInPartLeavesTheOldOne) {
     EXPECT_EQ(contentOf(directory.at("out.partial")), "half");
 }
 
-TEST(OutputFile, IsWrittenWhereALinkLeads) {
+TEST(OutputFile, ReplacesTheTargetOfALink) {
     const test::TemporaryDirectory directory;
     directory.makeDirectory("d");
     directory.makeFile("d/out", "old");
@@ -172,7 +162,7 @@ TEST(OutputFile, ANameWithoutADirectoryIsInTheCurrentOne) {
     EXPECT_EQ(contentOf(directory.at("-out")), "text");
 }
 
-TEST(OutputFile, WhatIsNoRegularFileIsWrittenDirectly) {
+TEST(OutputFile, OnlyRegularFilesAreReplaced) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(mkfifo(directory.at("fifo").c_str(), 0644), 0);
     const Descriptor reader(open(directory.at("fifo").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
@@ -222,7 +212,7 @@ TEST(OutputFile, AFullDeviceIsAnErrorWithItsReason) {
               "cannot write /dev/full: No space left on device");
 }
 
-TEST(OutputFile, ThatCannotTakeItsPlaceIsAnErrorAndLeavesNothing) {
+TEST(OutputFile, ThatCannotBeRenamedIsAnErrorAndLeavesNothing) {
     const test::TemporaryDirectory directory;
     {
         OutputFile output(directory.at("out"));
@@ -246,8 +236,8 @@ TEST(OutputFile, IsStandardOutputWithoutAName) {
     EXPECT_EQ(contentOf(directory.at("out")), "text");
 }
 
-TEST(OutputFile, ThatNobodyReadsIsNoOrdinaryError) {
-    Pipe pipe;
+TEST(OutputFile, ThatNobodyReadsIsASpecialError) {
+    Pipe pipe = makePipe();
     const OtherOutput other(pipe.writeEnd.get());
     pipe.readEnd = Descriptor();
     const auto savedHandler = std::signal(SIGPIPE, SIG_IGN);
@@ -263,7 +253,7 @@ TEST(OutputFile, WithoutStandardOutputIsAnErrorAtOnce) {
 }
 
 TEST(OutputFile, WaitsForAReaderThatIsSlow) {
-    const Pipe pipe;
+    const Pipe pipe = makePipe();
     EXPECT_EQ(fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
     const std::string text(300000, 't');
     const pid_t process = fork();

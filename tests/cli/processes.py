@@ -1,4 +1,4 @@
-"""The processes of a run, as the kernel tells them."""
+"""The processes of a run, as the kernel reports them."""
 
 import contextlib
 import ctypes
@@ -10,9 +10,9 @@ import time
 from conftest import VELTRACE
 
 PR_SET_CHILD_SUBREAPER = 36
-PATIENCE = 60  # seconds; for what takes none on an idle machine
+TIMEOUT = 60  # seconds; far more than an idle machine needs
 
-# Orphans become children of this process, so that none can hide.
+# Orphans become children of this process, so that none is missed.
 ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
 
 
@@ -49,26 +49,33 @@ def command_of(pid):
 
 
 def await_that(condition):
-    """Waits until `condition()` is true, and returns that."""
-    end = time.monotonic() + PATIENCE
+    """Waits until `condition()` is true, and returns its value."""
+    end = time.monotonic() + TIMEOUT
     while not (result := condition()):
-        assert time.monotonic() < end, "it never comes true"
+        assert time.monotonic() < end, "timeout"
         time.sleep(0.005)
     return result
 
 
 def check_no_process_is_left():
-    """To be called when this process has no children that it knows of."""
+    """To be called when this process has no known children."""
     await_that(lambda: not children_of(os.getpid()))
     with contextlib.suppress(ChildProcessError):
         while os.waitpid(-1, os.WNOHANG) != (0, 0):
             pass
 
 
+def peak_of(pid):
+    """The most memory that the process has had, in bytes."""
+    with open(f"/proc/{pid}/status", encoding="ascii") as status:
+        return int(re.search(r"^VmHWM:\s+([0-9]+) kB$", status.read(), re.MULTILINE)[1]) << 10
+
+
 @contextlib.contextmanager
 def started(*arguments, **settings):
-    """The command while it runs, killed in the end if it still does."""
-    settings = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE} | settings
+    """The command while it runs, killed at the end if it is still running."""
+    # Outputs may be large: the default buffer would take thousands of reads.
+    settings = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "bufsize": 1 << 16} | settings
     with subprocess.Popen([VELTRACE, *arguments], **settings) as run:
         try:
             yield run
@@ -76,6 +83,6 @@ def started(*arguments, **settings):
             run.kill()
 
 
-def confinement():
+def sandbox():
     version = subprocess.run([VELTRACE, "--version"], stdout=subprocess.PIPE, check=True).stdout
-    return re.search(rb"^confinement: (.*)$", version, re.MULTILINE)[1].decode().split(", ")
+    return re.search(rb"^sandbox: (.*)$", version, re.MULTILINE)[1].decode().split(", ")

@@ -1,4 +1,4 @@
-"""What every record must be, and how to get from it what was in the file."""
+"""Checks of a record, and the values of the file that it stands for."""
 
 import base64
 import copy
@@ -11,7 +11,7 @@ import re
 import jsonschema
 
 SCHEMA = pathlib.Path(__file__).resolve().parents[2] / "cli" / "record" / "record_schema.json"
-# Controls and separators of lines, the newline at the end of the record aside.
+# Controls and line separators, except the newline at the end of the record.
 NEVER_RAW = re.compile("[\0-\x1f\x7f-\x9f\u2028\u2029]")
 
 
@@ -33,7 +33,7 @@ def no_constant(name):
 
 
 def holder(record, place):
-    """The list or object that holds the value at a JSON Pointer, and the key or index there."""
+    """The list or object that contains the value at a JSON Pointer, and the key or index there."""
     assert place.startswith("/"), place
     steps = [step.replace("~1", "/").replace("~0", "~") for step in place[1:].split("/")]
     steps = [step if re.fullmatch("0|[1-9][0-9]*", step) is None else int(step) for step in steps]
@@ -45,7 +45,7 @@ def holder(record, place):
 
 def check_record(line):
     """Asserts that `line`, of bytes, is one record of the format ndjson, and returns it with what
-    JSON has no room for: `path` as bytes whatever its form, texts that are not UTF-8 as bytes, and
+    JSON cannot represent: `path` as bytes whatever its form, texts that are not UTF-8 as bytes, and
     NaN and infinities as numbers. For records that nest no deeper than Python recurses."""
     text = line.decode("utf-8")
     assert text.endswith("\n")

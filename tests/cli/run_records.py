@@ -1,4 +1,4 @@
-"""Records as a run gives them."""
+"""The records of a run."""
 
 import re
 import subprocess
@@ -15,7 +15,7 @@ def records_of(output, sample=1):
 
 
 def record_lines(output):
-    """The lines of records in json or ndjson by path, without what differs from run to run."""
+    """The lines of records in json or ndjson by path, without the parts that differ between runs."""
     lines = {}
     for line in output.splitlines():
         line = re.sub(rb',$', b"", line)

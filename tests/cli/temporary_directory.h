@@ -12,7 +12,7 @@
 
 namespace veltrace::cli::test {
 
-/// An empty directory that everybody may search; goes with all it holds, however deep.
+/// An empty directory that everybody may search; removed with its content, however deep.
 class TemporaryDirectory {
 public:
     explicit TemporaryDirectory(const std::string& where = "/tmp")
@@ -22,7 +22,7 @@ public:
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-    // The tool of the system takes trees that are deeper than there are descriptors.
+    // `rm` removes trees that are deeper than there are descriptors.
     ~TemporaryDirectory() { EXPECT_EQ(std::system(("rm -rf '" + path_ + "'").c_str()), 0); }
 
     [[nodiscard]] const std::string& path() const { return path_; }
@@ -50,7 +50,7 @@ inline std::string contentOf(const std::string& path) {
     return content.str();
 }
 
-/// While one lives, the process has no right that every user does not have.
+/// While one lives, the process has the rights of any user only.
 class AsNobody {
 public:
     AsNobody() {

@@ -3,7 +3,6 @@
 import os
 import pathlib
 import re
-import signal
 import subprocess
 
 import pytest
@@ -30,7 +29,7 @@ def test_warnings_go_to_standard_error_and_do_not_fail_the_run(veltrace, write):
     assert b"Width" in run.stdout
 
 
-def test_a_file_that_fails_costs_the_status_and_no_other_file(veltrace, write):
+def test_a_file_that_fails_changes_the_status_but_no_other_file(veltrace, write):
     run = veltrace(write("a.tif", image()), write("no.txt", NOT_A_TIFF), "gone.tif",
                    write("b.tif", image()))
     assert run.returncode == 1
@@ -84,13 +83,13 @@ def test_help_describes_the_options(veltrace):
     assert max(map(len, run.stdout.splitlines())) <= 100
 
 
-def test_version_is_the_version_of_the_project_and_tells_what_confines(veltrace):
+def test_version_prints_the_version_and_the_sandbox(veltrace):
     run = veltrace("--version")
     assert (run.returncode, run.stderr) == (0, b"")
-    version, confinement = run.stdout.decode().splitlines()
+    version, sandbox = run.stdout.decode().splitlines()
     assert version == f"veltrace {os.environ['VELTRACE_VERSION']}"
-    assert re.fullmatch("confinement: (none|(memory limit|no new privileges|Landlock ABI [0-9]+"
-                        "|seccomp)(, .+)?)", confinement)
+    assert re.fullmatch("sandbox: (none|(memory limit|no new privileges|Landlock ABI [0-9]+"
+                        "|seccomp)(, .+)?)", sandbox)
 
 
 @pytest.mark.parametrize("arguments", [["a.tif"], ["--json", "a.tif"], ["--help"], ["--version"]])
@@ -102,17 +101,10 @@ def test_a_full_disk_is_reported(veltrace, write, arguments):
     assert run.stderr == b"veltrace: cannot write the output: No space left on device\n"
 
 
-@pytest.mark.parametrize("option", ["-o", "--summary"])
-def test_a_full_disk_is_reported_of_other_files_too(veltrace, write, option):
-    run = veltrace(option, "/dev/full", write("a.tif", image()))
-    assert run.returncode == 3
-    assert run.stderr == b"veltrace: cannot write /dev/full: No space left on device\n"
-
-
 @pytest.mark.parametrize("option", ["-o", "--output", "--summary"])
 @pytest.mark.parametrize("target, reason", [
     ("gone/out", "No such file or directory"), (".", "Is a directory")])
-def test_an_output_that_cannot_be_made_is_told_before_any_work(veltrace, write, option, target,
+def test_an_output_that_cannot_be_created_is_reported_before_any_work(veltrace, write, option, target,
                                                                reason):
     run = veltrace(option, target, write("a.tif", image()), "gone.tif")
     assert (run.returncode, run.stdout) == (3, b"")
@@ -147,14 +139,14 @@ def test_a_run_that_fails_leaves_an_output_file_as_it_was(veltrace, write, tmp_p
 
 @pytest.mark.parametrize("fail_on, statuses", [
     ("error", [0, 0, 1, 1]), ("warning", [0, 1, 1, 1]), ("never", [0, 0, 0, 0])])
-def test_the_user_says_what_fails_the_run(veltrace, write, fail_on, statuses):
+def test_fail_on_sets_what_fails_the_run(veltrace, write, fail_on, statuses):
     names = [write("ok.tif", image()), write("warned.tif", image(broken(MAKE))),
              write("error.txt", NOT_A_TIFF), "gone.tif"]
     assert [veltrace("--fail-on", fail_on, name).returncode for name in names] == statuses
     assert veltrace("--fail-on", fail_on, *names).returncode == statuses[-1]
 
 
-def test_the_schema_is_the_one_that_the_tests_know(veltrace):
+def test_the_schema_is_the_one_of_the_tests(veltrace):
     run = veltrace("--schema")
     assert (run.returncode, run.stderr) == (0, b"")
     assert run.stdout == SCHEMA.read_bytes()
@@ -175,32 +167,6 @@ def test_jq_reads_every_record(veltrace):
     lines = read.stdout.splitlines()
     assert len(lines) == len(run.stdout.splitlines())
     assert sorted(lines) == sorted([b'["ok",1]'] * 7 + [b'["ok",3]', b'["warned",1]'])
-
-
-def test_output_larger_than_any_buffer_is_reported_too(veltrace, write):
-    write("a.tif", image(texts=[(MAKE, b"x" * 1_000_000)]))
-    with open("/dev/full", "wb") as full:
-        run = veltrace("--json", "a.tif", stdout=full)
-    assert run.returncode == 3
-    assert run.stderr == b"veltrace: cannot write the output: No space left on device\n"
-
-
-def test_an_output_that_nobody_reads_ends_the_run_quietly(veltrace, write):
-    reading, writing = os.pipe()
-    os.close(reading)
-    try:
-        run = veltrace(write("a.tif", image()), stdout=writing)
-    finally:
-        os.close(writing)
-    assert (run.returncode, run.stderr) == (128 + signal.SIGPIPE, b"")
-
-
-def test_a_closed_output_is_reported(write, tmp_path):
-    name = write("a.tif", image())
-    run = subprocess.run(["sh", "-c", '"$0" "$1" >&-', VELTRACE, name], cwd=tmp_path,
-                         stderr=subprocess.PIPE, check=False)
-    assert run.returncode == 3
-    assert run.stderr == b"veltrace: cannot write the output: Bad file descriptor\n"
 
 
 def test_output_that_cannot_be_written_ends_the_run(veltrace, write):

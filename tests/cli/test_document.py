@@ -1,4 +1,4 @@
-"""The commands of the documents and of the help, run where the documents say: next to examples/."""
+"""The commands of the documents and of the help, run next to examples/."""
 
 import os
 import pathlib
@@ -11,12 +11,12 @@ from conftest import VELTRACE
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PAGES = ["README.md", "docs/command.md", "docs/text-and-csv.md"]
-# What differs from run to run or from machine to machine.
+# These differ between runs or machines.
 CHANGING = [
     (r'"elapsed_us":[0-9]+', '"elapsed_us":0'),
     (r'[0-9]{2}-[A-Z][a-z]{2}-[0-9]{4} [0-9:]{8}', "01-Jan-2024 12:00:00"),
     (r'"(seconds|files_per_second)": ?[0-9.e-]+', r'"\1":0'),
-    (r"confinement: .*", "confinement:"),
+    (r"sandbox: .*", "sandbox:"),
 ]
 
 
@@ -36,7 +36,7 @@ def unchanging(text):
 
 @pytest.fixture
 def shell(tmp_path):
-    """Runs commands next to examples/; gives what they print."""
+    """Runs commands next to examples/; returns what they print."""
     shutil.copytree(ROOT / "examples", tmp_path / "examples")
 
     def run(command):
@@ -58,7 +58,7 @@ def test_a_document_shows_what_its_commands_print(shell, page, limits_memory):
         assert unchanging(shell(command).stdout) == unchanging(output), command
 
 
-def test_the_document_of_the_command_tells_every_option(veltrace):
+def test_the_page_of_the_command_describes_every_option(veltrace):
     page = (ROOT / "docs/command.md").read_text(encoding="utf-8")
     options = re.findall(r"^  (?:-\w,)?(--[\w-]+)", veltrace("--help").stdout.decode(), re.MULTILINE)
     assert len(options) == 29
@@ -73,5 +73,5 @@ def test_the_examples_of_the_help_run(shell, tmp_path):
     for example in examples:
         run = shell(example)
         assert run.returncode == 0
-        # One file of the samples has a warning; where no record tells it, a message does.
+        # One file of the samples has a warning; without a record it is a message.
         assert "error" not in run.stdout.replace(",error,", "")

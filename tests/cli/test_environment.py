@@ -1,5 +1,4 @@
-"""Runs in surroundings that a person may have by accident: no standard streams, another language,
-another part of the world, little stack."""
+"""Runs in unusual environments: no standard streams, another locale or time zone, little stack."""
 
 import itertools
 import os
@@ -9,6 +8,7 @@ import resource
 import subprocess
 
 import pytest
+from processes import check_no_process_is_left
 from record_checks import check_record
 from tiff_bytes import EXIF, MAKE, broken, directory, image, nested, pointer
 
@@ -31,7 +31,7 @@ def closing(descriptors):
 
 @pytest.fixture
 def images(write, tmp_path):
-    """A sound file, one with a warning, and one that fails. They must stay what they are."""
+    """A good file, one with a warning, and one that fails. They must not change."""
     contents = {"a.tif": image(texts=[(MAKE, b"Kiln & Co\0")]), "b.tif": image(broken(MAKE)),
                 "no.txt": b"just some text"}
     for name, content in contents.items():
@@ -43,7 +43,8 @@ def images(write, tmp_path):
 
 @pytest.mark.parametrize("isolation", ["on", "off"])
 @pytest.mark.parametrize("closed", CLOSED)
-def test_closed_streams_cost_only_what_goes_through_them(veltrace, images, closed, isolation):
+def test_closed_streams_affect_only_what_goes_through_them(veltrace, images, tmp_path, closed,
+                                                           isolation):
     for form in FORMATS:
         arguments = ["--format", form, "--ordered", "--isolation", isolation, *images]
         usual = veltrace(*arguments)
@@ -51,12 +52,14 @@ def test_closed_streams_cost_only_what_goes_through_them(veltrace, images, close
         run = veltrace(*arguments, preexec_fn=closing(closed))
         if 1 in closed:
             assert (run.returncode, run.stdout) == (3, b"")
-            complaint = b"veltrace: cannot write the output: Bad file descriptor\n"
+            message = b"veltrace: cannot write the output: Bad file descriptor\n"
         else:
             assert run.returncode == 1
             assert without_times(run.stdout) == without_times(usual.stdout)
-            complaint = usual.stderr
-        assert run.stderr == (b"" if 2 in closed else complaint)
+            message = usual.stderr
+        assert run.stderr == (b"" if 2 in closed else message)
+        assert sorted(os.listdir(tmp_path)) == images
+        check_no_process_is_left()
 
 
 @pytest.mark.parametrize("closed", CLOSED)
@@ -77,14 +80,14 @@ def test_a_list_from_a_closed_standard_input_is_empty(veltrace):
 
 @pytest.fixture(scope="module")
 def german(tmp_path_factory):
-    """Surroundings of a locale with decimal commas and grouped digits."""
+    """An environment with decimal commas and grouped digits."""
     locales = tmp_path_factory.mktemp("locales")
     subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", locales / "de_DE.UTF-8"], check=True)
-    surroundings = os.environ | {"LOCPATH": str(locales), "LC_ALL": "de_DE.UTF-8"}
-    shown = subprocess.run(["locale", "decimal_point"], env=surroundings, check=True,
+    environment = os.environ | {"LOCPATH": str(locales), "LC_ALL": "de_DE.UTF-8"}
+    shown = subprocess.run(["locale", "decimal_point"], env=environment, check=True,
                            stdout=subprocess.PIPE).stdout
     assert shown == b",\n"
-    return surroundings
+    return environment
 
 
 @pytest.mark.parametrize("form", FORMATS)
@@ -116,7 +119,7 @@ def test_numbers_of_options_do_not_depend_on_the_locale(veltrace, images, german
     ("Asia/Kathmandu", "09-Sep-2001 07:31:40"),
     (f"<{'A' * 100_000}>-3", "09-Sep-2001 04:46:40")])
 @pytest.mark.parametrize("isolation", ["on", "off"])
-def test_the_date_is_that_of_the_zone(veltrace, write, tmp_path, zone, date, isolation):
+def test_the_date_is_in_the_time_zone(veltrace, write, tmp_path, zone, date, isolation):
     os.utime(tmp_path / write("a.tif", image()), (0, 1_000_000_000))
     run = veltrace("--ndjson", "--isolation", isolation, "-f", "FileModDate", "a.tif",
                    env=os.environ | {"TZ": zone})
@@ -141,7 +144,7 @@ DEPTHS = [10, 1000, 100_000]
 
 @pytest.mark.parametrize("isolation", ["on", "off"])
 @pytest.mark.parametrize("stack", [256 << 10, 8 << 20, UNLIMITED])
-def test_a_file_needs_no_certain_stack(veltrace, write, stack, isolation, limits_memory):
+def test_a_file_needs_no_particular_stack(veltrace, write, stack, isolation, limits_memory):
     if stack == UNLIMITED and not limits_memory:
         pytest.skip("nothing would end before all memory does")
     if stack == UNLIMITED and resource.getrlimit(resource.RLIMIT_STACK)[1] != UNLIMITED:

@@ -1,4 +1,4 @@
-"""The samples that the project shows itself with."""
+"""The samples in examples/."""
 
 import json
 import pathlib
@@ -26,7 +26,7 @@ def test_every_sample_is_read(veltrace, sample):
     run = veltrace("--json", sample)
     assert run.returncode == 0
     (file,) = json.loads(run.stdout)
-    # BigTIFF encoders store strip offsets in 64 bits, which are refused entry by entry.
+    # BigTIFF encoders store strip offsets in 64 bits, which are rejected entry by entry.
     assert file["status"] == ("warned" if sample.name == "big.tif" else "ok")
     assert len(file["info"]) == (3 if sample.name == "pages.tif" else 1)
 
@@ -40,7 +40,7 @@ def test_every_sample_is_read(veltrace, sample):
     ("fax.tif", "Compression", "Group 4 Fax"),
     ("photo.jpg", "Format", "jpg"),
 ])
-def test_a_sample_shows_what_it_is_for(veltrace, name, field, value):
+def test_a_sample_has_its_special_field(veltrace, name, field, value):
     assert first_directory(veltrace, name)[field] == value
 
 

@@ -1,4 +1,4 @@
-"""What --field, --max-values and --omit-larger-than leave of the values."""
+"""The values that --field, --max-values and --omit-larger-than select."""
 
 import csv
 import io
@@ -54,7 +54,7 @@ def test_a_directory_is_selected_whole(veltrace):
     assert directory["GPSInfo"][0]["GPSTimeStamp"] == [11, 30, 15]
 
 
-def test_a_field_that_no_file_has_is_said_once_at_the_end(veltrace):
+def test_a_field_that_no_file_has_is_reported_once_at_the_end(veltrace):
     for arguments in [[], ["--ndjson"], ["--json"], ["--format", "csv"]]:
         run = veltrace(*arguments, "-f", "Mkae", "-f", "Make", "-f", "GPSInfo.\x1b", CAMERA, PAGES,
                        PAGES)
@@ -63,7 +63,7 @@ def test_a_field_that_no_file_has_is_said_once_at_the_end(veltrace):
                               b"veltrace: no file has the field GPSInfo.\\x1b\n")
 
 
-def test_text_says_that_nothing_is_selected(veltrace):
+def test_text_reports_that_nothing_is_selected(veltrace):
     run = veltrace("-f", "Mkae", PAGES)
     assert run.stdout.decode().splitlines() == [str(PAGES), "  none of the selected fields"]
 
@@ -77,7 +77,7 @@ def test_text_shortens_arrays(veltrace):
     assert check_record(run.stdout)["info"][0] == {"FormatSignature": [73, 73, 42, 0]}
 
 
-def test_json_leaves_out_large_values_and_says_so(veltrace, write):
+def test_json_omits_large_values_and_lists_them(veltrace, write):
     write("a.tif", image(texts=[(MAKE, b"five\0")]))
     run = veltrace("--ndjson", "--omit-larger-than", "4", "-f", "Make", "-f", "FormatSignature",
                    "a.tif")

@@ -1,19 +1,20 @@
-"""No file takes more than it may, and no other file notices."""
+"""No file exceeds its limits, and no other file is affected."""
 
 import os
+import resource
 
 import pytest
 from hostile_files import (ORIENTATION, bad_entries, binary_tree, cycle,
                            endless_at_constant_memory, sparse, sub_chain_cycle)
-from processes import check_no_process_is_left, confinement
+from processes import check_no_process_is_left, sandbox
 from run_records import record_lines, records_of, status_of
 from tiff_bytes import HEIGHT, MAKE, WIDTH, directory, image, nested, short
 
 GIBIBYTE = 1 << 30
 UNKNOWN_EXCEPTION = "ZEPHRA:veltrace:unknownException"
-needs_memory_limit = pytest.mark.skipif("memory limit" not in confinement(),
+needs_memory_limit = pytest.mark.skipif("memory limit" not in sandbox(),
                                         reason="the memory limit does not hold in this build")
-# Less memory than anybody gives, so that it runs out fast also where the time does.
+# Little memory, so that it runs out fast.
 LIMITS = ["--memory-limit", "48M", "--time-limit", "60"]
 ENDLESS = {
     "self.tif": lambda: cycle(1),
@@ -51,7 +52,7 @@ def good(write):
 
 @pytest.fixture
 def read(veltrace, tmp_path):
-    """Runs the command; asserts that there is one record for each name, and nothing else left."""
+    """Runs the command; asserts that each name has one record and nothing is left behind."""
 
     def run(*arguments, names):
         before = sorted(os.listdir(os.fsencode(tmp_path)))
@@ -74,7 +75,7 @@ def between(good, hostile):
 
 @needs_memory_limit
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_what_has_no_end_takes_no_more_memory_than_it_may(write, read, good, jobs):
+def test_an_endless_file_ends_at_the_memory_limit(write, read, good, jobs):
     hostile = [write(name, content()) for name, content in ENDLESS.items()]
     assert len(binary_tree(28)) < 1024
     records, lines = read(*LIMITS, "--jobs", jobs, names=between(good, hostile))
@@ -84,23 +85,27 @@ def test_what_has_no_end_takes_no_more_memory_than_it_may(write, read, good, job
 
 
 @needs_memory_limit
-def test_the_limits_without_options_are_such_that_memory_ends_first(write, read):
-    records, _ = read(names=[write("self.tif", cycle(1))])
+def test_the_default_memory_limit_is_reached_before_the_default_time_limit(write, read):
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    records, _ = read("--time-limit", "60", names=[write("self.tif", cycle(1))])
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
     assert status_of(records[b"self.tif"]) == ("limit-memory", UNKNOWN_EXCEPTION)
+    # CPU seconds, as other tests run at the same time.
+    assert after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime < 10
 
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_what_has_no_end_and_takes_no_memory_takes_no_more_time_than_it_may(
+def test_an_endless_file_without_memory_ends_at_the_time_limit(
         write, read, good, jobs):
     hostile = [write(f"loop-{number}.tif", endless_at_constant_memory()) for number in range(2)]
-    records, lines = read("--time-limit", "1", "--jobs", jobs, names=between(good, hostile))
+    records, lines = read("--time-limit", "0.5", "--jobs", jobs, names=between(good, hostile))
     for name in hostile:
         assert status_of(records[name.encode()]) == ("limit-time", "veltrace:timeLimit")
     assert read(names=good)[1].items() <= lines.items()
 
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_what_is_very_deep_or_all_wrong_has_its_record(write, read, good, jobs):
+def test_a_very_deep_or_invalid_file_has_its_record(write, read, good, jobs):
     hostile = [write("deep.tif", nested(100_000)), write("bad.tif", bad_entries())]
     records, lines = read("--time-limit", "60", "--jobs", jobs, names=between(good, hostile))
     assert records[b"deep.tif"]["error"]["id"] == UNKNOWN_EXCEPTION
@@ -112,7 +117,7 @@ def test_what_is_very_deep_or_all_wrong_has_its_record(write, read, good, jobs):
 
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_the_size_of_a_file_costs_nothing(read, good, tmp_path, jobs):
+def test_the_size_of_a_file_does_not_matter(read, good, tmp_path, jobs):
     content = directory(short(WIDTH, 5), short(HEIGHT, 7), short(ORIENTATION, 6))
     sparse(tmp_path / "first.tif", content, at=8, size=5 * GIBIBYTE)
     sparse(tmp_path / "last.tif", content, at=2 * GIBIBYTE - 100, size=5 * GIBIBYTE)
@@ -131,7 +136,7 @@ def test_the_size_of_a_file_costs_nothing(read, good, tmp_path, jobs):
 
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_names_of_any_bytes_come_back_as_they_are(write, read, good, jobs):
+def test_names_of_any_bytes_are_unchanged_in_records(write, read, good, jobs):
     for number, name in enumerate(ODD_NAMES):
         write(name, image(short(ORIENTATION, number % 8 + 1)))
     records, lines = read("--jobs", jobs, names=between(good, ODD_NAMES))
@@ -142,7 +147,7 @@ def test_names_of_any_bytes_come_back_as_they_are(write, read, good, jobs):
 
 
 @pytest.mark.parametrize("jobs", ["2", "8"])
-def test_names_that_lead_nowhere_have_their_records(read, good, jobs):
+def test_names_of_missing_files_have_their_records(read, good, jobs):
     names = [name for name in ODD_NAMES if name != b"..."]
     records, _ = read("--jobs", jobs, names=between(good, names))
     for name in names:

@@ -1,4 +1,4 @@
-"""Which files the command reads, and in which order their records come."""
+"""The files that the command reads, and the order of their records."""
 
 import os
 import pathlib
@@ -63,7 +63,7 @@ def test_without_recursion_a_directory_is_unreadable(veltrace, tree):
 
 @pytest.fixture
 def open_directory():
-    """One that every user may search."""
+    """A directory that every user may search."""
     with tempfile.TemporaryDirectory() as path:
         os.chmod(path, 0o755)
         yield pathlib.Path(path)
@@ -71,8 +71,8 @@ def open_directory():
 
 @pytest.fixture
 def veltrace_of_a_user():
-    """Runs the command as somebody who may not read everything. What this user has built may lie
-    where others cannot go, so that they get a copy."""
+    """Runs the command as a user who may not read everything. The build may be in a place that this
+    user cannot reach, so the command is copied."""
     with tempfile.TemporaryDirectory() as path:
         os.chmod(path, 0o755)
         for file in [VELTRACE, pathlib.Path(VELTRACE).with_name("veltrace.so")]:
@@ -86,7 +86,7 @@ def veltrace_of_a_user():
         yield run
 
 
-def test_what_cannot_be_read_is_told_and_fails_the_run(veltrace_of_a_user, open_directory):
+def test_what_cannot_be_read_is_reported_and_fails_the_run(veltrace_of_a_user, open_directory):
     closed = open_directory / "closed"
     for path in [closed, open_directory / "open"]:
         path.mkdir()
@@ -117,7 +117,7 @@ def test_lists_name_files(veltrace, write, option, end):
 
 
 @pytest.mark.parametrize("isolation", ["on", "off"])
-def test_a_line_with_a_nul_is_no_name(veltrace, isolation):
+def test_a_line_with_a_nul_is_unreadable(veltrace, isolation):
     run = veltrace("--isolation", isolation, "--ndjson", "--files-from", "-", input=b"a\0b\n")
     (record,) = records(run.stdout)
     assert run.returncode == 1
@@ -149,7 +149,7 @@ def test_no_files_at_all_are_wrong_usage(veltrace, tmp_path, arguments):
     (["--files-from", "gone"], b"cannot read names from gone: No such file or directory"),
     (["--files0-from", "."], b"cannot read names from .: Is a directory"),
     (["--resume-from", "gone"], b"cannot read the records of gone: No such file or directory"),
-    (["--resume-from", "text"], b"cannot read the records of text: line 1 is no record")])
+    (["--resume-from", "text"], b"cannot read the records of text: line 1 is not a record")])
 def test_a_list_that_cannot_be_read_is_wrong_usage(veltrace, write, arguments, reason):
     write("text", b"a.tif\n")
     run = veltrace(*arguments, write("a.tif", image()))
@@ -166,14 +166,14 @@ def test_shards_have_every_name_once_and_in_its_place(veltrace, write):
     assert sorted(found) == list(enumerate(NAMES))
 
 
-def test_a_shard_goes_by_the_name_alone(veltrace):
+def test_a_shard_depends_on_the_name_alone(veltrace):
     # The last byte of the hash of the empty name is C2, 194.
     assert paths(veltrace("--ndjson", "--shard", "195/256", "").stdout) == [""]
     run = veltrace("--ndjson", "--shard", "194/256", "")
     assert (run.returncode, run.stdout) == (0, b"")
 
 
-def test_a_run_goes_on_where_another_stopped(veltrace, write):
+def test_a_run_resumes_another(veltrace, write):
     for name in NAMES:
         write(name, image())
     whole = veltrace("--ndjson", "--ordered", *NAMES).stdout.splitlines(keepends=True)
@@ -191,13 +191,13 @@ def test_a_failed_file_counts_as_done(veltrace, write):
     assert paths(run.stdout) == ["a.tif"]
 
 
-def test_nothing_left_to_do_is_no_failure(veltrace, write):
+def test_nothing_left_to_do_is_not_a_failure(veltrace, write):
     first = veltrace("--ndjson", write("a.tif", image()))
     run = veltrace("--ndjson", "--resume-from", write("out", first.stdout), "a.tif")
     assert (run.returncode, run.stdout, run.stderr) == (0, b"", b"")
 
 
-def test_an_output_does_not_replace_what_it_goes_on_from(veltrace, write, tmp_path):
+def test_an_output_that_is_resumed_from_is_rejected(veltrace, write, tmp_path):
     first = veltrace("--ndjson", write("a.tif", image()))
     write("out", first.stdout)
     run = veltrace("--ndjson", "--resume-from", "out", "-o", "./out", "a.tif")
@@ -206,7 +206,7 @@ def test_an_output_does_not_replace_what_it_goes_on_from(veltrace, write, tmp_pa
     assert (tmp_path / "out").read_bytes() == first.stdout
 
 
-def test_records_come_in_order_when_the_format_or_the_user_wants_it(veltrace, write):
+def test_records_are_ordered_by_format_or_option(veltrace, write):
     for name in NAMES:
         write(name, image())
     for arguments in [["--ndjson", "--ordered"], ["--json"]]:
@@ -217,14 +217,14 @@ def test_records_come_in_order_when_the_format_or_the_user_wants_it(veltrace, wr
 
 
 @pytest.mark.parametrize("arguments", [["--ndjson"], ["--ndjson", "--no-ordered"]])
-def test_records_come_as_they_are_ready(veltrace, write, unruly, arguments):
+def test_records_are_printed_as_they_are_ready(veltrace, write, unruly, arguments):
     names = ["sleep.tif", "a.tif"]
     run = veltrace("--module", unruly, "--time-limit", "0.5", "-j", "2", *arguments, *names)
     assert run.returncode == 1
     assert paths(run.stdout) == ["a.tif", "sleep.tif"]
 
 
-def test_json_may_come_unordered_too(veltrace, unruly):
+def test_json_may_be_unordered(veltrace, unruly):
     run = veltrace("--module", unruly, "--time-limit", "0.5", "-j", "2", "--json", "--no-ordered",
                    "sleep.tif", "a.tif")
     lines = run.stdout.splitlines()
@@ -235,10 +235,10 @@ def test_json_may_come_unordered_too(veltrace, unruly):
 
 
 @pytest.mark.parametrize("isolation", ["on", "off"])
-def test_what_is_no_regular_file_is_told_at_once(veltrace, tmp_path, isolation):
+def test_only_regular_files_are_opened(veltrace, tmp_path, monkeypatch, isolation):
     os.mkfifo(tmp_path / "fifo")
     with socket.socket(socket.AF_UNIX) as listener:
-        os.chdir(tmp_path)
+        monkeypatch.chdir(tmp_path)
         listener.bind("socket")
         run = veltrace("--isolation", isolation, "--ndjson", "--ordered", "fifo", "socket",
                        "/dev/zero", ".", timeout=20)

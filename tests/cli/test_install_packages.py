@@ -1,4 +1,4 @@
-"""What the set-up installs, with stand-ins for the package tools of the system."""
+"""The packages that the set-up installs, with fakes of the package tools of the system."""
 
 import pathlib
 import shutil
@@ -12,7 +12,7 @@ DPKG_QUERY = """#!/bin/sh
 for package; do :; done
 grep -qx "$package" installed && echo installed
 """
-# Fails as long as `broken` names one of its words; an update mends that.
+# Fails as long as `broken` exists; an update removes it.
 APT_GET = """#!/bin/sh
 case " $* " in *" --simulate "*) ;; *) echo "$*" >>calls ;; esac
 case " $* " in *" update "*) rm -f broken; exit 0 ;; esac
@@ -59,7 +59,7 @@ def test_nothing_is_done_when_everything_is_there(machine):
     assert calls(machine) == []
 
 
-def test_what_is_missing_is_named_and_installed_without_an_update(machine):
+def test_missing_packages_are_listed_and_installed_without_an_update(machine):
     (machine / "installed").write_text("alpha\n")
     run = install(machine, "one", "two")
     assert run.returncode == 0
@@ -68,7 +68,7 @@ def test_what_is_missing_is_named_and_installed_without_an_update(machine):
     assert calls(machine) == [f"{INSTALL} beta gamma"]
 
 
-def test_an_index_that_does_not_serve_is_updated_once(machine):
+def test_an_outdated_index_is_updated_once(machine):
     (machine / "broken").write_text("")
     assert install(machine, "two").returncode == 0
     assert calls(machine) == ["--quiet --yes update", f"{INSTALL} gamma"]
@@ -79,7 +79,7 @@ def test_a_list_that_does_not_exist_is_a_failure(machine):
     assert calls(machine) == []
 
 
-def test_without_rights_and_without_sudo_it_says_so(machine):
+def test_missing_rights_are_reported(machine):
     (machine / "uid").write_text("1000")
     run = install(machine, "two")
     assert run.returncode != 0

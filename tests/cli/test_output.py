@@ -1,4 +1,4 @@
-"""What the command prints of a file."""
+"""What the command prints for a file."""
 
 import json
 import os
@@ -78,7 +78,7 @@ def test_control_bytes_of_a_file_do_not_reach_the_terminal(veltrace, write):
     assert file["latin1"] == ["/info/0/Make"]
 
 
-def test_directories_nest_as_deep_as_the_file_says(veltrace, write):
+def test_directories_nest_as_deep_as_in_the_file(veltrace, write):
     depth = 3000
     run = veltrace("--json", write("a.tif", nested(depth)))
     assert (run.returncode, run.stderr) == (0, b"")

@@ -1,4 +1,4 @@
-"""That the checks of a record take what is one and refuse what is not."""
+"""The checks of a record accept records and reject everything else."""
 
 import json
 import math
@@ -22,7 +22,7 @@ def test_a_record_comes_back():
     assert check_record(line()) == FINE | {"path": b"a.tif"}
 
 
-def test_what_json_has_no_room_for_comes_back():
+def test_values_that_json_cannot_represent_come_back():
     record = check_record(line(
         without=["path"], path_b64="Y2Fm6Q==", latin1=["/info/0/Make", "/info/0/a~1b/1"],
         info=[{"Make": "caf\u00e9", "a/b": ["x", "\u00ff"], "1": [[1, None]]}],
@@ -39,7 +39,7 @@ def test_what_json_has_no_room_for_comes_back():
     {"without": ["path"], "path_b64": "/w="}, {"nonfinite": [{"at": "/info/0/Width", "is": "nan"}]},
     {"latin1": ["/path"]}, {"omitted": [{"at": "/info/0/Width", "size": [1]}]},
     {"status": "crashed", "error": {"id": "X", "text": "x"}}])
-def test_what_the_schema_does_not_allow_is_refused(changes):
+def test_records_that_do_not_fit_the_schema_are_rejected(changes):
     with pytest.raises(jsonschema.ValidationError):
         check_record(line(**changes))
 
@@ -50,7 +50,7 @@ def test_what_the_schema_does_not_allow_is_refused(changes):
     {"info": [{"Make": "caf"}], "latin1": ["/info/0/Make"]},
     {"without": ["path"], "path_b64": "YQ=="},
     {"info": [{"Make": "\u00ff"}], "latin1": ["/info/0/Make", "/info/0/Make"]}])
-def test_lists_that_do_not_fit_the_values_are_refused(changes):
+def test_lists_that_do_not_fit_the_values_are_rejected(changes):
     with pytest.raises(AssertionError):
         check_record(line(**changes))
 
@@ -58,6 +58,6 @@ def test_lists_that_do_not_fit_the_values_are_refused(changes):
 @pytest.mark.parametrize("content", [
     line()[:-1], line() + b"\n", b" \n" + line(), line(path="\x7f"), line(path="\u0085"),
     line(path="\u2028"), line(info=[{"A": math.nan}]), line()[:-2] + b',"v":1}\n'])
-def test_what_is_no_strict_line_is_refused(content):
+def test_lines_that_are_not_strict_are_rejected(content):
     with pytest.raises(AssertionError):
         check_record(content)

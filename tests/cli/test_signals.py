@@ -10,9 +10,8 @@ import subprocess
 import time
 
 import pytest
-from conftest import VELTRACE
 from hostile_files import large_array
-from processes import (PATIENCE, await_that, check_no_process_is_left, facts_of, started,
+from processes import (TIMEOUT, await_that, check_no_process_is_left, facts_of, started,
                        workers_of)
 from run_records import record_lines, records_of
 from tiff_bytes import image
@@ -37,7 +36,7 @@ def unruly(tmp_path):
 
 @pytest.fixture
 def unfinished(unruly):
-    """A run that takes some files, has one in work for long, and would wait for more names."""
+    """A run that reads some files, then one for a long time, and would wait for more names."""
 
     @contextlib.contextmanager
     def run(*arguments, count=40):
@@ -59,8 +58,8 @@ def age_of(pid):
 
 
 def hit_workers(run, signals, generator):
-    """Sends signals to workers until the run ends; gives their number. A worker that is young may
-    have a file that has cost one already, so it is spared."""
+    """Sends signals to workers until the run ends; returns their number. Young workers are spared:
+    their file may have crashed one already."""
     hits = 0
     while run.poll() is None:
         time.sleep(0.05)
@@ -76,7 +75,7 @@ def hit_workers(run, signals, generator):
 
 @pytest.mark.parametrize("signals", [[signal.SIGKILL], [signal.SIGSTOP],
                                      [signal.SIGKILL, signal.SIGSEGV, signal.SIGSTOP]])
-def test_processes_that_die_cost_no_file(unruly, tmp_path, signals):
+def test_killed_workers_are_replaced(unruly, tmp_path, signals):
     (tmp_path / "names").write_bytes(listed(BUSY))
     arguments = ["--ndjson", "--jobs", "3", "--files0-from", "names"]
     with open(tmp_path / "out", "wb") as out, unruly(*arguments, stdout=out) as run:
@@ -87,7 +86,7 @@ def test_processes_that_die_cost_no_file(unruly, tmp_path, signals):
     records = records_of(output)
     assert {record["seq"]: record["path"].decode() for record in records} == dict(enumerate(BUSY))
     crashed = [record for record in records if record["status"] == "crashed"]
-    # A file is given up after two hits, and two are rare.
+    # A file fails after two hits, and two are rare.
     assert hits >= 3 and 2 * len(crashed) < hits
     assert {record["status"] for record in records} <= {"ok", "crashed"}
     assert all(record["info"] == [{"Name": record["path"].decode()}] for record in records
@@ -96,7 +95,7 @@ def test_processes_that_die_cost_no_file(unruly, tmp_path, signals):
 
 @pytest.mark.parametrize("which", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP])
 @pytest.mark.parametrize("form", ["ndjson", "json", "text", "csv"])
-def test_an_interruption_keeps_what_is_complete(unfinished, tmp_path, form, which):
+def test_an_interruption_keeps_complete_records(unfinished, tmp_path, form, which):
     with unfinished("--format", form) as run:
         output = b""
         while b"busy.39" not in output:
@@ -104,7 +103,7 @@ def test_an_interruption_keeps_what_is_complete(unfinished, tmp_path, form, whic
             assert piece
             output += piece
         run.send_signal(which)
-        rest, error = run.communicate(timeout=PATIENCE)
+        rest, error = run.communicate(timeout=TIMEOUT)
     output += rest
     assert (run.returncode, error) == (128 + which, b"")
     check_no_process_is_left()
@@ -137,7 +136,7 @@ def test_an_interruption_leaves_the_output_file_as_it_was(unfinished, tmp_path, 
     with unfinished("--json", "-o", "out") as run:
         await_that(lambda: has_written(run.pid, tmp_path))
         run.send_signal(which)
-        output, error = run.communicate(timeout=PATIENCE)
+        output, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, output, error) == (128 + which, b"", b"")
     check_no_process_is_left()
     assert sorted(os.listdir(tmp_path)) == ["out", "out.partial"]
@@ -150,7 +149,7 @@ def test_an_interruption_before_any_record_leaves_nothing(unfinished, tmp_path):
     with unfinished("--json", "-o", "out", count=0) as run:
         await_that(lambda: workers_of(run.pid))
         run.send_signal(signal.SIGTERM)
-        run.communicate(timeout=PATIENCE)
+        run.communicate(timeout=TIMEOUT)
     assert run.returncode == 128 + signal.SIGTERM
     check_no_process_is_left()
     assert os.listdir(tmp_path) == []
@@ -161,12 +160,12 @@ def test_a_command_that_is_killed_leaves_nothing(unfinished, tmp_path, sandbox):
     with unfinished("--ndjson", "-o", "out", "--sandbox", sandbox) as run:
         await_that(lambda: has_written(run.pid, tmp_path) and len(workers_of(run.pid)) == 3)
         run.kill()
-        run.wait(PATIENCE)
+        run.wait(TIMEOUT)
     check_no_process_is_left()
     assert os.listdir(tmp_path) == []
 
 
-def test_a_command_that_is_killed_takes_the_walk_of_directories_with_it(unruly, write, tmp_path):
+def test_a_command_that_is_killed_ends_the_walk_of_directories(unruly, write, tmp_path):
     for number in range(3000):
         write(f"{number:04}{'x' * 240}.tif", image())
     write("spin.tif", image())
@@ -174,84 +173,38 @@ def test_a_command_that_is_killed_takes_the_walk_of_directories_with_it(unruly, 
     with unruly("--ndjson", "-r", ".", stdout=subprocess.PIPE) as run:
         assert run.stdout.readline()  # and no more: the run comes to a halt
         run.kill()
-        run.wait(PATIENCE)
+        run.wait(TIMEOUT)
     check_no_process_is_left()
     assert set(os.listdir(tmp_path)) == names
 
 
-@pytest.mark.parametrize("form", ["text", "json", "ndjson", "csv"])
-def test_an_output_that_is_closed_ends_the_run_quietly(unruly, tmp_path, form):
-    (tmp_path / "names").write_bytes(listed(["a.tif"] * 20_000))
-    with unruly("--format", form, "--files0-from", "names") as run:
-        assert run.stdout.readline()
-        run.stdout.close()
-        assert run.stderr.read() == b""
-        assert run.wait(PATIENCE) == 128 + signal.SIGPIPE
-    check_no_process_is_left()
-    assert os.listdir(tmp_path) == ["names"]
-
-
 @pytest.mark.parametrize("order", ["--ordered", "--no-ordered"])
-def test_a_slow_reader_costs_no_file_its_time(veltrace, write, tmp_path, order):
+def test_a_slow_reader_does_not_use_up_the_time_limit(veltrace, write, tmp_path, order):
     names = [write(f"{number}.tif", large_array(60_000, number)) for number in range(12)]
-    with started("--ndjson", "--jobs", "4", "--time-limit", "1", order, *names,
+    with started("--ndjson", "--jobs", "4", "--time-limit", "0.5", order, *names,
                  cwd=tmp_path) as run:
         output = b""
         for _ in range(2):
-            time.sleep(1.5)
+            time.sleep(0.8)
             output += os.read(run.stdout.fileno(), 1 << 16)
-        rest, error = run.communicate(timeout=PATIENCE)
+        rest, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, error) == (0, b"")
     assert record_lines(output + rest) == record_lines(veltrace("--ndjson", *names).stdout)
 
 
 @pytest.mark.parametrize("names", [BUSY[:100], ["large-late.0", *BUSY[1:20]]])
-def test_a_command_that_is_stopped_for_long_costs_no_file_its_time(unruly, tmp_path, names):
-    with unruly("--ndjson", "--jobs", "2", "--time-limit", "1", *names,
+def test_a_stop_of_the_command_does_not_use_up_the_time_limit(unruly, tmp_path, names):
+    with unruly("--ndjson", "--jobs", "2", "--time-limit", "0.8", *names,
                 stdout=subprocess.PIPE) as run:
         await_that(lambda: workers_of(run.pid))
         time.sleep(0.2)
         run.send_signal(signal.SIGSTOP)
         await_that(lambda: facts_of(run.pid)[0] == "T")
-        time.sleep(3)
+        time.sleep(1.6)  # twice the limit
         run.send_signal(signal.SIGCONT)
-        output, error = run.communicate(timeout=PATIENCE)
+        output, error = run.communicate(timeout=TIMEOUT)
     assert (run.returncode, error) == (0, b"")
     records = records_of(output)
     assert sorted(record["path"].decode() for record in records) == sorted(names)
     assert {record["status"] for record in records} == {"ok"}
     check_no_process_is_left()
-
-
-def run_without(descriptor, *arguments, **settings):
-    script = f'exec "$0" "$@" {descriptor}>&-'
-    return subprocess.run(["sh", "-c", script, VELTRACE, *arguments], timeout=PATIENCE,
-                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, **settings)
-
-
-@pytest.mark.parametrize("descriptor", [0, 2])
-def test_a_missing_input_or_error_output_is_not_missed(veltrace, write, tmp_path, descriptor):
-    names = [write("a.tif", image()), "gone.tif", write("b.tif", image())]
-    run = run_without(descriptor, "--ndjson", *names, cwd=tmp_path)
-    assert (run.returncode, run.stderr) == (1, b"")
-    assert record_lines(run.stdout) == record_lines(veltrace("--ndjson", *names).stdout)
-
-
-def test_messages_without_an_error_output_do_not_get_into_the_output(veltrace, write, tmp_path):
-    names = [write("a.tif", image()), "gone.tif", write("b.tif", image())]
-    run = run_without(2, *names, cwd=tmp_path)
-    assert (run.returncode, run.stdout) == (1, veltrace(*names).stdout)
-
-
-def test_a_missing_output_is_a_failure(write, tmp_path):
-    run = run_without(1, "--ndjson", write("a.tif", image()), cwd=tmp_path)
-    assert (run.returncode, run.stdout) == (3, b"")
-    assert run.stderr == b"veltrace: cannot write the output: Bad file descriptor\n"
-    check_no_process_is_left()
-    assert os.listdir(tmp_path) == ["a.tif"]
-
-
-def test_a_missing_output_is_not_missed_when_a_file_takes_its_place(write, tmp_path):
-    run = run_without(1, "--ndjson", "-o", "out", write("a.tif", image()), cwd=tmp_path)
-    assert (run.returncode, run.stderr) == (0, b"")
-    assert len(records_of((tmp_path / "out").read_bytes())) == 1

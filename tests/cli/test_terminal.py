@@ -10,6 +10,7 @@ import time
 
 import pytest
 from conftest import VELTRACE
+from processes import started
 from tiff_bytes import MAKE, broken, image
 
 ENVIRONMENT = {"PATH": os.environ["PATH"], "TERM": "xterm"}
@@ -17,7 +18,7 @@ ENVIRONMENT = {"PATH": os.environ["PATH"], "TERM": "xterm"}
 
 @pytest.fixture
 def on_terminal(tmp_path):
-    """Runs the command with `streams` on a terminal; gives what the terminal got."""
+    """Runs the command with `streams` on a terminal; returns what the terminal received."""
     try:
         os.close(os.open("/dev/ptmx", os.O_RDWR | os.O_NOCTTY))
     except OSError:
@@ -44,7 +45,7 @@ def everything_from(terminal, process):
         if select.select([terminal], [], [], 0.1)[0]:
             try:
                 piece = os.read(terminal, 65536)
-            except OSError:  # nobody has its other end any more
+            except OSError:  # the other end is closed
                 return seen
             seen += piece
     process.kill()
@@ -59,17 +60,17 @@ def test_text_is_coloured_on_a_terminal(on_terminal, write):
 @pytest.mark.parametrize("arguments, environment", [
     (["--color", "never"], {}), ([], {"NO_COLOR": "1"}), ([], {"TERM": "dumb"}), (["--json"], {}),
     (["--format", "csv", "--color", "always"], {}), (["-o", "out"], {})])
-def test_it_is_not_when_somebody_minds(on_terminal, write, arguments, environment):
+def test_text_is_not_coloured_when_that_is_unwanted(on_terminal, write, arguments, environment):
     write("a.tif", image())
     assert b"\x1b" not in on_terminal(*arguments, "a.tif", environment=environment)
 
 
-def test_an_empty_wish_for_no_colour_is_none(on_terminal, write):
+def test_an_empty_no_color_is_ignored(on_terminal, write):
     write("a.tif", image())
     assert b"\x1b[" in on_terminal("a.tif", streams=["stdout"], environment={"NO_COLOR": ""})
 
 
-def test_colour_may_be_had_without_a_terminal(veltrace, write):
+def test_text_may_be_coloured_without_a_terminal(veltrace, write):
     write("a.tif", image())
     plain = veltrace("a.tif").stdout
     assert b"\x1b" not in plain
@@ -77,11 +78,8 @@ def test_colour_may_be_had_without_a_terminal(veltrace, write):
     assert coloured != plain
     assert re.sub(rb"\x1b\[[0-9;]*m", b"", coloured) == plain
     assert veltrace("--color", "auto", "a.tif").stdout == plain
-    os.environ["NO_COLOR"] = "1"
-    try:
-        assert veltrace("--color", "always", "a.tif").stdout == coloured
-    finally:
-        del os.environ["NO_COLOR"]
+    environment = os.environ | {"NO_COLOR": "1"}
+    assert veltrace("--color", "always", "a.tif", env=environment).stdout == coloured
 
 
 def test_progress_is_shown_on_a_terminal_after_a_second(on_terminal, unruly):
@@ -94,22 +92,23 @@ def test_progress_is_shown_on_a_terminal_after_a_second(on_terminal, unruly):
                         last)
 
 
-def test_progress_makes_room_for_what_shares_its_terminal(on_terminal, unruly):
+def test_progress_is_cleared_before_records_on_its_terminal(on_terminal, unruly):
     seen = on_terminal("--module", unruly, "--time-limit", "1.5", "-j", "1", "--ndjson",
                        "--color", "never", "sleep.tif", "a.tif")
     assert b"\r\x1b[K{\"v\":1,\"seq\":0," in seen
 
 
-def test_no_progress_is_shown_in_a_short_run_or_when_it_is_not_wanted(on_terminal, unruly):
+def test_no_progress_is_shown_in_a_short_run_or_when_unwanted(on_terminal, unruly):
     assert on_terminal("--module", unruly, "a.tif", streams=["stderr"]) == b""
     assert on_terminal("--module", unruly, "--time-limit", "1.2", "--no-progress", "--ndjson",
                        "sleep.tif", streams=["stderr"]) == b""
 
 
-def test_progress_may_be_wanted_without_a_terminal(veltrace, unruly):
+def test_progress_may_be_shown_without_a_terminal(unruly):
     arguments = ["--module", unruly, "--time-limit", "1.2", "--ndjson", "sleep.tif"]
-    assert veltrace(*arguments).stderr == b""
-    assert b"veltrace: 0 of 1 done, 0/s, 0 failed" in veltrace("--progress", *arguments).stderr
+    with started(*arguments) as without, started("--progress", *arguments) as run:
+        assert b"veltrace: 0 of 1 done, 0/s, 0 failed" in run.stderr.read()
+        assert without.stderr.read() == b""
 
 
 def test_the_summary_counts_every_outcome(veltrace, write, tmp_path):

@@ -20,7 +20,7 @@ def broken(tag):
 
 
 def directory(*entries):
-    """One directory without a following one; its entries are in ascending order of their tags."""
+    """One directory without a successor; its entries are in ascending order of their tags."""
     return struct.pack("<H", len(entries)) + b"".join(entries) + struct.pack("<I", 0)
 
 
@@ -36,7 +36,7 @@ def tiff(*entries, texts=()):
 
 
 def image(*entries, **settings):
-    """A file that says it holds an image of 5 x 7."""
+    """A file with an image of 5 x 7."""
     return tiff(short(WIDTH, 5), short(HEIGHT, 7), *entries, **settings)
 
 

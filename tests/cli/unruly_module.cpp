@@ -1,5 +1,5 @@
-// A module that does what the file name says up to its first dot, for tests of those who have to
-// put up with it. Of any other file it returns one directory with the field Name.
+// A module that misbehaves as the file name up to its first dot says, for tests of the command. For
+// any other file it returns one directory with the field Name.
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -37,24 +37,30 @@ std::string textBytes(const std::string& text) {
     return numberBytes(text.size()) + text;
 }
 
-/// A frame as the other side expects it: size, sequence, payload.
-std::string frame(std::uint64_t sequence, const std::string& payload) {
-    return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(sequence) + payload;
+/// A frame: size, id, payload.
+std::string frame(std::uint64_t id, const std::string& payload) {
+    return numberBytes(payload.size(), sizeof(std::uint32_t)) + numberBytes(id) + payload;
 }
 
-/// The answer of a file that was read, as the other side expects it but for what differs here.
+/// A valid answer for a file that was read, except for what differs here.
 struct Forged {
     std::uint64_t status = 0;
     std::uint64_t warnings = 0;
     std::string body = "[]";
     std::string nonfinite{};
-    std::uint64_t fieldsSeen = 0;  ///< all of them are the first one
+    std::vector<std::string> cells{};
+    std::uint64_t furtherCells = 0;  ///< announced and not sent
+    std::uint64_t fieldsSeen = 0;    ///< all of them are the first one
 
     [[nodiscard]] std::string payload() const {
         std::string bytes = numberBytes(0) + numberBytes(status) + numberBytes(0) +
                             numberBytes(warnings) + numberBytes(0) + numberBytes(0) +
                             textBytes(body) + textBytes(nonfinite) + textBytes("") + textBytes("") +
-                            numberBytes(fieldsSeen);
+                            numberBytes(cells.size() + furtherCells);
+        for (const std::string& cell : cells) {
+            bytes += textBytes(cell);
+        }
+        bytes += numberBytes(fieldsSeen);
         for (std::uint64_t i = 0; i < fieldsSeen; ++i) {
             bytes += numberBytes(0);
         }
@@ -62,37 +68,37 @@ struct Forged {
     }
 };
 
-/// The answer of a file that could not be read.
+/// A valid answer for a file that could not be read.
 std::string forgedError() {
     constexpr std::uint64_t kError = 2;
     return numberBytes(0) + numberBytes(kError) + numberBytes(1) + textBytes("forged\x1b[2J") +
            textBytes("\r\nveltrace: nothing\xff\x9b") + numberBytes(0) + numberBytes(0) +
            numberBytes(0) + textBytes("") + textBytes("") + textBytes("") + textBytes("") +
-           numberBytes(0);
+           numberBytes(0) + numberBytes(0);
 }
 
-/// Without a system call that could be refused.
+/// Without a system call that the sandbox refuses.
 void pause(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
     while (std::chrono::steady_clock::now() < end) {
     }
 }
 
-void allocateForEver() {
+void allocateForever() {
     static std::vector<std::string> kept;
     while (true) {
         kept.emplace_back(std::size_t{1} << 20, 'x');
     }
 }
 
-void sleepForEver() {
+void sleepForever() {
     while (true) {
         sleep(1);
     }
 }
 
-void spinForEver() {
-    for (volatile bool goesOn = true; goesOn;) {
+void spinForever() {
+    for (volatile bool isTrue = true; isTrue;) {
     }
 }
 
@@ -100,31 +106,31 @@ void spinForEver() {
 std::size_t overflowStack(std::size_t depth) {
     std::array<volatile char, 4096> block{};
     block[depth % block.size()] = 1;
-    const bool goesOn = block[depth % block.size()] == 1;
-    return goesOn ? overflowStack(depth + 1) + static_cast<std::size_t>(block[0]) : 0;
+    const bool isTrue = block[depth % block.size()] == 1;
+    return isTrue ? overflowStack(depth + 1) + static_cast<std::size_t>(block[0]) : 0;
 }
 
-void trickleForEver(std::uint64_t sequence) {
-    writeAll(frame(sequence, std::string(1000, '\0')).substr(0, 12));
+void trickleForever(std::uint64_t id) {
+    writeAll(frame(id, std::string(1000, '\0')).substr(0, 12));
     while (true) {
         writeAll({'\0'});
         pause(std::chrono::milliseconds(50));
     }
 }
 
-void answerInPieces(std::uint64_t sequence) {
-    for (const char byte : frame(sequence, forgedError())) {
+void answerInPieces(std::uint64_t id) {
+    for (const char byte : frame(id, forgedError())) {
         writeAll({byte});
         pause(std::chrono::milliseconds(1));
     }
     std::_Exit(0);
 }
 
-/// The answer fits no pipe, and time passes when it has begun.
-void answerAfterPause(std::uint64_t sequence) {
+/// The answer is larger than a pipe, with a pause in the middle.
+void answerAfterPause(std::uint64_t id) {
     constexpr std::size_t kPipe = 65'536;
     const std::string body = R"([{"Name":")" + std::string(std::size_t{3} << 20, 'x') + R"("}])";
-    const std::string bytes = frame(sequence, Forged{.body = body}.payload());
+    const std::string bytes = frame(id, Forged{.body = body}.payload());
     writeAll(bytes.substr(0, kPipe));
     pause(std::chrono::milliseconds(500));
     writeAll(bytes.substr(kPipe));
@@ -146,27 +152,27 @@ void warnOften() {
     }
 }
 
-/// Gets what follows the first dot of the name, a sequence number where one is needed.
+/// Gets the number after the first dot of the name: the id of the request where one is needed.
 using Behaviour = std::function<void(std::uint64_t)>;
 
 Behaviour forge(const Forged& answer) {
-    return [answer](std::uint64_t sequence) { writeAll(frame(sequence, answer.payload())); };
+    return [answer](std::uint64_t id) { writeAll(frame(id, answer.payload())); };
 }
 
 const std::map<std::string, Behaviour>& behaviours() {
     static const std::map<std::string, Behaviour> all{
         {"garbage", [](auto) { writeAll(std::string(1000, '\xA5')); }},
         {"huge-frame", [](auto) { writeAll("\xff\xff\xff\xff" + std::string(8, '\0')); }},
-        {"wrong-sequence", [](auto) { writeAll(frame(99, std::string(100, '\0'))); }},
+        {"wrong-id", [](auto) { writeAll(frame(99, std::string(100, '\0'))); }},
         {"half-frame",
          [](auto) {
              writeAll(frame(0, std::string(100, '\0')).substr(0, 20));
              std::_Exit(0);
          }},
         {"close-pipe", [](auto) { close(kAnswers); }},
-        {"allocate", [](auto) { allocateForEver(); }},
-        {"sleep", [](auto) { sleepForEver(); }},
-        {"spin", [](auto) { spinForEver(); }},
+        {"allocate", [](auto) { allocateForever(); }},
+        {"sleep", [](auto) { sleepForever(); }},
+        {"spin", [](auto) { spinForever(); }},
         {"exit0", [](auto) { std::_Exit(0); }},
         {"exit7", [](auto) { std::_Exit(7); }},
         {"abort", [](auto) { std::abort(); }},
@@ -180,9 +186,9 @@ const std::map<std::string, Behaviour>& behaviours() {
         {"stderr", [](auto) { static_cast<void>(!write(STDERR_FILENO, "noise\n", 6)); }},
         {"error", [](auto) { qvxErrMsgIdAndTxt("ZEPHRA:unruly:error", "as %s", "asked"); }},
         {"throw", [](auto) { throw 42; }},
-        {"forged", [](auto sequence) { writeAll(frame(sequence, forgedError())); }},
+        {"forged", [](auto id) { writeAll(frame(id, forgedError())); }},
         {"pieces", answerInPieces},
-        {"trickle", trickleForEver},
+        {"trickle", trickleForever},
         {"large-late", answerAfterPause},
         {"broken-json", forge({.body = R"([{"Name":)"})},
         {"no-array", forge({.body = "{}"})},
@@ -191,15 +197,30 @@ const std::map<std::string, Behaviour>& behaviours() {
         {"new-line-in-json", forge({.body = "[\n]"})},
         {"second-record", forge({.body = R"([]},{"v":1,"info":[])"})},
         {"wrong-list", forge({.nonfinite = R"({"at":"/path","is":"NaN"})"})},
+        {"cells", forge({.cells = {"1"}})},
+        {"few-cells", forge({.body = "", .cells = {"1", "a"}})},
+        {"many-cells", forge({.body = "", .cells = {"1", "a", "b", "c"}})},
+        {"no-count", forge({.body = "", .cells = {"", "a", "b"}})},
+        {"escape-in-cell", forge({.body = "", .cells = {"1", "\x1b[2J", "b"}})},
+        {"line-in-cell", forge({.body = "", .cells = {"1", "a\nb.tif,ok", "b"}})},
+        {"body-and-cells", forge({.cells = {"1", "a", "b"}})},
+        {"formula", forge({.body = "", .cells = {"1", "=1+1", "a,\"b\""}})},
+        {"endless-cells", forge({.furtherCells = ~std::uint64_t{0}})},
+        {"large-cell",
+         [](auto id) {
+             std::string payload = Forged{.body = "", .cells = {""}}.payload();
+             std::memset(&payload[payload.size() - 16], 0x7f, 8);
+             writeAll(frame(id, payload));
+         }},
         {"unknown-field", forge({.fieldsSeen = 1})},
         {"unknown-status", forge({.status = 7})},
         {"time-limit-status", forge({.status = 4})},
         {"endless-warnings", forge({.warnings = ~std::uint64_t{0}})},
         {"endless-fields",
-         [](auto sequence) {
+         [](auto id) {
              std::string payload = Forged{}.payload();
              std::memset(&payload[payload.size() - 8], 0xff, 8);
-             writeAll(frame(sequence, payload));
+             writeAll(frame(id, payload));
          }},
         {"close-requests", [](auto) { close(STDIN_FILENO); }},
         {"busy", [](auto) { pause(std::chrono::milliseconds(10)); }},
@@ -211,7 +232,7 @@ const std::map<std::string, Behaviour>& behaviours() {
          [](auto) {
              const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
              setrlimit(RLIMIT_AS, &none);
-             allocateForEver();
+             allocateForever();
          }},
     };
     return all;
@@ -222,7 +243,7 @@ std::string nameOf(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-/// What follows the dot.
+/// The number after the dot.
 std::uint64_t numberAfter(const std::string& name, std::size_t dot) {
     return dot < name.size() ? std::strtoull(name.c_str() + dot + 1, nullptr, 10) : 0;
 }

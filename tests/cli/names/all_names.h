@@ -1,4 +1,4 @@
-// Everything that a source of names has to say.
+// All names of a source.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 
 namespace veltrace::cli::test {
 
-/// Asks until the end, and waits as a run does. Nothing for ten seconds is a test failure.
+/// Reads until the end, and waits as a run does. Nothing for ten seconds is a test failure.
 inline std::vector<std::string> allNames(NameSource& source) {
     std::vector<std::string> names;
     std::string name;
@@ -25,7 +25,7 @@ inline std::vector<std::string> allNames(NameSource& source) {
         }
         pollfd waiting{source.descriptor(), POLLIN, 0};
         if (poll(&waiting, 1, 10000) != 1) {
-            ADD_FAILURE() << "no more names come";
+            ADD_FAILURE() << "timeout";
             return names;
         }
     }
@@ -42,7 +42,7 @@ std::string namesErrorOf(Action action) {
     return {};
 }
 
-/// Names that come to grief when anything but their bytes counts.
+/// Names that break when they are handled as anything but bytes.
 inline const std::vector<std::string>& oddNames() {
     static const std::vector<std::string> names = {
         "new\nline",

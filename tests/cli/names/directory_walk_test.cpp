@@ -26,7 +26,7 @@ constexpr const char* kImage = "\xff\xd8";
 
 struct Findings {
     std::vector<std::string> names;
-    std::vector<std::pair<std::string, std::string>> complaints;
+    std::vector<std::pair<std::string, std::string>> errors;
 };
 
 constexpr const char* kMemory = "/dev/shm";  // deep trees are slow on disks
@@ -38,8 +38,8 @@ public:
         findings.names.push_back(name);
         onFound();
     }
-    void complain(std::string_view path, std::string_view reason) override {
-        findings.complaints.emplace_back(path, reason);
+    void failed(std::string_view path, std::string_view reason) override {
+        findings.errors.emplace_back(path, reason);
     }
     void step() override {}
 
@@ -53,7 +53,7 @@ Findings walked(const std::string& root) {
     return collector.findings;
 }
 
-/// Makes `depth` directories of this name inside each other, and gives the innermost.
+/// Makes `depth` nested directories of this name, and returns the innermost.
 Descriptor makeNested(const std::string& outermost, const std::string& name, std::size_t depth) {
     Descriptor inner(open(outermost.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     for (std::size_t i = 0; i < depth; ++i) {
@@ -80,17 +80,17 @@ TEST(DirectoryWalk, FindsImagesInTheOrderOfTheirBytesAtEachLevel) {
                     directory.at("b.tif"), directory.at("c"), directory.at("\xff")));
 }
 
-TEST(DirectoryWalk, PassesOverWhatNoReaderTakes) {
+TEST(DirectoryWalk, SkipsOtherFiles) {
     const test::TemporaryDirectory directory;
     directory.makeFile("a.tif", "text");
     directory.makeFile("b.tif", "");
     directory.makeFile("c.txt", kImage);
     const Findings findings = walked(directory.path());
     EXPECT_THAT(findings.names, ElementsAre(directory.at("c.txt")));
-    EXPECT_THAT(findings.complaints, IsEmpty());
+    EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, DoublesNoSlash) {
+TEST(DirectoryWalk, AddsNoSecondSlash) {
     const test::TemporaryDirectory directory;
     directory.makeFile("a", kImage);
     EXPECT_THAT(walked(directory.path() + "/").names, ElementsAre(directory.path() + "/a"));
@@ -116,7 +116,7 @@ TEST(DirectoryWalk, FollowsNoLinkBelowTheRoot) {
     EXPECT_EQ(symlink("..", directory.at("d/up").c_str()), 0);
     const Findings findings = walked(directory.path());
     EXPECT_THAT(findings.names, ElementsAre(directory.at("d/a")));
-    EXPECT_THAT(findings.complaints, IsEmpty());
+    EXPECT_THAT(findings.errors, IsEmpty());
 }
 
 TEST(DirectoryWalk, FollowsARootThatIsALink) {
@@ -127,7 +127,7 @@ TEST(DirectoryWalk, FollowsARootThatIsALink) {
     EXPECT_THAT(walked(directory.at("link")).names, ElementsAre(directory.at("link/a")));
 }
 
-TEST(DirectoryWalk, FindsARootThatIsNoDirectoryUnexamined) {
+TEST(DirectoryWalk, ReportsARootThatIsNotADirectoryUnexamined) {
     const test::TemporaryDirectory directory;
     for (const std::string& root :
          {directory.makeFile("text", "no image"), directory.at("nothing"), std::string()}) {
@@ -135,7 +135,7 @@ TEST(DirectoryWalk, FindsARootThatIsNoDirectoryUnexamined) {
     }
 }
 
-TEST(DirectoryWalk, PassesOverAFifo) {
+TEST(DirectoryWalk, SkipsAFifo) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(mkfifo(directory.at("fifo").c_str(), 0644), 0);
     EXPECT_THAT(walked(directory.path()).names, IsEmpty());
@@ -160,23 +160,22 @@ TEST(DirectoryWalk, FindsFilesWhoseDirectoryMayOnlyBeListed) {
     const test::AsNobody nobody;
     const Findings findings = walked(directory.path());
     EXPECT_THAT(findings.names, ElementsAre(directory.at("d/a"), directory.at("e")));
-    EXPECT_THAT(findings.complaints,
-                ElementsAre(Pair(directory.at("d/inner"), "Permission denied")));
+    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory.at("d/inner"), "Permission denied")));
 }
 
-TEST(DirectoryWalk, ComplainsAboutADirectoryThatCannotBeOpenedAndGoesOn) {
+TEST(DirectoryWalk, ReportsADirectoryThatCannotBeOpenedAndContinues) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(chmod(directory.makeDirectory("d").c_str(), 0), 0);
     directory.makeFile("e", kImage);
     const test::AsNobody nobody;
     const Findings findings = walked(directory.path());
     EXPECT_THAT(findings.names, ElementsAre(directory.at("e")));
-    EXPECT_THAT(findings.complaints, ElementsAre(Pair(directory.at("d"), "Permission denied")));
-    EXPECT_THAT(walked(directory.at("d")).complaints,
+    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory.at("d"), "Permission denied")));
+    EXPECT_THAT(walked(directory.at("d")).errors,
                 ElementsAre(Pair(directory.at("d"), "Permission denied")));
 }
 
-TEST(DirectoryWalk, GoesDeeperThanPathsAndDescriptorsReach) {
+TEST(DirectoryWalk, GoesBeyondTheLimitsOfPathsAndDescriptors) {
     constexpr std::size_t kDepth = 3000;
     const test::TemporaryDirectory directory(kMemory);
     makeImageIn(makeNested(directory.path(), "dd", kDepth), "inner");
@@ -196,23 +195,23 @@ TEST(DirectoryWalk, GoesDeeperThanPathsAndDescriptorsReach) {
     }
     EXPECT_THAT(findings.names,
                 ElementsAre(inner + "/inner", directory.at("dd/e"), directory.at("z")));
-    EXPECT_THAT(findings.complaints, IsEmpty());
+    EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, ComplainsAboutADirectoryWhoseNameLeavesNoRoom) {
+TEST(DirectoryWalk, ReportsADirectoryWhoseNameLeavesNoRoom) {
     const test::TemporaryDirectory directory(kMemory);
     const std::string name(255, 'd');
     makeNested(directory.path(), name, 4100);
     directory.makeFile("z", kImage);
     const Findings findings = walked(directory.path());
     EXPECT_THAT(findings.names, ElementsAre(directory.at("z")));
-    ASSERT_EQ(findings.complaints.size(), 1U);
+    ASSERT_EQ(findings.errors.size(), 1U);
     // 4095 names of 256 bytes with their slash leave 256 bytes of 2^20, less than the root's name.
-    EXPECT_EQ(findings.complaints[0].first.size(), directory.path().size() + 4095 * 256);
-    EXPECT_EQ(findings.complaints[0].second, "nested too deeply");
+    EXPECT_EQ(findings.errors[0].first.size(), directory.path().size() + 4095 * 256);
+    EXPECT_EQ(findings.errors[0].second, "nested too deeply");
 }
 
-TEST(DirectoryWalk, EndsWhereADirectoryMovedAwayUnderIt) {
+TEST(DirectoryWalk, EndsWhenADirectoryIsMovedDuringTheWalk) {
     const test::TemporaryDirectory directory;
     directory.makeDirectory("away");
     directory.makeDirectory("walked");
@@ -231,8 +230,8 @@ TEST(DirectoryWalk, EndsWhereADirectoryMovedAwayUnderIt) {
     walk(directory.at("walked"), collector);
     const Findings& findings = collector.findings;
     EXPECT_EQ(findings.names.size(), 1U);
-    ASSERT_EQ(findings.complaints.size(), 1U);
-    EXPECT_EQ(findings.complaints[0].second, "moved during the walk, which ends here");
+    ASSERT_EQ(findings.errors.size(), 1U);
+    EXPECT_EQ(findings.errors[0].second, "moved during the walk, which ends here");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ using namespace std::string_literals;
 namespace veltrace::cli {
 namespace {
 
-/// A file without a place on a disk.
+/// A file in memory.
 Descriptor openFile(const std::string& content) {
     Descriptor file(memfd_create("image", MFD_CLOEXEC));
     EXPECT_EQ(write(file.get(), content.data(), content.size()),
@@ -45,14 +45,14 @@ TEST(ImageSignature, IsThatOfJpegTiffAndBigTiff) {
     EXPECT_FALSE(isImageStart("%PDF"));
 }
 
-TEST(ImageSignature, OfAFileThatIsTooShortIsNone) {
+TEST(ImageSignature, NeedsAllItsBytes) {
     for (const std::string& start : {""s, "\xff"s, "I"s, "II"s, "II\x2a"s, "MM\0"s}) {
         EXPECT_FALSE(isImageStart(start)) << start;
     }
 }
 
-// Every file of up to four bytes out of those that mean something, and one that does not.
-TEST(ImageSignature, IsWhatTheModuleTakes) {
+// Every file of up to four of the significant bytes, and one other byte.
+TEST(ImageSignature, MatchesWhatTheModuleAccepts) {
     const zephra::Module module = zephra::Module::load(VELTRACE_MODULE_PATH);
     const zephra::EntryPoint entryPoint = module.entryPoint();
     constexpr std::array kBytes = {'I', 'M', '\0', '\x2a', '\x2b', '\xff', '\xd8', 'x'};
@@ -69,7 +69,7 @@ TEST(ImageSignature, IsWhatTheModuleTakes) {
     EXPECT_EQ(starts.size(), 1U + 8 + 64 + 512 + 4096);
 }
 
-TEST(ImageSignature, OfAnOpenFileIsAtItsBeginning) {
+TEST(ImageSignature, IsReadFromTheStartOfAnOpenFile) {
     const Descriptor image = openFile("II\x2a\0 and more"s);
     EXPECT_TRUE(mayBeImage(image.get()));
     EXPECT_EQ(lseek(image.get(), 0, SEEK_CUR), 13);
@@ -77,7 +77,7 @@ TEST(ImageSignature, OfAnOpenFileIsAtItsBeginning) {
     EXPECT_FALSE(mayBeImage(openFile("").get()));
 }
 
-TEST(ImageSignature, OfAFileThatCannotBeReadMayBeOne) {
+TEST(ImageSignature, IsAssumedOfAFileThatCannotBeRead) {
     const Descriptor directory(open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     EXPECT_TRUE(mayBeImage(directory.get()));
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-#include "names/argument_names.h"
+#include "names/listed_names.h"
 
 namespace veltrace::cli {
 namespace {
@@ -25,15 +25,15 @@ Inputs inputs(std::vector<std::vector<std::string>> lists,
 
 Numbered allOf(Inputs& inputs) {
     Numbered all;
-    std::uint64_t sequence = 0;
+    std::uint64_t id = 0;
     std::string name;
-    while (inputs.next(sequence, name) == Inputs::State::name) {
-        all.emplace_back(sequence, name);
+    while (inputs.next(id, name) == Inputs::State::name) {
+        all.emplace_back(id, name);
     }
     return all;
 }
 
-/// Answers `later` before its only name.
+/// Returns `later` before its only name.
 class SlowNames : public NameSource {
 public:
     State next(std::string& name) override {
@@ -53,7 +53,7 @@ TEST(Inputs, AreTheSourcesOneAfterTheOther) {
     EXPECT_EQ(all.taken(), 3U);
 }
 
-TEST(Inputs, KeepTheirNumbersInEveryShard) {
+TEST(Inputs, KeepTheirIdsInEveryShard) {
     const std::vector<std::string> list{"a", "b", "c", "d", "e", "f", "g", "h"};
     Numbered together;
     for (std::uint32_t index = 1; index <= 3; ++index) {
@@ -72,9 +72,9 @@ TEST(Inputs, WaitForASlowSourceBeforeTheNext) {
     sources.push_back(std::make_unique<SlowNames>());
     sources.push_back(names({"quick"}));
     Inputs all(std::move(sources), std::nullopt, std::nullopt);
-    std::uint64_t sequence = 0;
+    std::uint64_t id = 0;
     std::string name;
-    EXPECT_EQ(all.next(sequence, name), Inputs::State::later);
+    EXPECT_EQ(all.next(id, name), Inputs::State::later);
     EXPECT_EQ(all.descriptor(), 42);
     EXPECT_EQ(allOf(all), (Numbered{{0, "slow"}, {1, "quick"}}));
 }

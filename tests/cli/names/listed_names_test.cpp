@@ -1,9 +1,9 @@
 #include "names/listed_names.h"
 
-#include <array>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include "descriptor.h"
 #include "names/all_names.h"
 #include "temporary_directory.h"
 
@@ -29,36 +29,24 @@ std::vector<std::string> namesIn(const std::string& content, EndedBy endedBy) {
     return allNames(names);
 }
 
-/// A pipe in place of standard input.
+/// A pipe instead of standard input.
 class PipedInput {
 public:
-    PipedInput() : saved_(dup(STDIN_FILENO)) {
-        EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC), 0);
-        dup2(ends_[0], STDIN_FILENO);
-    }
+    PipedInput() { dup2(pipe_.readEnd.get(), STDIN_FILENO); }
     PipedInput(const PipedInput&) = delete;
     PipedInput& operator=(const PipedInput&) = delete;
-    ~PipedInput() {
-        end();
-        close(ends_[0]);
-        dup2(saved_, STDIN_FILENO);
-        close(saved_);
-    }
+    ~PipedInput() { dup2(saved_.get(), STDIN_FILENO); }
 
     void feed(std::string_view bytes) const {
-        EXPECT_EQ(write(ends_[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        EXPECT_EQ(write(pipe_.writeEnd.get(), bytes.data(), bytes.size()),
+                  static_cast<ssize_t>(bytes.size()));
     }
-    void end() {
-        if (ends_[1] != -1) {
-            close(ends_[1]);
-            ends_[1] = -1;
-        }
-    }
-    [[nodiscard]] int flags() const { return fcntl(ends_[0], F_GETFL); }
+    void end() { pipe_.writeEnd = Descriptor(); }
+    [[nodiscard]] int flags() const { return fcntl(pipe_.readEnd.get(), F_GETFL); }
 
 private:
-    int saved_;
-    std::array<int, 2> ends_{};
+    Descriptor saved_{dup(STDIN_FILENO)};
+    Pipe pipe_ = makePipe();
 };
 
 TEST(ListedNames, EndAtEachNewline) {
@@ -74,7 +62,7 @@ TEST(ListedNames, TheLastOneNeedsNoTerminator) {
     EXPECT_THAT(namesIn("a\0b"s, kNul), ElementsAre("a", "b"));
 }
 
-TEST(ListedNames, EmptyOnesArePassedOver) {
+TEST(ListedNames, EmptyOnesAreSkipped) {
     EXPECT_THAT(namesIn("\n\na\n\n\nb\n\n", kNewline), ElementsAre("a", "b"));
     EXPECT_THAT(namesIn("\0\0a\0"s, kNul), ElementsAre("a"));
     EXPECT_THAT(namesIn("", kNewline), IsEmpty());
@@ -92,7 +80,7 @@ TEST(ListedNames, KeepEveryByte) {
     EXPECT_THAT(namesIn(list, kNul), ElementsAreArray(test::oddNames()));
 }
 
-TEST(ListedNames, SpreadOverManyBlocksStayWhole) {
+TEST(ListedNames, AcrossManyBlocksStayComplete) {
     std::vector<std::string> expected;
     std::string list;
     for (int i = 0; i < 30000; ++i) {
@@ -102,7 +90,7 @@ TEST(ListedNames, SpreadOverManyBlocksStayWhole) {
     EXPECT_EQ(namesIn(list, kNewline), expected);
 }
 
-TEST(ListedNames, MayHaveAMebibyteAndNoMore) {
+TEST(ListedNames, HaveAtMostAMebibyte) {
     const std::string longest(std::size_t{1} << 20, 'n');
     EXPECT_THAT(namesIn(longest + "\nb", kNewline), ElementsAre(longest, "b"));
     EXPECT_THAT(namesIn("b\n" + longest, kNewline), ElementsAre("b", longest));
@@ -124,7 +112,7 @@ TEST(ListedNames, WithoutAListAreAnErrorAtOnce) {
               "cannot read names from " + directory.path() + ": Is a directory");
 }
 
-TEST(ListedNames, OfStandardInputComeAsTheyAreWritten) {
+TEST(ListedNames, OfStandardInputAreReturnedAsTheyAreWritten) {
     PipedInput input;
     ListedNames names("-", kNewline);
     std::string name;
@@ -152,7 +140,7 @@ TEST(ListedNames, LeaveStandardInputBlockingForOthers) {
     EXPECT_EQ(input.flags() & O_NONBLOCK, 0);
 }
 
-TEST(ListedNames, AnEndlessListOfEmptyNamesGivesTheCallerItsTurn) {
+TEST(ListedNames, AnEndlessListOfEmptyNamesReturnsToTheCaller) {
     ListedNames names("/dev/zero", kNul);
     std::string name;
     EXPECT_EQ(names.next(name), State::later);
@@ -163,6 +151,24 @@ TEST(ListedNames, AnEndlessNameEndsInBoundedMemory) {
     ListedNames names("/dev/zero", kNewline);
     EXPECT_EQ(namesErrorOf([&] { static_cast<void>(allNames(names)); }),
               "cannot read names from /dev/zero: one has more than 1048576 bytes");
+}
+
+TEST(ArgumentNames, AreReturnedInOrderIncludingEmptyOnes) {
+    ArgumentNames names({"b", "", "a", "b"});
+    EXPECT_THAT(allNames(names), ElementsAre("b", "", "a", "b"));
+}
+
+TEST(ArgumentNames, KeepEveryByte) {
+    ArgumentNames names(test::oddNames());
+    EXPECT_THAT(allNames(names), ElementsAreArray(test::oddNames()));
+}
+
+TEST(ArgumentNames, StayAtTheirEnd) {
+    ArgumentNames names({});
+    std::string name = "untouched";
+    EXPECT_EQ(names.next(name), NameSource::State::end);
+    EXPECT_EQ(names.next(name), NameSource::State::end);
+    EXPECT_EQ(name, "untouched");
 }
 
 }  // namespace

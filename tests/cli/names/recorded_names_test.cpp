@@ -15,7 +15,7 @@ RecordedNames namesIn(const std::string& content) {
     return RecordedNames(directory.makeFile("out.ndjson", content));
 }
 
-/// What is wrong with a file, behind its name.
+/// The error of a file, after its name.
 std::string errorOf(const std::string& content) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.makeFile("out.ndjson", content);
@@ -43,7 +43,7 @@ TEST(RecordedNames, OfAnEmptyFileAreNone) {
     EXPECT_FALSE(namesIn("").contains(""));
 }
 
-TEST(RecordedNames, AreTakenByTheirBytes) {
+TEST(RecordedNames, AreComparedByTheirBytes) {
     const RecordedNames names = namesIn(
         record(R"(new\nline\u001b\"\\)") + record("caf\xc3\xa9") + record(R"(\ud83d\uddbc)") +
         R"({"v":1,"seq":1,"path_b64":"/y1hAA==","status":"ok"})" + "\n");
@@ -53,7 +53,7 @@ TEST(RecordedNames, AreTakenByTheirBytes) {
     EXPECT_TRUE(names.contains("\xff-a\0"s));
 }
 
-TEST(RecordedNames, StandAnywhereInTheRecordButNotInside) {
+TEST(RecordedNames, AreFoundAtAnyPlaceOfTheRecordExceptInsideValues) {
     const RecordedNames names =
         namesIn(R"({"x":{"path":"no"},"y":["path","no",{"path":"no"}],"path":"yes"})"
                 "\n");
@@ -61,7 +61,7 @@ TEST(RecordedNames, StandAnywhereInTheRecordButNotInside) {
     EXPECT_FALSE(names.contains("no"));
 }
 
-TEST(RecordedNames, ATornLastLineCountsForNothing) {
+TEST(RecordedNames, AnIncompleteLastLineIsIgnored) {
     const std::string whole = record("b");
     for (std::size_t size = 0; size < whole.size(); ++size) {
         const RecordedNames names = namesIn(record("a") + whole.substr(0, size));
@@ -71,12 +71,13 @@ TEST(RecordedNames, ATornLastLineCountsForNothing) {
     EXPECT_FALSE(namesIn("\xff garbage").contains("a"));
 }
 
-TEST(RecordedNames, ALineThatIsNoRecordIsAnErrorWithItsNumber) {
+TEST(RecordedNames, AnInvalidLineIsAnErrorWithItsNumber) {
     for (const std::string& line :
          {""s, "x"s, "[]"s, R"([{"path":"a"}])"s, R"("path")"s, "{}"s, R"({"path":5})"s,
           R"({"path":["a"]})"s, R"({"path":null})"s, R"({"path":"a)"s, R"({"path_b64":"a"})"s,
           R"({"path":"\ud800"})"s, "{\"a\":1,\0\"path\":\"a\"}"s, R"({"v":1,path:"a"})"s}) {
-        EXPECT_EQ(errorOf(record("a") + line + "\n" + record("b")), "line 2 is no record") << line;
+        EXPECT_EQ(errorOf(record("a") + line + "\n" + record("b")), "line 2 is not a record")
+            << line;
     }
 }
 
@@ -91,11 +92,11 @@ TEST(RecordedNames, LinesMayBeLongerThanAnyBlock) {
     EXPECT_TRUE(names.contains("d"));
 }
 
-TEST(RecordedNames, NoDepthUsesUpTheStack) {
-    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is no record");
+TEST(RecordedNames, DeepLinesDoNotOverflowTheStack) {
+    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is not a record");
 }
 
-TEST(RecordedNames, WithoutAFileAreAnError) {
+TEST(RecordedNames, AMissingFileIsAnError) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(
         test::namesErrorOf([&] { RecordedNames{directory.at("no\n")}; }),

@@ -26,7 +26,7 @@ std::string repeated(const std::string& text, int times) {
     return all;
 }
 
-/// A walk in a child process, whose ends the test holds. The roots must fit in a pipe.
+/// A walk in a child process with pipes to the test. The roots must fit in a pipe.
 class Walk {
 public:
     explicit Walk(std::string_view roots) {
@@ -55,7 +55,7 @@ public:
         }
     }
 
-    /// What comes within ten seconds, at most one block.
+    /// The output of the next ten seconds, at most one block.
     [[nodiscard]] std::string read() const {
         pollfd waiting{names_.get(), POLLIN, 0};
         EXPECT_EQ(poll(&waiting, 1, 10000), 1);
@@ -78,14 +78,14 @@ private:
     Descriptor names_;
 };
 
-TEST(WalkProcess, GivesANulBehindEachName) {
+TEST(WalkProcess, WritesANulAfterEachName) {
     Walk walk(std::string_view("a\0b\nc\0", 6));
     EXPECT_EQ(walk.read(), std::string("a\0b\nc\0", 6));
     EXPECT_EQ(walk.read(), "");
     EXPECT_EQ(walk.status(), kWalkedAll);
 }
 
-TEST(WalkProcess, DeliversWhatItHasWhileItGoesOn) {
+TEST(WalkProcess, WritesNamesBeforeItsEnd) {
     const test::TemporaryDirectory directory;
     const std::string image = directory.makeFile("a", "\xff\xd8");
     const std::string texts = directory.makeDirectory("texts");
@@ -106,7 +106,7 @@ TEST(WalkProcess, EndsQuietlyWhenNobodyReads) {
     EXPECT_EQ(WEXITSTATUS(status), kWalkedPart);
 }
 
-TEST(WalkProcess, LeavesAnInterruptToTheProcessThatStartedIt) {
+TEST(WalkProcess, IgnoresInterrupts) {
     const std::string roots = repeated("no file"s + '\0', 5000);
     Walk walk(roots);
     std::string names = walk.read();

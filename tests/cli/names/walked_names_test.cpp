@@ -24,7 +24,7 @@ using testing::IsEmpty;
 
 const std::vector<std::string> kWalk = {"test", "--walk-names"};
 
-/// What the process that a test starts does: it is this program, and does it before `main`.
+/// The work of the process that a test starts: it is this program, before `main`.
 bool actAsWalk() {
     const std::string arguments = test::contentOf("/proc/self/cmdline");
     if (arguments == std::string("test\0--walk-names\0", 18)) {
@@ -45,7 +45,7 @@ bool actAsWalk() {
 
 [[maybe_unused]] const bool kIsWalk = actAsWalk();
 
-/// Collects what a process says on standard error.
+/// Collects standard error.
 class ErrorText {
 public:
     ErrorText() { testing::internal::CaptureStderr(); }
@@ -76,7 +76,7 @@ TEST(WalkedNames, KeepEveryByte) {
     EXPECT_THAT(allNames(names), ElementsAreArray(test::oddNames()));
 }
 
-TEST(WalkedNames, OfMoreRootsThanAPipeHolds) {
+TEST(WalkedNames, MayHaveMoreRootsThanFitInAPipe) {
     std::vector<std::string> roots;
     for (int i = 0; i < 20000; ++i) {
         roots.push_back("no such file, number " + std::to_string(i));
@@ -85,7 +85,7 @@ TEST(WalkedNames, OfMoreRootsThanAPipeHolds) {
     EXPECT_EQ(allNames(names), roots);
 }
 
-TEST(WalkedNames, SayWhatCouldNotBeWalked) {
+TEST(WalkedNames, ReportWhatCouldNotBeWalked) {
     const test::TemporaryDirectory directory;
     EXPECT_EQ(chmod(directory.makeDirectory("d\x1b").c_str(), 0), 0);
     directory.makeFile("e", "\xff\xd8");
@@ -98,7 +98,7 @@ TEST(WalkedNames, SayWhatCouldNotBeWalked) {
               "veltrace: cannot walk " + directory.path() + "/d\\x1b: Permission denied\n");
 }
 
-TEST(WalkedNames, OfAProcessThatFailsOrDiesEndInAnErrorWithoutTheTornOne) {
+TEST(WalkedNames, EndWithAnErrorWhenTheProcessFailsOrIsKilled) {
     for (const char* how : {"--fail", "--die"}) {
         WalkedNames names({}, {"test", how});
         std::vector<std::string> found;
@@ -111,12 +111,12 @@ TEST(WalkedNames, OfAProcessThatFailsOrDiesEndInAnErrorWithoutTheTornOne) {
                           }
                       }
                   }),
-                  "the walk of the directories broke off");
+                  "the walk of the directories was interrupted");
         EXPECT_THAT(found, ElementsAre("whole"));
     }
 }
 
-TEST(WalkedNames, TakeTheirProcessWithThem) {
+TEST(WalkedNames, EndTheirProcess) {
     pid_t process = -1;
     {
         WalkedNames names({}, {"test", "--stay"});

@@ -6,9 +6,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "descriptor.h"
 #include "pool/scripted_worker.h"
-#include "run/wait.h"
-#include "worker/sanitizer.h"
+#include "worker/limits.h"
 
 namespace veltrace::cli {
 namespace {
@@ -36,7 +36,7 @@ public:
 
     void submit(const char* name) { pool_.submit(submitted_++, name); }
 
-    /// Until every request has its outcome, but not for ever.
+    /// Until every request has its outcome, or a timeout.
     void finish() {
         const auto end = Clock::now() + 20s;
         while (!pool_.isIdle() && Clock::now() < end) {
@@ -74,7 +74,7 @@ TEST(Pool, AnswersEveryRequestOnce) {
     EXPECT_EQ(pool.status(99), Status::ok);
 }
 
-TEST(Pool, ReplacesAWorkerThatBeginsAnAnswerItWasNotAskedFor) {
+TEST(Pool, ReplacesAWorkerThatAnswersWithoutARequest) {
     ScriptedPool pool(test::kTalkative, {.workers = 1});
     pool.submit("a");
     pool.finish();
@@ -84,14 +84,14 @@ TEST(Pool, ReplacesAWorkerThatBeginsAnAnswerItWasNotAskedFor) {
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
-TEST(Pool, LetsAWorkerStartSlowerThanItMayRead) {
+TEST(Pool, DoesNotApplyTheTimeLimitToTheStart) {
     ScriptedPool pool(test::kLate, {.workers = 1, .timeLimit = 50ms});
     pool.submit("a");
     pool.finish();
     EXPECT_EQ(pool.status(0), Status::ok);
 }
 
-TEST(Pool, EndsWhatIsNotReadInTime) {
+TEST(Pool, EndsAFileAtTheTimeLimit) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
     pool.submit("a");
     pool.submit(test::kPlain);
@@ -100,7 +100,7 @@ TEST(Pool, EndsWhatIsNotReadInTime) {
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
-TEST(Pool, ReplacesAWorkerThatHasStoppedTakingRequestsAtOnce) {
+TEST(Pool, ReplacesAWorkerThatStoppedReadingRequestsAtOnce) {
     ScriptedPool pool(test::kDeaf, {.workers = 1, .timeLimit = 1h});
     pool.submit("a");
     pool.finish();
@@ -110,7 +110,7 @@ TEST(Pool, ReplacesAWorkerThatHasStoppedTakingRequestsAtOnce) {
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
-TEST(Pool, GivesNoFileMoreThanItsTimeForAPauseBeforeIt) {
+TEST(Pool, GivesNoFileExtraTimeForAnEarlierPause) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
     pool.submit(test::kPlain);
     pool.finish();
@@ -120,7 +120,7 @@ TEST(Pool, GivesNoFileMoreThanItsTimeForAPauseBeforeIt) {
     EXPECT_EQ(pool.status(1), Status::limitTime);
 }
 
-TEST(Pool, DoesNotCountAPauseAsTimeOfAFile) {
+TEST(Pool, DoesNotCountAPauseAsReadingTime) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 300ms});
     pool.submit(test::kPlain);
     pool.finish();
@@ -133,7 +133,7 @@ TEST(Pool, DoesNotCountAPauseAsTimeOfAFile) {
     EXPECT_GE(Clock::now() - start, 600ms);
 }
 
-TEST(Pool, HandsNoOtherDescriptorsToItsWorkers) {
+TEST(Pool, PassesNoOtherDescriptorsToItsWorkers) {
     const Descriptor inherited(dup(STDERR_FILENO));  // stays open in programs that are executed
     ScriptedPool pool(test::kOpenHanded, {.workers = 1});
     pool.submit("a");
@@ -142,7 +142,7 @@ TEST(Pool, HandsNoOtherDescriptorsToItsWorkers) {
     EXPECT_EQ(pool.outcome(0).warnings.front().text, "0 1 2 3 ");
 }
 
-TEST(Pool, MakesDoWithTheWorkersThatCanBeStarted) {
+TEST(Pool, ContinuesWithTheWorkersThatCanBeStarted) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "the sanitizers need descriptors of their own";
     }

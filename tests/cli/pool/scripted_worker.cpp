@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "hidden_modes.h"
 #include "temporary_directory.h"
 #include "wire/exchange.h"
 #include "wire/frame.h"
@@ -16,9 +15,9 @@ void send(const std::string& bytes) {
     static_cast<void>(!write(kAnswers, bytes.data(), bytes.size()));
 }
 
-std::string framed(std::uint64_t sequence, const std::string& payload) {
+std::string framed(std::uint64_t id, const std::string& payload) {
     std::string bytes;
-    const std::size_t begin = beginFrame(bytes, sequence);
+    const std::size_t begin = beginFrame(bytes, id);
     bytes += payload;
     endFrame(bytes, begin);
     return bytes;
@@ -52,9 +51,9 @@ void answer(const std::string& script, const Frame& request) {
         pause();
     }
     std::string bytes =
-        framed(request.sequence, okAnswer(script == kOpenHanded ? openDescriptors() : ""));
+        framed(request.id, okAnswer(script == kOpenHanded ? openDescriptors() : ""));
     if (!isPlain && script == kTalkative) {
-        bytes += framed(request.sequence + 1, std::string(1U << 20, 'x')).substr(0, 100);
+        bytes += framed(request.id + 1, std::string(1U << 20, 'x')).substr(0, 100);
     }
     send(bytes);
     if (!isPlain && script == kDeaf) {
@@ -68,10 +67,10 @@ void answer(const std::string& script, const Frame& request) {
     std::string script;
     while (true) {
         while (const auto frame = requests.next()) {
-            if (frame->sequence == kSetupSequence) {
+            if (frame->id == kSetupId) {
                 script = decodedSetup(frame->payload).module;
                 usleep(script == kLate ? 300'000 : 0);
-                send(framed(kSetupSequence, ""));
+                send(framed(kSetupId, ""));
             } else {
                 answer(script, *frame);
             }

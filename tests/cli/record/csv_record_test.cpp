@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "made_values.h"
+
 namespace veltrace::cli {
 namespace {
-
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
-}
 
 std::string header(const RenderOptions& options) {
     std::string out;
@@ -26,20 +22,20 @@ std::string row(const Record& record) {
     return out;
 }
 
-Record read(std::string path, std::string body) {
+Record read(std::string path, std::vector<std::string> cells) {
     Record record;
     record.path = std::move(path);
-    record.outcome.rendering.body = std::move(body);
+    record.outcome.rendering.cells = std::move(cells);
     return record;
 }
 
-TEST(CsvCell, PlainTextStaysAsItIs) {
+TEST(CsvCell, PlainTextIsUnchanged) {
     EXPECT_EQ(csvCell(""), "");
     EXPECT_EQ(csvCell("47 22 11.9"), "47 22 11.9");
     EXPECT_EQ(csvCell("a=b;c+d\\x1b'"), "a=b;c+d\\x1b'");
 }
 
-TEST(CsvCell, IsQuotedWhereASeparatorOrAnOuterBlankAsksForIt) {
+TEST(CsvCell, IsQuotedIfItHasASeparatorOrAnOuterBlank) {
     EXPECT_EQ(csvCell("a,b"), "\"a,b\"");
     EXPECT_EQ(csvCell("say \"x\""), "\"say \"\"x\"\"\"");
     EXPECT_EQ(csvCell("a\nb"), "\"a\nb\"");
@@ -79,12 +75,12 @@ TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
 }
 
 TEST(CsvRecordWriter, WritesARowForAFile) {
-    EXPECT_EQ(row(read("a.tif", R"(["2","A;B"])")), "a.tif,ok,,0,2,A;B\n");
-    EXPECT_EQ(row(read("a.tif", R"(["1","A, \"B\""])")), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
+    EXPECT_EQ(row(read("a.tif", {"2", "A;B"})), "a.tif,ok,,0,2,A;B\n");
+    EXPECT_EQ(row(read("a.tif", {"1", "A, \"B\""})), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
 }
 
 TEST(CsvRecordWriter, CountsAllWarnings) {
-    Record record = read("a.tif", R"(["1",""])");
+    Record record = read("a.tif", {"1", ""});
     record.outcome.status = Status::warned;
     record.outcome.warnings = {{"X:one", "One."}, {"X:two", "Two."}};
     record.outcome.warningsDropped = 40;
@@ -105,8 +101,8 @@ TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
     EXPECT_EQ(row(record), "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
 }
 
-TEST(CsvRecordWriter, NamesThatBeginWithAHyphenAreGuarded) {
-    EXPECT_EQ(row(read("-rf", R"(["1",""])")), "'-rf,ok,,0,1,\n");
+TEST(CsvRecordWriter, NamesThatBeginWithAHyphenGetAnApostrophe) {
+    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 
 }  // namespace

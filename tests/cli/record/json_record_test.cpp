@@ -1,6 +1,7 @@
 #include "record/json_record.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace veltrace::cli {
@@ -12,8 +13,8 @@ RenderOptions as(Format format) {
     return options;
 }
 
-Record fileThatIsFine(std::uint64_t sequence, std::string path) {
-    Record record{sequence, std::move(path), {}};
+Record fileThatIsFine(std::uint64_t id, std::string path) {
+    Record record{id, std::move(path), {}};
     record.outcome.elapsedMicroseconds = 112;
     record.outcome.rendering.body = R"([{"Width":7}])";
     return record;
@@ -56,7 +57,7 @@ TEST(JsonRecord, AFailureHasAnErrorAndNoDirectories) {
               "\n");
 }
 
-TEST(JsonRecord, PathsThatAreNoUtf8AreInBase64) {
+TEST(JsonRecord, PathsThatAreNotUtf8AreInBase64) {
     EXPECT_NE(lineOf(fileThatIsFine(0, "caf\u00e9\n")).find("\"path\":\"caf\u00e9\\n\",\"status\""),
               std::string::npos);
     const std::string line = lineOf(fileThatIsFine(0, "caf\xe9"));
@@ -84,7 +85,7 @@ TEST(JsonRecord, ListsTextsOfMessagesBeforeThoseOfFields) {
     EXPECT_NE(lineOf(record).find(R"("/warnings/1/text"]})"), std::string::npos);
 }
 
-TEST(JsonRecord, GivesTheListsOfTheRendering) {
+TEST(JsonRecord, ContainsTheListsOfTheRendering) {
     Record record = fileThatIsFine(0, "n.tif");
     record.outcome.rendering.nonfinite = R"({"at":"/info/0/X","is":"NaN"})";
     record.outcome.rendering.omitted = R"({"at":"/info/0/Y","size":[1,9]})";
@@ -128,6 +129,35 @@ TEST(JsonRecord, JsonWithoutRecordsIsAnEmptyArray) {
     writer.begin(out);
     writer.end(out);
     EXPECT_EQ(out, "[\n]\n");
+}
+
+nlohmann::json schema() {
+    return nlohmann::json::parse(recordSchema());
+}
+
+TEST(RecordSchema, NamesItsDraftAndEndsWithANewline) {
+    EXPECT_EQ(schema()["$schema"], "https://json-schema.org/draft/2020-12/schema");
+    EXPECT_TRUE(recordSchema().ends_with("}\n"));
+}
+
+TEST(RecordSchema, ListsEveryStatus) {
+    const nlohmann::json names = schema()["properties"]["status"]["enum"];
+    ASSERT_EQ(names.size(), kStatusCount);
+    for (std::size_t i = 0; i < kStatusCount; ++i) {
+        EXPECT_EQ(names[i], nameOf(static_cast<Status>(i)));
+    }
+}
+
+TEST(RecordSchema, LimitsTheWarningsOfARecord) {
+    EXPECT_EQ(schema()["properties"]["warnings"]["maxItems"], kMaxWarnings);
+}
+
+TEST(RecordSchema, DescribesEveryMember) {
+    const nlohmann::json members = schema()["properties"];
+    EXPECT_EQ(members.size(), 13U);
+    for (const auto& [name, member] : members.items()) {
+        EXPECT_FALSE(member["description"].get<std::string>().empty()) << name;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Records that readers of JSON get wrong.
+// Records that JSON readers often misread.
 #pragma once
 
 #include <cmath>
@@ -28,7 +28,7 @@ inline std::string lineWith(const std::string& path, const std::function<qvArray
     return line;
 }
 
-/// Numbers at the edges of what readers hold, all finite.
+/// Finite numbers at the limits of readers.
 inline const std::vector<double>& nastyNumbers() {
     using Limits = std::numeric_limits<double>;
     static const std::vector<double> numbers{0.0,

@@ -1,4 +1,4 @@
-// Two independent readers of JSON get from a record what went into it.
+// Two independent JSON readers get the original values from a record.
 #include <bit>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -50,7 +50,7 @@ TEST(RecordReaders, GetEveryBitOfEveryNumber) {
     EXPECT_TRUE(record["nonfinite"].empty());
 }
 
-TEST(RecordReaders, FindTheNumbersThatJsonLacks) {
+TEST(RecordReaders, FindTheNumbersThatJsonCannotRepresent) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const auto record = nlohmann::json::parse(lineWith("a.tif", [] {
         return row({1, std::nan(""), kInfinity, -kInfinity});
@@ -79,8 +79,7 @@ TEST(RecordReaders, GetEveryByteOfEveryText) {
 
 TEST(RecordReaders, GetEveryName) {
     for (const std::string& expected : nastyTexts()) {
-        const auto record =
-            nlohmann::json::parse(lineWith(expected, [] { return qvCreateDoubleScalar(1); }));
+        const auto record = nlohmann::json::parse(lineWith(expected, [] { return number(1); }));
         ASSERT_NE(record.contains("path"), record.contains("path_b64"));
         if (record.contains("path")) {
             EXPECT_EQ(record["path"], expected);

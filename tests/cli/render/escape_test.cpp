@@ -14,7 +14,7 @@ TEST(Visible, KeepsPrintableTextOfAnyScript) {
     EXPECT_EQ(visible(""), "");
 }
 
-TEST(Visible, NamesTheCommonControlCharacters) {
+TEST(Visible, HasShortEscapesForCommonControlCharacters) {
     EXPECT_EQ(visible("a\nb\rc\td"), R"(a\nb\rc\td)");
 }
 
@@ -26,7 +26,7 @@ TEST(Visible, ShowsC1ControlsOfValidUtf8ByteByByte) {
     EXPECT_EQ(visible("\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0"), "\\xc2\\x80\\xc2\\x9b\\xc2\\x9f\u00a0");
 }
 
-TEST(Visible, ShowsSeparatorsOfLinesAndTurnsOfDirectionByteByByte) {
+TEST(Visible, ShowsLineSeparatorsAndDirectionMarksByteByByte) {
     EXPECT_EQ(visible("a\u2028\u2029"), R"(a\xe2\x80\xa8\xe2\x80\xa9)");
     EXPECT_EQ(visible("\u061c"), R"(\xd8\x9c)");
     EXPECT_EQ(visible("\u200e\u200f"), R"(\xe2\x80\x8e\xe2\x80\x8f)");
@@ -39,13 +39,13 @@ TEST(Visible, KeepsTheNeighboursOfEveryControlCharacter) {
     EXPECT_EQ(visible(neighbours), neighbours);
 }
 
-TEST(IsPrintable, HoldsForWhatVisibleGives) {
+TEST(IsPrintable, IsTrueForWhatVisibleReturns) {
     EXPECT_TRUE(isPrintable(""));
     EXPECT_TRUE(isPrintable("plain ~ text \\ Stra\u00dfe \U0001f5bc"));
     EXPECT_TRUE(isPrintable(visible("\0\x1b\x7f\xff\u0085\u2028\u202e\n"s)));
 }
 
-TEST(IsPrintable, RefusesControlCharactersAndInvalidUtf8) {
+TEST(IsPrintable, RejectsControlCharactersAndInvalidUtf8) {
     for (const char* const bytes :
          {"a\n", "\x1b[m", "\t", "\x7f", "\u0080", "\u009f", "\u061c", "\u200e", "\u2028", "\u202c",
           "\u2067", "caf\xe9", "\xc0\xaf"}) {
@@ -84,7 +84,7 @@ TEST(FirstBytes, TakesInvalidBytesOneByOne) {
     EXPECT_EQ(firstBytes("\xff\xff\xff", 2), "\xff\xff");
 }
 
-TEST(FinalNuls, AreTakenAwayAndNoOthers) {
+TEST(FinalNuls, AreRemovedAndNoOthers) {
     EXPECT_EQ(withoutFinalNuls("ember"), "ember");
     EXPECT_EQ(withoutFinalNuls(std::string("a\0b\0\0", 5)), std::string("a\0b", 3));
     EXPECT_EQ(withoutFinalNuls(std::string(3, '\0')), "");

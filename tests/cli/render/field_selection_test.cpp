@@ -76,7 +76,7 @@ TEST(FieldSelection, APathWithAnEmptyPartIsNotOneWithout) {
     EXPECT_EQ(FieldSelection::field(selection.root(), "Width").wanted, Wanted::no);
 }
 
-TEST(SeenFields, GivesWhatWasMetInTheOrderOfTheSelection) {
+TEST(SeenFields, ReturnsTheFieldsFoundInTheOrderOfTheSelection) {
     const FieldSelection selection({"Make", "Width", "Make", "Model"});
     SeenFields seen(selection);
     EXPECT_THAT(seen.indices(), IsEmpty());
@@ -86,7 +86,7 @@ TEST(SeenFields, GivesWhatWasMetInTheOrderOfTheSelection) {
     EXPECT_THAT(seen.indices(), ElementsAre(0, 2, 3));
 }
 
-TEST(SeenFields, KnowsWhichListsOfIndicesItCanGive) {
+TEST(SeenFields, AcceptsOnlyListsThatItCanReturn) {
     const FieldSelection selection({"Make", "Width", "Model"});
     using Indices = std::vector<std::uint32_t>;
     EXPECT_TRUE(areIndicesOf(selection, Indices{}));

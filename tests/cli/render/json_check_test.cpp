@@ -10,8 +10,8 @@ using namespace std::string_literals;
 namespace veltrace::cli {
 namespace {
 
-/// Whether the check says `expected` of texts of up to 40 bytes with `piece` at any place. It looks
-/// at several bytes at once, so that a byte's neighbours and its place may matter.
+/// Whether the check returns `expected` for texts of up to 40 bytes with `piece` at any place. It
+/// tests several bytes at once, so that neighbours and places may matter.
 testing::AssertionResult saysEverywhere(bool expected, const std::string& piece) {
     for (std::size_t others = 0; others + piece.size() <= 40; ++others) {
         const std::string without = "[\"" + std::string(others, 'a') + "\"]";
@@ -25,7 +25,7 @@ testing::AssertionResult saysEverywhere(bool expected, const std::string& piece)
     return testing::AssertionSuccess();
 }
 
-TEST(JsonCheck, TakesArraysOfEveryKindOfValue) {
+TEST(JsonCheck, AcceptsArraysOfEveryKindOfValue) {
     for (const char* const json :
          {"[]", "[{}]",
           R"([{"Width":7,"Make":"Kiln\u0000","A":[1,-2.5e-07,null],"B":[true,false]}])",
@@ -35,7 +35,7 @@ TEST(JsonCheck, TakesArraysOfEveryKindOfValue) {
     }
 }
 
-TEST(JsonCheck, RefusesWhatIsNotOneArray) {
+TEST(JsonCheck, RejectsAnythingButOneArray) {
     for (const char* const json :
          {"", "{}", "null", "\"[]\"", "[", "]", "[]]", "[][]", "[],[]", " []", "[1,]", "[,1]",
           "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]"}) {
@@ -43,7 +43,7 @@ TEST(JsonCheck, RefusesWhatIsNotOneArray) {
     }
 }
 
-TEST(JsonCheck, RefusesWordsAndNumbersThatAreNotJson) {
+TEST(JsonCheck, RejectsWordsAndNumbersThatAreNotJson) {
     for (const char* const json :
          {"[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
           "[-]", "[1e]", "[0x1]", "['a']", "[/**/1]"}) {
@@ -51,7 +51,7 @@ TEST(JsonCheck, RefusesWordsAndNumbersThatAreNotJson) {
     }
 }
 
-TEST(JsonCheck, RefusesControlsAndSeparatorsAsTheyAre) {
+TEST(JsonCheck, RejectsUnescapedControlsAndSeparators) {
     for (int code = 0; code < 0x20; ++code) {
         EXPECT_FALSE(isJsonArray("[\""s + static_cast<char>(code) + "\"]")) << code;
         EXPECT_FALSE(isJsonArray("[1,"s + static_cast<char>(code) + "1]")) << code;
@@ -62,7 +62,7 @@ TEST(JsonCheck, RefusesControlsAndSeparatorsAsTheyAre) {
     }
 }
 
-TEST(JsonCheck, RefusesTextThatIsNoUnicode) {
+TEST(JsonCheck, RejectsTextThatIsNotUnicode) {
     for (const char* const text :
          {"\xff", "\x80", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xc3", "\xe2", "\xc2",
           R"(\ud800)", R"(\udc00)", R"(\uD83D\uDCF7)", R"(\x41)", R"(\u00g0)", R"(\u00)", R"(\)"}) {
@@ -70,7 +70,7 @@ TEST(JsonCheck, RefusesTextThatIsNoUnicode) {
     }
 }
 
-TEST(JsonCheck, TakesEveryPrintableAsciiCharacterAtEveryPlace) {
+TEST(JsonCheck, AcceptsEveryPrintableAsciiCharacterAtEveryPlace) {
     for (char character = ' '; character <= '~'; ++character) {
         if (character != '"' && character != '\\') {
             EXPECT_TRUE(saysEverywhere(true, std::string(1, character)));
@@ -79,7 +79,7 @@ TEST(JsonCheck, TakesEveryPrintableAsciiCharacterAtEveryPlace) {
     EXPECT_TRUE(saysEverywhere(false, "\""));
 }
 
-TEST(JsonCheck, RefusesControlsAtEveryPlace) {
+TEST(JsonCheck, RejectsControlsAtEveryPlace) {
     for (char control = 0; control < ' '; ++control) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, control)));
     }
@@ -87,13 +87,13 @@ TEST(JsonCheck, RefusesControlsAtEveryPlace) {
     EXPECT_TRUE(saysEverywhere(false, "~\x7f\x7f~"));
 }
 
-TEST(JsonCheck, RefusesSingleBytesAboveAsciiAtEveryPlace) {
+TEST(JsonCheck, RejectsSingleBytesAboveAsciiAtEveryPlace) {
     for (int byte = 0x80; byte <= 0xFF; ++byte) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, static_cast<char>(byte))));
     }
 }
 
-TEST(JsonCheck, TakesCharactersAboveAsciiAtEveryPlaceButControlsAndSeparators) {
+TEST(JsonCheck, AcceptsOtherCharactersAtEveryPlaceExceptControlsAndSeparators) {
     for (const char* const taken : {"\u00a0", "\u00ff", "\u0101", "\u07ff", "\u0800", "\u2027",
                                     "\u202a", "\uffff", "\U00010000", "\U0010ffff"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -103,7 +103,7 @@ TEST(JsonCheck, TakesCharactersAboveAsciiAtEveryPlaceButControlsAndSeparators) {
     }
 }
 
-TEST(JsonCheck, TakesItsOwnEscapesAtEveryPlaceAndNoOthers) {
+TEST(JsonCheck, AcceptsOnlyItsOwnEscapesAtEveryPlace) {
     for (const char* const taken : {R"(\\)", R"(\")", R"(\b)", R"(\n)", R"(\u0000)", R"(\u007f)",
                                     R"(\u2028)", R"(\\u1234)", R"(\\\\ud800)"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -114,15 +114,15 @@ TEST(JsonCheck, TakesItsOwnEscapesAtEveryPlaceAndNoOthers) {
     }
 }
 
-TEST(JsonCheck, TakesTheDeepestNestingAndNoDeeper) {
-    const std::string open(kDeepestJson, '[');
-    const std::string close(kDeepestJson, ']');
+TEST(JsonCheck, AcceptsTheMaximalDepthAndNoMore) {
+    const std::string open(kMaxJsonDepth, '[');
+    const std::string close(kMaxJsonDepth, ']');
     EXPECT_TRUE(isJsonArray(open + close));
     EXPECT_FALSE(isJsonArray("[" + open + close + "]"));
     EXPECT_FALSE(isJsonArray(std::string(std::size_t{32} << 20, '[')));
 }
 
-TEST(JsonCheck, TakesListsOfTheirKind) {
+TEST(JsonCheck, AcceptsListsOfTheirKind) {
     for (const auto kind : {ListedAs::nonfinite, ListedAs::latin1, ListedAs::omitted}) {
         EXPECT_TRUE(isListOf(kind, ""));
     }
@@ -136,7 +136,7 @@ TEST(JsonCheck, TakesListsOfTheirKind) {
                  R"({"at":"/info/0/A","size":[1,4294967296]},{"at":"/info/0/B","size":[0,2]})"));
 }
 
-TEST(JsonCheck, RefusesListsOfAnotherShape) {
+TEST(JsonCheck, RejectsListsOfAnotherShape) {
     const std::string nan = R"({"at":"/info/0/A","is":"NaN"})";
     for (const std::string& list :
          {"," + nan, nan + ",", nan + nan, "[" + nan + "]", nan + "]", nan + ",1",

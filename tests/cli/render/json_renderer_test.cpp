@@ -32,19 +32,13 @@ Rendering renderedField(const std::function<qvArray*()>& make) {
     return rendered({}, [&] { return structures({{{"X", make()}}}); });
 }
 
-/// The JSON of one value, of which no list says anything.
+/// The JSON of one value that is in no list.
 std::string jsonOf(const std::function<qvArray*()>& make) {
     const Rendering rendering = renderedField(make);
     EXPECT_EQ(rendering.nonfinite + rendering.latin1 + rendering.omitted, "");
     const std::string& body = rendering.body;
     EXPECT_TRUE(body.starts_with(R"([{"X":)") && body.ends_with("}]")) << body;
     return body.substr(6, body.size() - 8);
-}
-
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
 }
 
 RenderOptions omitting(std::size_t limit) {
@@ -54,16 +48,17 @@ RenderOptions omitting(std::size_t limit) {
 }
 
 TEST(JsonRenderer, NoOutputIsAnEmptyList) {
-    const Rendering expected{"[]", "", "", "", {}};
+    const Rendering expected{"[]", "", "", "", {}, {}};
     EXPECT_EQ(rendered({}, []() -> qvArray* { return nullptr; }), expected);
     EXPECT_EQ(rendered({}, [] { return numbers(0, 0, {}); }), expected);
 }
 
 TEST(JsonRenderer, ADirectoryIsAnObjectWithFieldsInTheirOrder) {
-    const Rendering expected{R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}};
+    const Rendering expected{
+        R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}, {}};
     EXPECT_EQ(rendered({},
                        [] {
-                           return structures({{{"Zoom", qvCreateDoubleScalar(2)}, {"Aim", nullptr}},
+                           return structures({{{"Zoom", number(2)}, {"Aim", nullptr}},
                                               {{"Zoom", nullptr}, {"Aim", characters("x")}}});
                        }),
               expected);
@@ -97,14 +92,7 @@ TEST(JsonRenderer, EmptyPlacesAndNumbersAreNull) {
 }
 
 TEST(JsonRenderer, LogicalsAreBooleans) {
-    EXPECT_EQ(jsonOf([] {
-                  const std::array<std::size_t, 2> size{2, 2};
-                  qvArray* const array =
-                      qvCreateNumericArray(2, size.data(), qvClassLogical, qvReal);
-                  static_cast<unsigned char*>(qvGetData(array))[1] = 1;
-                  return array;
-              }),
-              "[[false,false],[true,false]]");
+    EXPECT_EQ(jsonOf([] { return logicals(2, 2, {0, 1, 0, 0}); }), "[[false,false],[true,false]]");
 }
 
 TEST(JsonRenderer, TextKeepsItsTrailingNuls) {
@@ -122,10 +110,9 @@ TEST(JsonRenderer, CellsAreLists) {
 
 TEST(JsonRenderer, NestedStructuresAreListsOfObjects) {
     EXPECT_EQ(jsonOf([] {
-                  return structures(
-                      {{{"Before", qvCreateDoubleScalar(1)},
-                        {"Inner", structures({{{"X", qvCreateDoubleScalar(2)}}})},
-                        {"After", cells({structures({{{"Y", qvCreateDoubleScalar(3)}}})})}}});
+                  return structures({{{"Before", number(1)},
+                                      {"Inner", structures({{{"X", number(2)}}})},
+                                      {"After", cells({structures({{{"Y", number(3)}}})})}}});
               }),
               R"([{"Before":1,"Inner":[{"X":2}],"After":[[{"Y":3}]]}])");
     EXPECT_EQ(jsonOf([] {
@@ -148,10 +135,10 @@ TEST(JsonRenderer, NestingAsDeepAsMemoryAllowsIsWritten) {
     EXPECT_EQ(rendered({}, [] { return nestedStructures(kDepth); }).body, expected);
 }
 
-TEST(JsonRenderer, ListsTheNumbersThatJsonLacks) {
+TEST(JsonRenderer, ListsNumbersThatJsonCannotRepresent) {
     const Rendering rendering = rendered({}, [] {
         qvArray* const gps = structures({{{"GPSAltitude", numbers(3, 1, {1, 2, std::nan("")})},
-                                          {"GPSSpeed", qvCreateDoubleScalar(-kInfinity)}}});
+                                          {"GPSSpeed", number(-kInfinity)}}});
         return structures({{{"GPSInfo", nullptr}, {"Matrix", nullptr}},
                            {{"GPSInfo", gps}, {"Matrix", numbers(2, 2, {1, 2, 3, kInfinity})}}});
     });
@@ -163,7 +150,7 @@ TEST(JsonRenderer, ListsTheNumbersThatJsonLacks) {
                                    R"({"at":"/info/1/Matrix/1/1","is":"Infinity"})");
 }
 
-TEST(JsonRenderer, ListsTheTextsThatAreNoUtf8) {
+TEST(JsonRenderer, ListsTextsThatAreNotUtf8) {
     const Rendering rendering = rendered({}, [] {
         return structures({{{"Make", characters("caf\xe9")},
                             {"Words", cells({characters("a"), characters("\xff\0"s)})},
@@ -183,7 +170,7 @@ TEST(JsonRenderer, PlacesEscapeTheNamesOfFields) {
     EXPECT_EQ(rendering.latin1, "\"/info/0/a~1b~01\\\"\",\"/info/0/\u00e9\"");
 }
 
-TEST(JsonRenderer, LeavesOutWhatIsLargerThanTheUserWants) {
+TEST(JsonRenderer, OmitsValuesBeyondTheUsersLimit) {
     const Rendering rendering = rendered(omitting(3), [] {
         return structures({{{"Row", numbers(1, 4, {1, 2, 3, 4})},
                             {"Three", numbers(1, 3, {1, 2, 3})},
@@ -201,7 +188,7 @@ TEST(JsonRenderer, LeavesOutWhatIsLargerThanTheUserWants) {
     EXPECT_EQ(rendering.nonfinite + rendering.latin1, "");
 }
 
-TEST(JsonRenderer, NeverLeavesOutStructureArrays) {
+TEST(JsonRenderer, NeverOmitsStructureArrays) {
     const Rendering rendering = rendered(omitting(0), [] {
         return structures({{{"A", structures({{{"X", nullptr}}, {{"X", nullptr}}})}}});
     });
@@ -210,12 +197,10 @@ TEST(JsonRenderer, NeverLeavesOutStructureArrays) {
 }
 
 qvArray* photo() {
-    qvArray* const camera =
-        structures({{{"FNumber", qvCreateDoubleScalar(2.8)}, {"Flash", qvCreateDoubleScalar(16)}},
-                    {{"FNumber", qvCreateDoubleScalar(4)}, {"Flash", nullptr}}});
-    return structures(
-        {{{"Make", characters("Kiln")}, {"Camera", camera}, {"Width", qvCreateDoubleScalar(7)}},
-         {{"Make", nullptr}, {"Camera", nullptr}, {"Width", qvCreateDoubleScalar(5)}}});
+    qvArray* const camera = structures({{{"FNumber", number(2.8)}, {"Flash", number(16)}},
+                                        {{"FNumber", number(4)}, {"Flash", nullptr}}});
+    return structures({{{"Make", characters("Kiln")}, {"Camera", camera}, {"Width", number(7)}},
+                       {{"Make", nullptr}, {"Camera", nullptr}, {"Width", number(5)}}});
 }
 
 TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
@@ -224,13 +209,13 @@ TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
 }
 
-TEST(JsonRenderer, WritesOfANestedDirectoryWhatIsSelected) {
+TEST(JsonRenderer, WritesTheSelectedFieldsOfANestedDirectory) {
     const Rendering rendering = rendered(selecting({"Camera.FNumber", "Make.FNumber"}), photo);
     EXPECT_EQ(rendering.body, R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])");
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
 }
 
-TEST(JsonRenderer, WritesASelectedDirectoryWholeAndSeesWhatIsNamedWithin) {
+TEST(JsonRenderer, WritesASelectedDirectoryWholeAndReportsSelectedFieldsInIt) {
     const Rendering rendering =
         rendered(selecting({"Camera.Flash", "Camera.Iris", "Camera"}), photo);
     EXPECT_EQ(rendering.body,
@@ -241,13 +226,12 @@ TEST(JsonRenderer, WritesASelectedDirectoryWholeAndSeesWhatIsNamedWithin) {
 
 TEST(JsonRenderer, ASelectionGoesThroughCells) {
     const Rendering rendering = rendered(selecting({"Cells.X"}), [] {
-        return structures(
-            {{{"Cells", cells({structures({{{"X", qvCreateDoubleScalar(1)}, {"Y", nullptr}}})})}}});
+        return structures({{{"Cells", cells({structures({{{"X", number(1)}, {"Y", nullptr}}})})}}});
     });
     EXPECT_EQ(rendering.body, R"([{"Cells":[[{"X":1}]]}])");
 }
 
-TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreLeftOut) {
+TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreOmitted) {
     const Rendering rendering = rendered(selecting({"B"}), [] {
         return structures({{{"A", characters("\xff")}, {"B", characters("\xfe")}}});
     });
@@ -255,31 +239,31 @@ TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreLeftOut) {
     EXPECT_EQ(rendering.latin1, R"("/info/0/B")");
 }
 
-TEST(JsonRenderer, WithoutASelectionNoFieldIsSeen) {
+TEST(JsonRenderer, WithoutASelectionNoFieldIsReported) {
     EXPECT_THAT(rendered({}, photo).fieldsSeen, IsEmpty());
 }
 
-TEST(JsonRenderer, AllTextsOfARenderingShareItsRoom) {
+TEST(JsonRenderer, AllTextsOfARenderingShareItsLimit) {
     const zephra::CallResult result = called([] {
         return structures({{{"X", numbers(1, 2, {1, std::nan("")})}, {"T", characters("\xff")}}});
     });
     // Of [{"X":[1,null],"T":"<U+00FF>"}], {"at":"/info/0/X/1","is":"NaN"} and "/info/0/T".
     constexpr std::size_t kSize = 25 + 31 + 11;
     RenderOptions options;
-    options.largestOutput = kSize;
+    options.maxOutput = kSize;
     const Rendering rendering = JsonRenderer(options).render(result.output());
     EXPECT_EQ(rendering.body.size(), 25U);
     EXPECT_EQ(rendering.nonfinite.size(), 31U);
     EXPECT_EQ(rendering.latin1.size(), 11U);
-    options.largestOutput = kSize - 1;
+    options.maxOutput = kSize - 1;
     const JsonRenderer smaller(options);
     EXPECT_THROW((void)smaller.render(result.output()), OutputTooLarge);
     EXPECT_FALSE(smaller.accepts(rendering));
 }
 
-TEST(JsonRenderer, RefusesRenderingsThatItDoesNotMake) {
+TEST(JsonRenderer, RejectsInvalidRenderings) {
     const JsonRenderer renderer(selecting({"Make", "Model"}));
-    const Rendering good{"[]", "", "", "", {0, 1}};
+    const Rendering good{"[]", "", "", "", {}, {0, 1}};
     EXPECT_TRUE(renderer.accepts(good));
     const auto refuses = [&](auto change) {
         Rendering bad = good;
@@ -290,12 +274,13 @@ TEST(JsonRenderer, RefusesRenderingsThatItDoesNotMake) {
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.body = "[]}"; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.nonfinite = R"("/info/0")"; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.latin1 = "]"; }));
+    EXPECT_TRUE(refuses([](Rendering& bad) { bad.cells = {""}; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.fieldsSeen = {1, 2}; }));
     EXPECT_TRUE(refuses([](Rendering& bad) { bad.fieldsSeen = {1, 0}; }));
-    // Nothing is left out unless the user says so.
+    // Nothing is omitted without the option.
     const std::string omitted = R"({"at":"/info/0/Make","size":[1,9]})";
     EXPECT_TRUE(refuses([&](Rendering& bad) { bad.omitted = omitted; }));
-    EXPECT_TRUE(JsonRenderer(omitting(8)).accepts({"[]", "", "", omitted, {}}));
+    EXPECT_TRUE(JsonRenderer(omitting(8)).accepts({"[]", "", "", omitted, {}, {}}));
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ std::string number(double value) {
     return out.text();
 }
 
-TEST(JsonText, Utf8StaysAsItIs) {
+TEST(JsonText, Utf8IsUnchanged) {
     EXPECT_EQ(valid(""), R"("")");
     EXPECT_EQ(valid("Kiln & Co"), R"("Kiln & Co")");
     EXPECT_EQ(valid("\u65e5\u672c\U0001F4F7\u00a0\u20ac"),
@@ -57,22 +57,22 @@ TEST(JsonText, EscapesWhatJsonEscapes) {
     EXPECT_EQ(valid("\x1b[31m\x1f"), R"("\u001b[31m\u001f")");
 }
 
-TEST(JsonText, EscapesOtherControlsAndSeparatorsOfLines) {
+TEST(JsonText, EscapesOtherControlsAndLineSeparators) {
     EXPECT_EQ(valid("~\x7f"), R"("~\u007f")");
     EXPECT_EQ(valid("\u0080\u0085\u009f\u00a0"), "\"\\u0080\\u0085\\u009f\u00a0\"");
     EXPECT_EQ(valid("\u2027\u2028\u2029\u202a"), "\"\u2027\\u2028\\u2029\u202a\"");
     EXPECT_EQ(valid("\u20a8\u2128"), "\"\u20a8\u2128\"");
 }
 
-TEST(JsonText, TextThatIsNoUtf8BecomesCharactersByteByByte) {
+TEST(JsonText, OtherTextBecomesCharactersByteByByte) {
     EXPECT_EQ(invalid("caf\xe9"), "\"caf\u00e9\"");
     EXPECT_EQ(invalid("\xff\"\n\x85\x7f\0"s), "\"\u00ff\\\"\\n\\u0085\\u007f\\u0000\"");
-    // Its good characters too, or nobody could tell one from two bytes of these codes.
+    // Its valid characters too: otherwise one could not be distinguished from two bytes.
     EXPECT_EQ(invalid("\u00e9\xe9"), "\"\u00c3\u00a9\u00e9\"");
 }
 
-TEST(JsonText, KnowsUtf8FromWhatOnlyLooksLikeIt) {
-    const std::string pad(21, 'a');  // so that every place within a block of bytes comes up
+TEST(JsonText, RejectsInvalidUtf8) {
+    const std::string pad(21, 'a');  // so that every place within a block is tested
     for (std::size_t before = 0; before < pad.size(); ++before) {
         const std::string start = pad.substr(0, before);
         for (const char* const good : {"\u007f", "\u0080", "\u07ff", "\u0800", "\ud7ff", "\ue000",
@@ -111,7 +111,7 @@ TEST(JsonText, CharactersAreUtf8InAnyCase) {
     EXPECT_EQ(asCharacters("\u00e9\x80"), "\u00c3\u00a9\u0080");
 }
 
-TEST(JsonText, TakesNoMoreRoomThanAllowed) {
+TEST(JsonText, StaysWithinItsLimit) {
     Allowance enough(10);
     BoundedText out(enough);
     EXPECT_TRUE(appendText(out, "ab\u2028"));
@@ -128,7 +128,7 @@ TEST(JsonNumber, IsWithoutFractionAndExponentIfWhole) {
     EXPECT_EQ(number(-9007199254740991.0), "-9007199254740991");
 }
 
-TEST(JsonNumber, IsTheShortestThatReadsBackOtherwise) {
+TEST(JsonNumber, IsOtherwiseTheShortestThatReadsBack) {
     EXPECT_EQ(number(0.1), "0.1");
     EXPECT_EQ(number(-2.5), "-2.5");
     EXPECT_EQ(number(1.0 / 3.0), "0.3333333333333333");
@@ -162,7 +162,7 @@ TEST(JsonNumbers, HaveCommasBetween) {
     EXPECT_EQ(numbers({0, -0.0, 0.5, -17, 1e300}), "0,-0.0,0.5,-17,1e+300");
 }
 
-TEST(JsonNumbers, MayBeMoreAndLongerThanAnyBuffer) {
+TEST(JsonNumbers, MayExceedAnyBuffer) {
     constexpr std::size_t kMany = 1000;
     std::string expected = "-2.2250738585072014e-308";  // no number is longer
     for (std::size_t i = 1; i < kMany; ++i) {
@@ -171,7 +171,7 @@ TEST(JsonNumbers, MayBeMoreAndLongerThanAnyBuffer) {
     EXPECT_EQ(numbers(std::vector<double>(kMany, -std::numeric_limits<double>::min())), expected);
 }
 
-TEST(JsonNumbers, TakeNoMoreRoomThanTheyMay) {
+TEST(JsonNumbers, StayWithinTheirLimit) {
     Allowance allowance(5);
     BoundedText out(allowance);
     const std::vector<double> three{1, 2, 3};

@@ -7,7 +7,7 @@
 namespace veltrace::cli {
 namespace {
 
-TEST(JsonWriter, SetsBracketsCommasAndColons) {
+TEST(JsonWriter, WritesBracketsCommasAndColons) {
     Allowance allowance(200);
     BoundedText out(allowance);
     JsonWriter json(out);
@@ -36,11 +36,11 @@ TEST(JsonWriter, SetsBracketsCommasAndColons) {
               "\"b\\n\":[{\"x\":1}],\"c\":\"d\",\"e\":\"\u00ff\"}");
 }
 
-TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
-    Allowance allowance(2 * kDeepestJson);
+TEST(JsonWriter, NestsNoDeeperThanItsCheckAccepts) {
+    Allowance allowance(2 * kMaxJsonDepth);
     BoundedText out(allowance);
     JsonWriter json(out);
-    for (std::size_t depth = 0; depth < kDeepestJson; ++depth) {
+    for (std::size_t depth = 0; depth < kMaxJsonDepth; ++depth) {
         json.startArray();
     }
     EXPECT_THROW(json.startArray(), OutputTooLarge);
@@ -48,10 +48,10 @@ TEST(JsonWriter, NestsNoDeeperThanItsReadersTake) {
 }
 
 TEST(JsonWriter, AListOfNumbersNestsAsWell) {
-    Allowance allowance(2 * kDeepestJson);
+    Allowance allowance(2 * kMaxJsonDepth);
     BoundedText out(allowance);
     JsonWriter json(out);
-    for (std::size_t depth = 1; depth < kDeepestJson; ++depth) {
+    for (std::size_t depth = 1; depth < kMaxJsonDepth; ++depth) {
         json.startArray();
     }
     json.numbers(std::vector<double>{1});

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "made_values.h"
 
@@ -18,17 +19,15 @@ Text measuredOf(const std::function<Fields()>& fields) {
     return measured(result.output(), 0, 0);
 }
 
-Text measuredOf(const char* name, double number) {
-    return measuredOf([&] { return Fields{{name, qvCreateDoubleScalar(number)}}; });
+Text measuredOf(const char* name, double value) {
+    return measuredOf([&] { return Fields{{name, number(value)}}; });
 }
 
-Text measuredOf(const char* name, double number, const char* namedBy, std::string_view word) {
-    return measuredOf([&] {
-        return Fields{{name, qvCreateDoubleScalar(number)}, {namedBy, characters(word)}};
-    });
+Text measuredOf(const char* name, double value, const char* namedBy, std::string_view word) {
+    return measuredOf([&] { return Fields{{name, number(value)}, {namedBy, characters(word)}}; });
 }
 
-TEST(Measured, FieldsOfOneUnitCarryIt) {
+TEST(Measured, FieldsWithAFixedUnitShowIt) {
     EXPECT_EQ(measuredOf("FocalLength", 35.5), "35.5 mm");
     EXPECT_EQ(measuredOf("FocalLengthIn35mmFilm", 50), "50 mm");
     EXPECT_EQ(measuredOf("SubjectDistance", 2.5), "2.5 m");
@@ -40,20 +39,20 @@ TEST(Measured, FieldsOfOneUnitCarryIt) {
     EXPECT_EQ(measuredOf("GPSDestBearing", 180), "180\u00b0");
 }
 
-TEST(Measured, ApexValuesAreSaidToBeSuch) {
+TEST(Measured, ApexValuesShowTheirUnit) {
     for (const char* const name : {"ShutterSpeedValue", "ApertureValue", "BrightnessValue",
                                    "ExposureBiasValue", "MaxApertureValue"}) {
         EXPECT_EQ(measuredOf(name, -0.5), "-0.5 APEX") << name;
     }
 }
 
-TEST(Measured, AnExposureOfOneOverNSecondsIsSaidSoToo) {
+TEST(Measured, AnExposureOfOneOverNSecondsShowsTheFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", 0.008), "0.008 s (1/125 s)");
     EXPECT_EQ(measuredOf("ExposureTime", 1.0 / 3.0), "0.3333333 s (1/3 s)");
     EXPECT_EQ(measuredOf("ExposureTime", 1.0 / 4294967295.0), "2.328306e-10 s (1/4294967295 s)");
 }
 
-TEST(Measured, OtherExposuresAreNot) {
+TEST(Measured, OtherExposuresShowNoFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", 0.3), "0.3 s");
     EXPECT_EQ(measuredOf("ExposureTime", 1), "1 s");
     EXPECT_EQ(measuredOf("ExposureTime", 30), "30 s");
@@ -103,7 +102,7 @@ TEST(Measured, TheResolutionUnitNamesTheUnitOfResolutionsAndPositions) {
     EXPECT_EQ(measuredOf("YPosition", 4, "ResolutionUnit", "Centimeter"), "4 centimeters");
 }
 
-TEST(Measured, NoUnitIsMadeUp) {
+TEST(Measured, AnUnknownUnitIsLeftOut) {
     EXPECT_EQ(measuredOf("XResolution", 72, "ResolutionUnit", "None"), "72");
     EXPECT_EQ(measuredOf("XResolution", 72), "72");
 }
@@ -111,8 +110,7 @@ TEST(Measured, NoUnitIsMadeUp) {
 TEST(Measured, TheNumberOfAUnitNamesItAsItsWordDoes) {
     const auto resolution = [](const char* name, double unit) {
         return measuredOf([=] {
-            return Fields{{name, qvCreateDoubleScalar(2900)},
-                          {"FocalPlaneResolutionUnit", qvCreateDoubleScalar(unit)}};
+            return Fields{{name, number(2900)}, {"FocalPlaneResolutionUnit", number(unit)}};
         });
     };
     EXPECT_EQ(resolution("FocalPlaneXResolution", 2), "2900 per inch");
@@ -136,7 +134,7 @@ TEST(Measured, IsNothingForAFieldWithoutUnit) {
     EXPECT_EQ(measuredOf("Zzz", 1), std::nullopt);
 }
 
-TEST(Measured, IsNothingForTheWrongNumberOfNumbers) {
+TEST(Measured, IsNothingForTheWrongCountOfNumbers) {
     EXPECT_EQ(measuredOf("GPSLatitude", 47.5), std::nullopt);
     EXPECT_EQ(measuredOf([] {
                   return Fields{{"FocalLength", numbers(2, 1, {35, 70})}};
@@ -144,6 +142,42 @@ TEST(Measured, IsNothingForTheWrongNumberOfNumbers) {
               std::nullopt);
     EXPECT_EQ(measuredOf([] { return Fields{{"FocalLength", nullptr}}; }), std::nullopt);
     EXPECT_EQ(measuredOf([] { return Fields{{"FocalLength", characters("3")}}; }), std::nullopt);
+}
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+TEST(ExactNumber, IsTheShortestTextThatReadsBack) {
+    EXPECT_EQ(exactNumber(0.1), "0.1");
+    EXPECT_EQ(exactNumber(1.0 / 3.0), "0.3333333333333333");
+    EXPECT_EQ(exactNumber(5e-324), "5e-324");
+}
+
+TEST(ExactNumber, WholeNumbersHaveNeitherFractionNorExponent) {
+    EXPECT_EQ(exactNumber(300), "300");
+    EXPECT_EQ(exactNumber(9007199254740991.0), "9007199254740991");
+    EXPECT_EQ(exactNumber(-4294967295.0), "-4294967295");
+}
+
+TEST(ExactNumber, KeepsTheSignOfZero) {
+    EXPECT_EQ(exactNumber(-0.0), "-0");
+}
+
+TEST(ExactNumber, HasWordsForNonfiniteNumbers) {
+    EXPECT_EQ(exactNumber(-std::nan("")), "NaN");
+    EXPECT_EQ(exactNumber(kInfinity), "Infinity");
+    EXPECT_EQ(exactNumber(-kInfinity), "-Infinity");
+}
+
+TEST(BriefNumber, ShowsFractionsToSevenDigits) {
+    EXPECT_EQ(briefNumber(0.008), "0.008");
+    EXPECT_EQ(briefNumber(2.0 / 3.0), "0.6666667");
+    EXPECT_EQ(briefNumber(0.3127000033855438), "0.3127");
+}
+
+TEST(BriefNumber, ShowsOtherNumbersExactly) {
+    EXPECT_EQ(briefNumber(9007199254740991.0), "9007199254740991");
+    EXPECT_EQ(briefNumber(std::nan("")), "NaN");
+    EXPECT_EQ(briefNumber(-kInfinity), "-Infinity");
 }
 
 }  // namespace

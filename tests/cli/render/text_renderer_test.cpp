@@ -20,12 +20,6 @@ std::string textOf(const std::function<qvArray*()>& make, const RenderOptions& o
     return rendered(make, options).body;
 }
 
-RenderOptions selecting(std::vector<std::string> fields) {
-    RenderOptions options;
-    options.fields = std::move(fields);
-    return options;
-}
-
 RenderOptions coloured() {
     RenderOptions options;
     options.colour = true;
@@ -35,18 +29,17 @@ RenderOptions coloured() {
 /// Two directories; only the second has a camera.
 qvArray* photograph() {
     return structures(
-        {{{"Width", qvCreateDoubleScalar(1)}, {"Make", characters("A")}, {"Camera", nullptr}},
-         {{"Width", qvCreateDoubleScalar(2)},
+        {{{"Width", number(1)}, {"Make", characters("A")}, {"Camera", nullptr}},
+         {{"Width", number(2)},
           {"Make", nullptr},
-          {"Camera", structures({{{"FNumber", qvCreateDoubleScalar(2.8)},
-                                  {"Flash", qvCreateDoubleScalar(16)}}})}}});
+          {"Camera", structures({{{"FNumber", number(2.8)}, {"Flash", number(16)}}})}}});
 }
 
 TEST(TextRenderer, AlignsTheValuesOfADirectory) {
     EXPECT_EQ(textOf([] {
-                  return structures({{{"Width", qvCreateDoubleScalar(7)},
+                  return structures({{{"Width", number(7)},
                                       {"Compression", characters("LZW")},
-                                      {"BitDepth", qvCreateDoubleScalar(24)}}});
+                                      {"BitDepth", number(24)}}});
               }),
               "  Directory\n"
               "    Width        7\n"
@@ -54,42 +47,42 @@ TEST(TextRenderer, AlignsTheValuesOfADirectory) {
               "    BitDepth     24\n");
 }
 
-TEST(TextRenderer, LeavesEmptyFieldsOutAndDoesNotAlignToThem) {
-    EXPECT_EQ(textOf([] {
-                  return structures({{{"AVeryLongName", nullptr},
-                                      {"Blank", characters("\0"s)},
-                                      {"Width", qvCreateDoubleScalar(7)}}});
-              }),
-              "  Directory\n"
-              "    Width  7\n");
+TEST(TextRenderer, OmitsEmptyFieldsAndIgnoresThemInTheAlignment) {
+    EXPECT_EQ(
+        textOf([] {
+            return structures(
+                {{{"AVeryLongName", nullptr}, {"Blank", characters("\0"s)}, {"Width", number(7)}}});
+        }),
+        "  Directory\n"
+        "    Width  7\n");
 }
 
 TEST(TextRenderer, NumbersSeveralDirectoriesAndIndentsNestedOnesBelowTheLinesOfTheirParent) {
-    EXPECT_EQ(textOf([] {
-                  return structures(
-                      {{{"DigitalCamera", structures({{{"FNumber", qvCreateDoubleScalar(2.8)}}})},
-                        {"UnknownTags", structures({{{"ID", qvCreateDoubleScalar(65000)}},
-                                                    {{"ID", qvCreateDoubleScalar(65001)}}})},
-                        {"Width", qvCreateDoubleScalar(7)}},
-                       {{"Width", qvCreateDoubleScalar(8)}}});
-              }),
-              "  Directory 1 of 2\n"
-              "    Width  7\n"
-              "    DigitalCamera\n"
-              "      FNumber  2.8\n"
-              "    UnknownTags 1 of 2\n"
-              "      ID  65000\n"
-              "    UnknownTags 2 of 2\n"
-              "      ID  65001\n"
-              "  Directory 2 of 2\n"
-              "    Width  8\n");
+    EXPECT_EQ(
+        textOf([] {
+            return structures(
+                {{{"DigitalCamera", structures({{{"FNumber", number(2.8)}}})},
+                  {"UnknownTags", structures({{{"ID", number(65000)}}, {{"ID", number(65001)}}})},
+                  {"Width", number(7)}},
+                 {{"Width", number(8)}}});
+        }),
+        "  Directory 1 of 2\n"
+        "    Width  7\n"
+        "    DigitalCamera\n"
+        "      FNumber  2.8\n"
+        "    UnknownTags 1 of 2\n"
+        "      ID  65000\n"
+        "    UnknownTags 2 of 2\n"
+        "      ID  65001\n"
+        "  Directory 2 of 2\n"
+        "    Width  8\n");
 }
 
 TEST(TextRenderer, ShowsUnits) {
     EXPECT_EQ(textOf([] {
-                  return structures({{{"XResolution", qvCreateDoubleScalar(72)},
+                  return structures({{{"XResolution", number(72)},
                                       {"ResolutionUnit", characters("Inch")},
-                                      {"ExposureTime", qvCreateDoubleScalar(0.008)}}});
+                                      {"ExposureTime", number(0.008)}}});
               }),
               "  Directory\n"
               "    XResolution     72 per inch\n"
@@ -97,7 +90,7 @@ TEST(TextRenderer, ShowsUnits) {
               "    ExposureTime    0.008 s (1/125 s)\n");
 }
 
-TEST(TextRenderer, ShortensLongArraysAsTheUserAsks) {
+TEST(TextRenderer, ShortensLongArrays) {
     RenderOptions options;
     options.maxValues = 2;
     EXPECT_EQ(textOf(
@@ -124,7 +117,7 @@ TEST(TextRenderer, AnOutputWithoutDirectoriesHasNoText) {
     EXPECT_EQ(rendered([]() -> qvArray* { return nullptr; }), Rendering());
 }
 
-TEST(TextRenderer, DeepDirectoriesStopIndentingAndTellTheirDepth) {
+TEST(TextRenderer, DeepDirectoriesKeepTheIndentAndShowTheirDepth) {
     const std::string indent(32, ' ');
     EXPECT_THAT(textOf([] { return nestedStructures(18); }),
                 testing::EndsWith("\n" + indent + "Next\n" +      //
@@ -137,12 +130,12 @@ TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
                 testing::EndsWith("Next (depth 200000)\n"));
 }
 
-TEST(TextRenderer, ATextThatGrowsTooLargeIsRefused) {
-    const auto make = [] { return structures({{{"Width", qvCreateDoubleScalar(7)}}}); };
+TEST(TextRenderer, RejectsATextThatIsTooLarge) {
+    const auto make = [] { return structures({{{"Width", number(7)}}}); };
     RenderOptions options;
-    options.largestOutput = "  Directory\n    Width  7\n"s.size();
+    options.maxOutput = "  Directory\n    Width  7\n"s.size();
     EXPECT_EQ(textOf(make, options), "  Directory\n    Width  7\n");
-    --options.largestOutput;
+    --options.maxOutput;
     EXPECT_THROW(textOf(make, options), OutputTooLarge);
 }
 
@@ -151,7 +144,7 @@ TEST(TextRenderer, ColourMarksHeadingsNamesAndSizes) {
     options.maxValues = 1;
     EXPECT_EQ(textOf(
                   [] {
-                      return structures({{{"Width", qvCreateDoubleScalar(7)},
+                      return structures({{{"Width", number(7)},
                                           {"Bits", numbers(1, 2, {8, 9})},
                                           {"Camera", structures({{{"X", nullptr}}})}}});
                   },
@@ -162,7 +155,7 @@ TEST(TextRenderer, ColourMarksHeadingsNamesAndSizes) {
               "    \x1b[1mCamera\x1b[0m\n");
 }
 
-TEST(TextRenderer, WithoutASelectionNoFieldCountsAsSeen) {
+TEST(TextRenderer, WithoutASelectionNoFieldIsReported) {
     EXPECT_THAT(rendered(photograph).fieldsSeen, IsEmpty());
 }
 
@@ -184,7 +177,7 @@ TEST(TextRenderer, ADirectoryWithNothingSelectedHasNoHeading) {
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(1));
 }
 
-TEST(TextRenderer, ASelectedNestedFieldComesWithTheHeadingsAroundIt) {
+TEST(TextRenderer, ASelectedNestedFieldIsShownWithItsHeadings) {
     const Rendering rendering = rendered(photograph, selecting({"Camera.FNumber"}));
     EXPECT_EQ(rendering.body,
               "  Directory 2 of 2\n"
@@ -203,7 +196,7 @@ TEST(TextRenderer, ASelectedDirectoryIsShownWhole) {
     EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 1));
 }
 
-TEST(TextRenderer, SaysWhenNothingSelectedIsThere) {
+TEST(TextRenderer, ReportsThatNoSelectedFieldExists) {
     const Rendering rendering =
         rendered(photograph, selecting({"Lens", "Width.Depth", "Camera.Lens"}));
     EXPECT_EQ(rendering.body, "  none of the selected fields\n");
@@ -227,7 +220,7 @@ TEST(TextRenderer, AcceptsWhatItRenders) {
     EXPECT_TRUE(accepts("  Stra\u00dfe \\x1b\n    x\n"));
 }
 
-TEST(TextRenderer, RefusesLinesThatAreNotWholeOrNotIndented) {
+TEST(TextRenderer, RejectsIncompleteAndUnindentedLines) {
     EXPECT_FALSE(accepts("  Directory"));
     EXPECT_FALSE(accepts("other.tif\n"));
     EXPECT_FALSE(accepts("  Directory\n\n"));
@@ -236,7 +229,7 @@ TEST(TextRenderer, RefusesLinesThatAreNotWholeOrNotIndented) {
     EXPECT_FALSE(accepts(" \n  Directory\n"));
 }
 
-TEST(TextRenderer, RefusesControlCharactersAndInvalidUtf8) {
+TEST(TextRenderer, RejectsControlCharactersAndInvalidUtf8) {
     for (const char* const line : {"  a\rb\n", "  a\tb\n", "  \x07\n", "  \x7f\n", "  \u009b\n",
                                    "  \u2028\n", "  \u202e\n", "  \u2066\n", "  caf\xe9\n"}) {
         EXPECT_FALSE(accepts(line)) << testing::PrintToString(line);
@@ -250,19 +243,19 @@ TEST(TextRenderer, AcceptsItsOwnMarksWithColourOnly) {
     EXPECT_FALSE(accepts("  \x1b[1ma\x1b[0m\n"));
 }
 
-TEST(TextRenderer, RefusesOtherSequences) {
+TEST(TextRenderer, RejectsOtherEscapeSequences) {
     for (const char* const line : {"  \x1b\n", "  \x1b[\n", "  \x1b[2J\x1b[0m\n",
                                    "  \x1b[8mhidden\x1b[0m\n", "  \x1b]0;title\x1b[0m\n"}) {
         EXPECT_FALSE(accepts(line, coloured())) << testing::PrintToString(line);
     }
 }
 
-TEST(TextRenderer, RefusesAMarkThatReachesBeyondItsLine) {
+TEST(TextRenderer, RejectsAMarkThatReachesBeyondItsLine) {
     EXPECT_FALSE(accepts("  \x1b[1mbold\n", coloured()));
     EXPECT_FALSE(accepts("  \x1b[1mbold\n  x\x1b[0m\n", coloured()));
 }
 
-TEST(TextRenderer, RefusesWhatOnlyOtherFormatsHave) {
+TEST(TextRenderer, RejectsTextsOfOtherFormats) {
     const TextRenderer renderer{RenderOptions()};
     for (const auto list : {&Rendering::nonfinite, &Rendering::latin1, &Rendering::omitted}) {
         Rendering rendering;
@@ -270,9 +263,12 @@ TEST(TextRenderer, RefusesWhatOnlyOtherFormatsHave) {
         rendering.*list = "x";
         EXPECT_FALSE(renderer.accepts(rendering));
     }
+    Rendering cells;
+    cells.cells = {""};
+    EXPECT_FALSE(renderer.accepts(cells));
 }
 
-TEST(TextRenderer, RefusesIndicesOfFieldsThatAreNotSelected) {
+TEST(TextRenderer, RejectsIndicesOfFieldsThatAreNotSelected) {
     const TextRenderer renderer(selecting({"Width", "Make"}));
     const auto accepts = [&](std::vector<std::uint32_t> seen) {
         Rendering rendering;

@@ -23,12 +23,12 @@ TEST(Tally, CountsFilesAndFailures) {
     EXPECT_EQ(Tally().files(), 0U);
 }
 
-TEST(Tally, NamesTheCausesOfFailureInOneLine) {
+TEST(Tally, ListsFailuresInOneLine) {
     EXPECT_EQ(mixedTally().line(Seconds(2)),
               "7 files: 3 ok, 1 warned, 1 error, 1 limit-time, 1 crashed; 3.5 files/s");
 }
 
-TEST(Tally, LeavesOutCausesThatDidNotOccur) {
+TEST(Tally, OmitsFailuresThatDidNotOccur) {
     Tally tally;
     tally.add(Status::ok);
     EXPECT_EQ(tally.line(Seconds(0.5)), "1 file: 1 ok, 0 warned; 2.0 files/s");

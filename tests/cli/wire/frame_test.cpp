@@ -7,9 +7,9 @@
 namespace veltrace::cli {
 namespace {
 
-std::string frame(std::uint64_t sequence, std::string_view payload) {
+std::string frame(std::uint64_t id, std::string_view payload) {
     std::string bytes;
-    const std::size_t begin = beginFrame(bytes, sequence);
+    const std::size_t begin = beginFrame(bytes, id);
     bytes += payload;
     endFrame(bytes, begin);
     return bytes;
@@ -20,14 +20,14 @@ void receive(FrameBuffer& buffer, std::string_view bytes) {
     buffer.filled(bytes.size());
 }
 
-TEST(Frame, HasSizeSequenceAndPayload) {
+TEST(Frame, HasSizeIdAndPayload) {
     EXPECT_EQ(frame(7, "kiln"), (std::string("\4\0\0\0"
                                              "\7\0\0\0\0\0\0\0"
                                              "kiln",
                                              16)));
 }
 
-TEST(FrameBuffer, GivesAFrameOnceItsLastByteIsThere) {
+TEST(FrameBuffer, ReturnsAFrameOnceItIsComplete) {
     const std::string bytes = frame(1, "ember");
     FrameBuffer buffer(100);
     for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
@@ -37,24 +37,24 @@ TEST(FrameBuffer, GivesAFrameOnceItsLastByteIsThere) {
     receive(buffer, bytes.substr(bytes.size() - 1));
     const auto next = buffer.next();
     ASSERT_TRUE(next);
-    EXPECT_EQ(next->sequence, 1U);
+    EXPECT_EQ(next->id, 1U);
     EXPECT_EQ(next->payload, "ember");
     EXPECT_FALSE(buffer.next());
     EXPECT_EQ(buffer.pending(), 0U);
 }
 
-TEST(FrameBuffer, GivesFramesThatCameTogetherOneByOne) {
+TEST(FrameBuffer, ReturnsFramesThatArrivedTogetherOneByOne) {
     FrameBuffer buffer(100);
     receive(buffer, frame(1, "a") + frame(2, "") + frame(3, "ccc").substr(0, 13));
     EXPECT_EQ(buffer.next()->payload, "a");
-    EXPECT_EQ(buffer.next()->sequence, 2U);
+    EXPECT_EQ(buffer.next()->id, 2U);
     EXPECT_FALSE(buffer.next());
     EXPECT_EQ(buffer.pending(), 13U);
     receive(buffer, "cc");
     EXPECT_EQ(buffer.next()->payload, "ccc");
 }
 
-TEST(FrameBuffer, TellsTheSizeOfWhatIsComing) {
+TEST(FrameBuffer, ReportsTheSizeOfAnIncompleteFrame) {
     FrameBuffer buffer(100);
     const std::string bytes = frame(1, std::string(50, 'x'));
     receive(buffer, bytes.substr(0, kFrameHeader - 1));
@@ -64,7 +64,7 @@ TEST(FrameBuffer, TellsTheSizeOfWhatIsComing) {
     EXPECT_EQ(buffer.announced(), kFrameHeader + 50);
 }
 
-TEST(FrameBuffer, TakesThePayloadThatIsAllowedAndNoByteMore) {
+TEST(FrameBuffer, AcceptsTheMaximalPayloadAndNoByteMore) {
     FrameBuffer exact(10);
     receive(exact, frame(1, std::string(10, 'x')));
     EXPECT_EQ(exact.next()->payload.size(), 10U);
@@ -73,7 +73,7 @@ TEST(FrameBuffer, TakesThePayloadThatIsAllowedAndNoByteMore) {
     EXPECT_THROW(static_cast<void>(less.next()), BadFrame);
 }
 
-TEST(FrameBuffer, GivesBackTheMemoryOfALargeFrameBeforeTheNextOneComes) {
+TEST(FrameBuffer, FreesTheMemoryOfALargeFrame) {
     constexpr std::size_t kSize = std::size_t{64} << 20;
     FrameBuffer buffer(kSize);
     const std::string bytes = frame(1, std::string(kSize, 'x'));
@@ -86,7 +86,7 @@ TEST(FrameBuffer, GivesBackTheMemoryOfALargeFrameBeforeTheNextOneComes) {
     EXPECT_EQ(buffer.next()->payload, "small");
 }
 
-TEST(FrameBuffer, TakesHardlyMoreMemoryThanAFrameHas) {
+TEST(FrameBuffer, TakesLittleMoreMemoryThanAFrame) {
     constexpr std::size_t kSize = std::size_t{64} << 20;
     FrameBuffer buffer(kSize);
     const std::string bytes = frame(1, std::string(kSize, 'x'));

@@ -12,15 +12,15 @@ namespace veltrace::test {
 
 namespace {
 
-[[noreturn]] void runAndTell(const std::function<std::string()>& body, int pipe) {
+[[noreturn]] void runAndReport(const std::function<std::string()>& body, int pipe) {
     std::string text;
     try {
         text = body();
     } catch (const std::exception& error) {
         text = std::string("threw: ") + error.what();
     }
-    const ssize_t told = write(pipe, text.data(), text.size());
-    _exit(told == static_cast<ssize_t>(text.size()) ? 0 : 1);
+    const ssize_t written = write(pipe, text.data(), text.size());
+    _exit(written == static_cast<ssize_t>(text.size()) ? 0 : 1);
 }
 
 std::string readAll(int pipe) {
@@ -43,7 +43,7 @@ std::string inChild(const std::function<std::string()>& body) {
     const pid_t child = fork();
     if (child == 0) {
         close(ends[0]);
-        runAndTell(body, ends[1]);
+        runAndReport(body, ends[1]);
     }
     close(ends[1]);
     std::string text = readAll(ends[0]);

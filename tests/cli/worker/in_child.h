@@ -1,4 +1,4 @@
-// Runs what changes a process for good in a process of its own.
+// Runs code that changes a process permanently in a child process.
 #pragma once
 
 #include <functional>
@@ -6,11 +6,10 @@
 
 namespace veltrace::test {
 
-/// What `body` gives in a child of this process; of a child that ends otherwise "signal N", or
-/// "threw: TEXT".
+/// The result of `body` in a child process; "signal N" or "threw: TEXT" if it ends otherwise.
 [[nodiscard]] std::string inChild(const std::function<std::string()>& body);
 
-/// "ok" for a result of a system call that is not negative, else the name of errno, as "EPERM".
+/// "ok" for a non-negative result of a system call, else the name of errno, such as "EPERM".
 [[nodiscard]] std::string outcomeOf(long result);
 
 }  // namespace veltrace::test

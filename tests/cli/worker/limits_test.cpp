@@ -1,4 +1,4 @@
-// Each limit, put on a child of the test.
+// Each limit, set in a child process.
 #include "worker/limits.h"
 
 #include <csignal>
@@ -13,9 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "worker/descriptors.h"
 #include "worker/in_child.h"
-#include "worker/sanitizer.h"
+#include "worker/resource_watch.h"
 
 namespace veltrace::cli {
 namespace {
@@ -40,20 +39,20 @@ std::string allocate(std::size_t bytes) {
     }
 }
 
-TEST(Limits, MemoryBelowTheLimitIsHadAndMemoryBeyondItIsNot) {
+TEST(Limits, AllocationsFailBeyondTheMemoryLimitOnly) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
     }
     EXPECT_EQ(inChild([] {
-                  malloc_trim(0);  // what earlier tests freed could be had again
-                  const bool holds = limitResources({.memoryBytes = 64 * kMiB});
-                  return std::to_string(static_cast<int>(holds)) + " " + allocate(54 * kMiB) + " " +
+                  malloc_trim(0);  // memory freed by earlier tests could be reused
+                  const bool isSet = limitResources({.memoryBytes = 64 * kMiB});
+                  return std::to_string(static_cast<int>(isSet)) + " " + allocate(54 * kMiB) + " " +
                          allocate(65 * kMiB);
               }),
               "1 ok bad_alloc");
 }
 
-TEST(Limits, WhatIsMappedAtTheStartDoesNotCountAgainstTheMemoryLimit) {
+TEST(Limits, MemoryMappedBeforeDoesNotCount) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
     }
@@ -66,7 +65,7 @@ TEST(Limits, WhatIsMappedAtTheStartDoesNotCountAgainstTheMemoryLimit) {
               "ok bad_alloc");
 }
 
-TEST(Limits, AnOfferedMemoryOfAnySizeIsTaken) {
+TEST(Limits, AMemoryLimitMayHaveAnySize) {
     EXPECT_EQ(inChild([] {
                   limitResources({.memoryBytes = ~std::uint64_t{0}});
                   return allocate(100 * kMiB);
@@ -74,23 +73,23 @@ TEST(Limits, AnOfferedMemoryOfAnySizeIsTaken) {
               "ok");
 }
 
-TEST(Limits, WithoutAMemoryLimitMemoryIsAsItWas) {
+TEST(Limits, WithoutAMemoryLimitNothingChanges) {
     EXPECT_EQ(inChild([] {
                   const std::string before = limits(RLIMIT_AS);
-                  const bool holds = limitResources({.memoryBytes = 0});
-                  return !holds && limits(RLIMIT_AS) == before ? "as before" : limits(RLIMIT_AS);
+                  const bool isSet = limitResources({.memoryBytes = 0});
+                  return !isSet && limits(RLIMIT_AS) == before ? "as before" : limits(RLIMIT_AS);
               }),
               "as before");
 }
 
-TEST(Limits, AMemoryLimitNeverHoldsWhereAddressSpaceIsReserved) {
-    EXPECT_EQ(inChild([] { return limitResources({}) ? "holds" : "does not"; }),
-              kHasAddressSanitizer ? "does not" : "holds");
+TEST(Limits, AMemoryLimitIsSetExceptWithAddressSanitizer) {
+    EXPECT_EQ(inChild([] { return limitResources({}) ? "set" : "not set"; }),
+              kHasAddressSanitizer ? "not set" : "set");
 }
 
-TEST(Limits, ALowerLimitOfBeforeStays) {
+TEST(Limits, ALowerExistingLimitStays) {
     EXPECT_EQ(inChild([] {
-                  // Whoever runs the tests may have left descriptors open.
+                  // The caller of the tests may have left descriptors open.
                   const auto open = static_cast<rlim_t>(lowestFreeDescriptor());
                   const rlimit few{open + 2, open + 4};
                   setrlimit(RLIMIT_NOFILE, &few);
@@ -103,7 +102,7 @@ TEST(Limits, ALowerLimitOfBeforeStays) {
               "4 4");
 }
 
-TEST(Limits, ThereAreNoCoreDumps) {
+TEST(Limits, CoreDumpsAreOff) {
     EXPECT_EQ(inChild([] {
                   limitResources({});
                   return limits(RLIMIT_CORE);
@@ -111,7 +110,7 @@ TEST(Limits, ThereAreNoCoreDumps) {
               "0 0");
 }
 
-TEST(Limits, NothingIsWrittenToARegularFileAndTheProcessLivesOn) {
+TEST(Limits, WritesToRegularFilesFailWithoutASignal) {
     EXPECT_EQ(inChild([] {
                   const int file = open("/tmp", O_TMPFILE | O_WRONLY, 0600);
                   const std::string before = outcomeOf(write(file, "a", 1));
@@ -121,7 +120,7 @@ TEST(Limits, NothingIsWrittenToARegularFileAndTheProcessLivesOn) {
               "ok EFBIG");
 }
 
-TEST(Limits, AFewMoreDescriptorsCanBeHad) {
+TEST(Limits, AFewMoreDescriptorsCanBeOpened) {
     EXPECT_EQ(inChild([] {
                   limitResources({});
                   int opened = 0;
@@ -134,10 +133,10 @@ TEST(Limits, AFewMoreDescriptorsCanBeHad) {
               "EMFILE");
 }
 
-TEST(Limits, PrivilegesAndDumpsAreRenounced) {
+TEST(Limits, NewPrivilegesAndDumpsAreOff) {
     EXPECT_EQ(inChild([] {
-                  const bool holds = renouncePrivileges();
-                  return std::to_string(static_cast<int>(holds)) + " " +
+                  const bool isSet = forbidNewPrivileges();
+                  return std::to_string(static_cast<int>(isSet)) + " " +
                          std::to_string(prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0)) + " " +
                          std::to_string(prctl(PR_GET_DUMPABLE));
               }),
@@ -154,7 +153,7 @@ TEST(Limits, AProcessWhoseParentIsGoneEnds) {
 
 TEST(Limits, AProcessEndsWithItsParent) {
     EXPECT_EQ(inChild([] {
-                  prctl(PR_SET_CHILD_SUBREAPER, 1);  // what the parent leaves comes here
+                  prctl(PR_SET_CHILD_SUBREAPER, 1);  // adopts orphans
                   const pid_t parent = fork();
                   if (parent == 0) {
                       const pid_t self = getpid();
@@ -173,7 +172,7 @@ TEST(Limits, AProcessEndsWithItsParent) {
               "9");
 }
 
-TEST(Limits, AParentThatIsThereHurtsNobody) {
+TEST(Limits, AProcessWithItsParentRunsOn) {
     EXPECT_EQ(inChild([] {
                   limitResources({.parent = getppid()});
                   return "lives";

@@ -1,4 +1,4 @@
-// What Landlock and seccomp refuse, each on its own, to a child of the test.
+// What Landlock and seccomp refuse, each alone, in a child process.
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -17,105 +17,72 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "worker/descriptors.h"
+#include "temporary_directory.h"
 #include "worker/in_child.h"
-#include "worker/landlock.h"
 #include "worker/limits.h"
-#include "worker/system_calls.h"
+#include "worker/resource_watch.h"
+#include "worker/sandbox.h"
 
 namespace veltrace::cli {
 namespace {
 
-using test::inChild;
-using test::outcomeOf;
+using veltrace::test::inChild;
+using veltrace::test::outcomeOf;
 
 constexpr const char* kUnsupported = "the kernel refuses";
 
-bool hasLandlock() {
-    return inChild([] {
-               renouncePrivileges();
-               return confineFileSystem() > 0 ? "yes" : "no";
-           }) == "yes";
-}
-
-bool hasSeccomp() {
-    return inChild([] {
-               renouncePrivileges();
-               return confineSystemCalls() ? "yes" : "no";
-           }) == "yes";
-}
-
-/// What comes of an action under Landlock.
+/// The result of an action under Landlock.
 std::string withLandlock(const std::function<std::string()>& action) {
     return inChild([&] {
-        renouncePrivileges();
-        return confineFileSystem() > 0 ? action() : kUnsupported;
+        forbidNewPrivileges();
+        return restrictFiles() > 0 ? action() : kUnsupported;
     });
 }
 
-/// What comes of an action under seccomp.
+/// The result of an action under seccomp.
 std::string withSeccomp(const std::function<std::string()>& action) {
     return inChild([&] {
-        renouncePrivileges();
-        return confineSystemCalls() ? action() : kUnsupported;
+        forbidNewPrivileges();
+        return restrictSystemCalls() ? action() : kUnsupported;
     });
 }
 
-std::string firstByteOf(const std::string& name) {
-    std::FILE* const file = std::fopen(name.c_str(), "rb");
-    if (file == nullptr) {
-        return "cannot open";
-    }
-    const int byte = std::fgetc(file);
-    std::fclose(file);
-    return byte == EOF ? "" : std::string(1, static_cast<char>(byte));
-}
-
-/// A file with one byte in a directory of its own, gone at the end.
+/// A file with the byte "x" in its own directory; skipped without `isSupported`.
 class RefusalsTest : public testing::Test {
 protected:
+    explicit RefusalsTest(bool isSupported) : isSupported_(isSupported) {}
     void SetUp() override {
-        std::string pattern = testing::TempDir() + "/refusals-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        directory_ = pattern;
-        file_ = directory_ + "/file";
-        const int descriptor = creat(file_.c_str(), 0755);
-        ASSERT_EQ(write(descriptor, "x", 1), 1);
-        close(descriptor);
-    }
-    void TearDown() override {
-        unlink(file_.c_str());
-        rmdir(directory_.c_str());
+        if (!isSupported_) {
+            GTEST_SKIP() << kUnsupported;
+        }
     }
 
-    std::string directory_;
-    std::string file_;
+    const test::TemporaryDirectory directory_;
+    const std::string file_ = directory_.makeFile("file", "x");
+
+private:
+    bool isSupported_;
 };
+
+std::string supported() {
+    return "supported";
+}
 
 class Landlock : public RefusalsTest {
 protected:
-    void SetUp() override {
-        if (!hasLandlock()) {
-            GTEST_SKIP() << kUnsupported;
-        }
-        RefusalsTest::SetUp();
-    }
+    Landlock() : RefusalsTest(withLandlock(supported) == supported()) {}
 };
 
 class SystemCalls : public RefusalsTest {
 protected:
-    void SetUp() override {
-        if (!hasSeccomp()) {
-            GTEST_SKIP() << kUnsupported;
-        }
-        RefusalsTest::SetUp();
-    }
+    SystemCalls() : RefusalsTest(withSeccomp(supported) == supported()) {}
 };
 
 TEST_F(Landlock, FilesAndDirectoriesCanBeRead) {
-    EXPECT_EQ(withLandlock([this] { return firstByteOf(file_); }), "x");
-    EXPECT_EQ(withLandlock([this] { return opendir(directory_.c_str()) ? "ok" : "refused"; }),
-              "ok");
+    EXPECT_EQ(withLandlock([this] { return test::contentOf(file_); }), "x");
+    EXPECT_EQ(
+        withLandlock([this] { return opendir(directory_.path().c_str()) ? "ok" : "refused"; }),
+        "ok");
 }
 
 TEST_F(Landlock, NothingIsWrittenCreatedOrRemoved) {
@@ -126,7 +93,7 @@ TEST_F(Landlock, NothingIsWrittenCreatedOrRemoved) {
     EXPECT_EQ(withLandlock([this] { return outcomeOf(mkdir((file_ + "2").c_str(), 0700)); }),
               "EACCES");
     EXPECT_EQ(withLandlock([this] { return outcomeOf(unlink(file_.c_str())); }), "EACCES");
-    EXPECT_EQ(firstByteOf(file_), "x");
+    EXPECT_EQ(test::contentOf(file_), "x");
 }
 
 TEST_F(Landlock, NoProgramIsExecuted) {
@@ -134,30 +101,30 @@ TEST_F(Landlock, NoProgramIsExecuted) {
               "EACCES");
 }
 
-TEST_F(Landlock, AFileCannotBeCutWhereTheKernelKnowsHowToRefuseThat) {
+TEST_F(Landlock, AFileCannotBeTruncatedIfTheKernelSupportsThat) {
     const std::string outcome = inChild([this]() -> std::string {
-        renouncePrivileges();
-        return confineFileSystem() >= 3 ? outcomeOf(truncate(file_.c_str(), 0)) : kUnsupported;
+        forbidNewPrivileges();
+        return restrictFiles() >= 3 ? outcomeOf(truncate(file_.c_str(), 0)) : kUnsupported;
     });
     if (outcome == kUnsupported) {
         GTEST_SKIP() << kUnsupported;
     }
     EXPECT_EQ(outcome, "EACCES");
-    EXPECT_EQ(firstByteOf(file_), "x");
+    EXPECT_EQ(test::contentOf(file_), "x");
 }
 
-TEST_F(Landlock, ADescriptorThatWasOpenCanStillBeWritten) {
+TEST_F(Landlock, AnOpenDescriptorCanStillBeWritten) {
     EXPECT_EQ(inChild([this] {
                   const int file = open(file_.c_str(), O_WRONLY);
-                  renouncePrivileges();
-                  confineFileSystem();
+                  forbidNewPrivileges();
+                  restrictFiles();
                   return outcomeOf(write(file, "x", 1));
               }),
               "ok");
 }
 
 TEST_F(SystemCalls, FilesCanBeRead) {
-    EXPECT_EQ(withSeccomp([this] { return firstByteOf(file_); }), "x");
+    EXPECT_EQ(withSeccomp([this] { return test::contentOf(file_); }), "x");
     EXPECT_EQ(withSeccomp([this] {
                   struct stat status {};
                   const std::string outcome = outcomeOf(stat(file_.c_str(), &status));
@@ -174,10 +141,11 @@ TEST_F(SystemCalls, NoFileIsOpenedForWriting) {
             "EPERM")
             << flags;
     }
-    EXPECT_EQ(withSeccomp(
-                  [this] { return outcomeOf(open(directory_.c_str(), O_TMPFILE | O_RDWR, 0600)); }),
+    EXPECT_EQ(withSeccomp([this] {
+                  return outcomeOf(open(directory_.path().c_str(), O_TMPFILE | O_RDWR, 0600));
+              }),
               "EPERM");
-    EXPECT_EQ(firstByteOf(file_), "x");
+    EXPECT_EQ(test::contentOf(file_), "x");
 }
 
 TEST_F(SystemCalls, NothingIsCreatedChangedOrRemoved) {
@@ -186,7 +154,7 @@ TEST_F(SystemCalls, NothingIsCreatedChangedOrRemoved) {
     EXPECT_EQ(withSeccomp([this] { return outcomeOf(truncate(file_.c_str(), 0)); }), "EPERM");
     EXPECT_EQ(withSeccomp([this] { return outcomeOf(chmod(file_.c_str(), 0777)); }), "EPERM");
     EXPECT_EQ(withSeccomp([this] { return outcomeOf(unlink(file_.c_str())); }), "EPERM");
-    EXPECT_EQ(firstByteOf(file_), "x");
+    EXPECT_EQ(test::contentOf(file_), "x");
 }
 
 TEST_F(SystemCalls, NoProgramProcessOrThreadIsStarted) {
@@ -209,7 +177,7 @@ TEST_F(SystemCalls, NoSocketIsOpened) {
     }
 }
 
-TEST_F(SystemCalls, OtherProcessesAreLeftAlone) {
+TEST_F(SystemCalls, OtherProcessesCannotBeReached) {
     const pid_t other = getpid();
     EXPECT_EQ(withSeccomp([other] { return outcomeOf(kill(other, 0)); }), "EPERM");
     EXPECT_EQ(withSeccomp([other] { return outcomeOf(tgkill(other, other, 0)); }), "EPERM");
@@ -217,7 +185,7 @@ TEST_F(SystemCalls, OtherProcessesAreLeftAlone) {
               "EPERM");
 }
 
-TEST_F(SystemCalls, NoMemoryHoldsCode) {
+TEST_F(SystemCalls, NoMemoryIsExecutable) {
     EXPECT_EQ(withSeccomp([] {
                   void* const memory = mmap(nullptr, 4096, PROT_READ | PROT_EXEC,
                                             MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -234,7 +202,7 @@ TEST_F(SystemCalls, NoMemoryHoldsCode) {
               "ok ok EPERM");
 }
 
-TEST_F(SystemCalls, LimitsCanBeAskedForAndNotSet) {
+TEST_F(SystemCalls, LimitsCanBeReadButNotSet) {
     EXPECT_EQ(withSeccomp([] {
                   rlimit limit{};
                   return outcomeOf(getrlimit(RLIMIT_STACK, &limit)) + " " +
@@ -256,20 +224,20 @@ TEST_F(SystemCalls, TheStackOfTheThreadIsFound) {
               "0");
 }
 
-TEST_F(SystemCalls, DescriptorsCanBeCountedAndNotConfigured) {
+TEST_F(SystemCalls, DescriptorsCanBeCountedButNotConfigured) {
     EXPECT_EQ(withSeccomp([] { return lowestFreeDescriptor() > 0 ? "found" : "not found"; }),
               "found");
     EXPECT_EQ(withSeccomp([] { return outcomeOf(fcntl(STDIN_FILENO, F_SETOWN, getpid())); }),
               "EPERM");
 }
 
-TEST_F(SystemCalls, AnAbortEndsTheProcessByItsSignal) {
+TEST_F(SystemCalls, AnAbortKillsTheProcess) {
     EXPECT_EQ(withSeccomp([]() -> std::string { std::abort(); }), "signal 6");
 }
 
-TEST_F(SystemCalls, AFaultEndsTheProcessByItsSignal) {
+TEST_F(SystemCalls, AFaultKillsTheProcess) {
     EXPECT_EQ(withSeccomp([]() -> std::string {
-                  static_cast<void>(std::signal(SIGSEGV, SIG_DFL));  // a sanitizer has its own
+                  static_cast<void>(std::signal(SIGSEGV, SIG_DFL));  // sanitizers install a handler
                   // A page without access faults in every kind of build.
                   void* const page =
                       mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -1,4 +1,4 @@
-// How workers end, and what becomes of the files that they had.
+// Workers that fail, and the files that they had.
 #include <fmt/format.h>
 #include <utility>
 
@@ -7,31 +7,32 @@
 namespace veltrace::cli {
 namespace {
 
-/// Workers in turn that end before they are ready. They will always, then; a few may have been
-/// killed by whatever kills processes on this machine.
-constexpr int kMostFailedStarts = 8;
+/// Workers in a row that end before they are ready. A few may have been killed by the system; with
+/// so many, all will end.
+constexpr int kMaxFailedStarts = 8;
 
 }  // namespace
 
 void Pool::remove(WorkerProcess& worker) {
-    giveBack(worker.takeRequests());
+    requeue(worker.takeRequests());
     workers_.remove_if([&](const WorkerProcess& other) { return &other == &worker; });
 }
 
-void Pool::giveBack(std::deque<Request> requests) {
+void Pool::requeue(std::deque<Request> requests) {
     for (; !requests.empty(); requests.pop_back()) {
         auto& queue = requests.back().isSecondTry ? secondTries_ : waiting_;
         queue.push_front(std::move(requests.back()));
     }
 }
 
-/// Ends a worker that died or cannot be trusted any more. `how` is empty when its death says it.
+/// Ends a worker that died or cannot be trusted any more. `how` is empty when its exit is the
+/// cause.
 void Pool::fail(WorkerProcess& worker, const std::string& how) {
     if (!worker.isReady()) {
         failToStart(worker, how);
         return;
     }
-    const std::string death = worker.end();
+    const std::string exit = worker.end();
     if (worker.load() == 0) {
         remove(worker);
         return;
@@ -47,16 +48,15 @@ void Pool::fail(WorkerProcess& worker, const std::string& how) {
              failure(Status::crashed, "veltrace:crashed",
                      fmt::format("The process that read the file ended {}, and so did the one "
                                  "before.",
-                                 how.empty() ? death : how)));
+                                 how.empty() ? exit : how)));
 }
 
 void Pool::failToStart(WorkerProcess& worker, const std::string& how) {
-    const std::string death = worker.end();
+    const std::string exit = worker.end();
     remove(worker);
-    if (++failedStarts_ == kMostFailedStarts) {
-        throw WorkersFail(
-            fmt::format("the processes that should read files end {} before they are ready",
-                        how.empty() ? death : how));
+    if (++failedStarts_ == kMaxFailedStarts) {
+        throw WorkersFail(fmt::format("the processes that read files end {} before they are ready",
+                                      how.empty() ? exit : how));
     }
 }
 
@@ -66,7 +66,7 @@ void Pool::endStoppedWorkers() {
         if (!current.isStopped()) {
             continue;
         }
-        // What it has said counts, above all that it was ready.
+        // Its earlier answers count, above all that it was ready.
         static_cast<void>(current.receive());
         if (takeAnswers(current)) {
             fail(current, "when a signal stopped it");
@@ -88,7 +88,7 @@ void Pool::enforceDeadlines() {
 
 void Pool::endForTime(WorkerProcess& worker) {
     if (!worker.isReady()) {
-        failToStart(worker, "without a sign of life");
+        failToStart(worker, "without any answer");
         return;
     }
     const Request request = worker.finishFirst();

@@ -1,21 +1,21 @@
-#include "record/text_record.h"
+#include "record/record_writer.h"
 
 #include <gtest/gtest.h>
 
 namespace veltrace::cli {
 namespace {
 
-/// What a writer makes of the records of a run.
+/// The text of the records of a run.
 std::string written(const std::vector<Record>& records, bool colour = false) {
     RenderOptions options;
     options.colour = colour;
-    TextRecordWriter writer(options);
+    const auto writer = makeRecordWriter(options);
     std::string out;
-    writer.begin(out);
+    writer->begin(out);
     for (const Record& record : records) {
-        writer.record(record, out);
+        writer->record(record, out);
     }
-    writer.end(out);
+    writer->end(out);
     return out;
 }
 
@@ -31,7 +31,7 @@ Record failed(std::string path) {
     return {0, std::move(path), failure(Status::crashed, "X:end", "It ended.")};
 }
 
-TEST(TextRecordWriter, HeadsTheTextOfEachFileWithItsNameAndSeparatesFiles) {
+TEST(TextRecordWriter, WritesTheNameAboveTheTextOfEachFileAndSeparatesFiles) {
     EXPECT_EQ(written({read("a.tif", "  Directory\n    Width  7\n"),
                        read("b.tif", "  Directory\n    Width  8\n", Status::warned)}),
               "a.tif\n"
@@ -43,11 +43,11 @@ TEST(TextRecordWriter, HeadsTheTextOfEachFileWithItsNameAndSeparatesFiles) {
               "    Width  8\n");
 }
 
-TEST(TextRecordWriter, SaysWhenAFileHasNoDirectories) {
+TEST(TextRecordWriter, ReportsAFileWithoutDirectories) {
     EXPECT_EQ(written({read("a.tif", "")}), "a.tif\n  no directories\n");
 }
 
-TEST(TextRecordWriter, WritesNothingOfAFileThatFailed) {
+TEST(TextRecordWriter, WritesNothingForAFileThatFailed) {
     EXPECT_EQ(written({failed("a.tif")}), "");
     EXPECT_EQ(written({failed("a.tif"), read("b.tif", "  x\n"), failed("c.tif"),
                        read("d.tif", "  y\n"), failed("e.tif")}),

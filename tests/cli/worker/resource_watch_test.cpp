@@ -1,23 +1,25 @@
-#include "worker/growth.h"
+#include "worker/resource_watch.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <limits>
 #include <memory>
+#include <new>
 #include <unistd.h>
 #include <vector>
 
-#include "worker/sanitizer.h"
+#include "worker/limits.h"
 
 namespace veltrace::cli {
 namespace {
 
 constexpr std::size_t kMiB = std::size_t{1} << 20;
 
-TEST(Growth, NothingHasGrownAtTheStart) {
+TEST(Growth, IsFalseAtTheStart) {
     EXPECT_FALSE(Growth().hasGrown());
 }
 
-TEST(Growth, AFewMebibytesAreNoGrowth) {
+TEST(Growth, AFewMebibytesAreNotGrowth) {
     const Growth growth;
     const std::vector<std::byte> block(60 * kMiB);
     EXPECT_FALSE(growth.hasGrown());
@@ -56,6 +58,48 @@ TEST(Growth, ADescriptorLeftOpenIsGrowthUntilItIsClosed) {
     EXPECT_TRUE(growth.hasGrown());
     close(left);
     EXPECT_FALSE(growth.hasGrown());
+}
+
+// More than any machine has. Volatile, so that the request is made.
+volatile std::size_t tooMuch = std::numeric_limits<std::size_t>::max() / 4;
+
+class MemoryWatchTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (kHasAddressSanitizer) {
+            GTEST_SKIP() << "AddressSanitizer ends the process instead";
+        }
+    }
+};
+
+TEST_F(MemoryWatchTest, AnAllocationThatSucceedsIsNotNoted) {
+    const MemoryWatch watch;
+    ::operator delete(::operator new(1000));
+    EXPECT_FALSE(watch.ranOut());
+}
+
+TEST_F(MemoryWatchTest, AnAllocationThatFailsIsNotedUntilAReset) {
+    MemoryWatch watch;
+    EXPECT_THROW(::operator delete(::operator new(tooMuch)), std::bad_alloc);
+    EXPECT_TRUE(watch.ranOut());
+    watch.reset();
+    EXPECT_FALSE(watch.ranOut());
+}
+
+TEST_F(MemoryWatchTest, ANothrowAllocationIsNotedAndReturnsNull) {
+    const MemoryWatch watch;
+    void* const block = ::operator new(tooMuch, std::nothrow);
+    EXPECT_EQ(block, nullptr);
+    EXPECT_TRUE(watch.ranOut());
+}
+
+TEST_F(MemoryWatchTest, ThePreviousHandlerIsRestored) {
+    const auto before = std::get_new_handler();
+    {
+        const MemoryWatch watch;
+        EXPECT_NE(std::get_new_handler(), before);
+    }
+    EXPECT_EQ(std::get_new_handler(), before);
 }
 
 }  // namespace

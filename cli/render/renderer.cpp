@@ -1,6 +1,7 @@
+#include "render/renderer.h"
+
 #include "render/csv_renderer.h"
 #include "render/json_renderer.h"
-#include "render/renderer.h"
 #include "render/text_renderer.h"
 
 namespace veltrace::cli {

@@ -1,15 +1,14 @@
-#include "names/shard.h"
+#include "names/name_hash.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 #include "names/all_names.h"
-#include "names/name_hash.h"
 
 namespace veltrace::cli {
 namespace {
 
-TEST(Shard, IsReadFromIndexAndCount) {
+TEST(Shard, IsParsedFromIndexAndCount) {
     const auto shard = parseShard("3/16");
     ASSERT_TRUE(shard);
     EXPECT_EQ(shard->index, 3U);
@@ -18,7 +17,7 @@ TEST(Shard, IsReadFromIndexAndCount) {
     EXPECT_TRUE(parseShard("4294967295/4294967295"));
 }
 
-TEST(Shard, OfAnyOtherTextIsRefused) {
+TEST(Shard, RejectsAnyOtherText) {
     for (const char* text : {"",     "/",     "1",    "1/",    "/1",    "0/4",          "5/4",
                              "0/0",  "-1/4",  "+1/4", "1/-4",  " 1/4",  "1/4 ",         "1 /4",
                              "1//4", "1/4/4", "a/b",  "0x1/4", "1.0/4", "1/4294967296", "1/4\n"}) {
@@ -26,7 +25,7 @@ TEST(Shard, OfAnyOtherTextIsRefused) {
     }
 }
 
-TEST(Shard, TheOnlyOneHasEveryName) {
+TEST(Shard, AloneContainsEveryName) {
     for (const std::string& name : test::oddNames()) {
         EXPECT_TRUE((Shard{1, 1}.contains(name)));
     }
@@ -43,7 +42,7 @@ TEST(Shard, EveryNameIsInExactlyOne) {
     }
 }
 
-TEST(Shard, EachHasItsPartOfTheNames) {
+TEST(Shard, EachContainsItsPartOfTheNames) {
     int found = 0;
     for (int i = 0; i < 10000; ++i) {
         found += Shard{2, 4}.contains("image-" + std::to_string(i)) ? 1 : 0;
@@ -53,7 +52,7 @@ TEST(Shard, EachHasItsPartOfTheNames) {
 }
 
 // The published hash of no bytes: 2D06800538D394C2 (64 bits), 99AA06D3014798D86001C324468D497F.
-TEST(Shard, GoesByThePublishedHash) {
+TEST(Shard, UsesThePublishedHash) {
     EXPECT_EQ(shortHashOf(""), 0x2D06800538D394C2U);
     EXPECT_EQ(hashOf(""), (NameHash{0x99AA06D3014798D8U, 0x6001C324468D497FU}));
     EXPECT_TRUE((Shard{0xC2 + 1, 256}.contains("")));

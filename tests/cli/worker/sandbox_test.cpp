@@ -1,5 +1,5 @@
-// The whole confinement, and the module's work in it.
-#include "worker/confinement.h"
+// The whole sandbox, and the module's work in it.
+#include "worker/sandbox.h"
 
 #include <array>
 #include <csignal>
@@ -20,8 +20,8 @@
 #include "support/nested_file.h"
 #include "support/tiff_builder.h"
 #include "worker/in_child.h"
-#include "worker/memory_watch.h"
-#include "worker/sanitizer.h"
+#include "worker/limits.h"
+#include "worker/resource_watch.h"
 
 namespace veltrace::cli {
 namespace {
@@ -44,11 +44,11 @@ Bytes cameraFile() {
     return file.bytes();
 }
 
-/// What the module says of a file in a process that is confined.
-std::string confinedRead(const MemoryFile& file, std::uint64_t memoryBytes = 256 * kMiB) {
+/// What the module returns for a file in a process that has entered the sandbox.
+std::string sandboxedRead(const MemoryFile& file, std::uint64_t memoryBytes = 256 * kMiB) {
     const auto module = zephra::Module::load(VELTRACE_MODULE_PATH).entryPoint();
     return inChild([&]() -> std::string {
-        confine({.memoryBytes = memoryBytes}, Sandbox::on);
+        enterSandbox({.memoryBytes = memoryBytes}, SandboxMode::on);
         const MemoryWatch watch;
         const zephra::Argument name{file.name()};
         const auto result = zephra::Host().call(module, {&name, 1});
@@ -62,7 +62,7 @@ std::string confinedRead(const MemoryFile& file, std::uint64_t memoryBytes = 256
     });
 }
 
-/// Gives the environment another time zone, or none, as long as one lives.
+/// Sets another time zone, or none, while it lives.
 class TimeZone {
 public:
     explicit TimeZone(const char* name) {
@@ -80,7 +80,7 @@ private:
     std::optional<std::string> before_;
 };
 
-TEST(Confinement, WhatHoldsIsDescribedInOneLine) {
+TEST(Sandbox, IsDescribedInOneLine) {
     EXPECT_EQ(
         describe({.memoryLimit = true, .noNewPrivileges = true, .landlockAbi = 6, .seccomp = true}),
         "memory limit, no new privileges, Landlock ABI 6, seccomp");
@@ -89,9 +89,9 @@ TEST(Confinement, WhatHoldsIsDescribedInOneLine) {
     EXPECT_EQ(describe({}), "none");
 }
 
-// A signal that comes while the answer is awaited must not pass for one.
-TEST(AvailableConfinement, IsTheSameWhileSignalsArrive) {
-    const std::string calm = describe(availableConfinement());
+// A signal that interrupts the wait must not be read as an answer.
+TEST(AvailableSandbox, IsTheSameWhileSignalsArrive) {
+    const std::string calm = describe(availableSandbox());
     const std::string hectic = inChild([&calm]() -> std::string {
         struct sigaction action {};
         action.sa_handler = [](int) {};  // and no SA_RESTART
@@ -100,39 +100,40 @@ TEST(AvailableConfinement, IsTheSameWhileSignalsArrive) {
         setitimer(ITIMER_REAL, &often, nullptr);
         std::string found = calm;
         for (int call = 0; call < 50 && found == calm; ++call) {
-            found = describe(availableConfinement());
+            found = describe(availableSandbox());
         }
         return found;
     });
     EXPECT_EQ(hectic, calm);
 }
 
-TEST(Confinement, WhatIsAvailableIsFoundOutWithoutConfiningThisProcess) {
-    const Confinement available = availableConfinement();
+TEST(AvailableSandbox, IsFoundWithoutRestrictingThisProcess) {
+    const Sandbox available = availableSandbox();
     EXPECT_EQ(available.memoryLimit, !kHasAddressSanitizer);
     EXPECT_TRUE(available.noNewPrivileges);
     EXPECT_EQ(prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0), 0);
     EXPECT_EQ(prctl(PR_GET_SECCOMP), 0);
 }
 
-TEST(Confinement, WhatIsAvailableHoldsAfterwards) {
-    const Confinement available = availableConfinement();
-    EXPECT_EQ(inChild([] { return describe(confine({}, Sandbox::on)); }), describe(available));
+TEST(AvailableSandbox, IsWhatAProcessThenEnters) {
+    const Sandbox available = availableSandbox();
+    EXPECT_EQ(inChild([] { return describe(enterSandbox({}, SandboxMode::on)); }),
+              describe(available));
 }
 
-TEST(Confinement, WithoutASandboxLimitsAndPrivilegesRemain) {
-    EXPECT_EQ(inChild([] { return describe(confine({.memoryBytes = 0}, Sandbox::off)); }),
+TEST(Sandbox, SwitchedOffStillLimitsMemoryAndPrivileges) {
+    EXPECT_EQ(inChild([] { return describe(enterSandbox({.memoryBytes = 0}, SandboxMode::off)); }),
               "no new privileges");
 }
 
-TEST(Confinement, TheModuleReadsInAZoneOfAFileOfTheSystem) {
+TEST(Sandbox, TheModuleReadsInANamedTimeZone) {
     const TimeZone tokyo("Asia/Tokyo");
     const MemoryFile file(cameraFile());
     file.setModificationTime(1'000'000'000);  // 01:46:40 in Greenwich, nine hours earlier
-    EXPECT_EQ(confinedRead(file), "09-Sep-2001 10:46:40, tif, 5");
+    EXPECT_EQ(sandboxedRead(file), "09-Sep-2001 10:46:40, tif, 5");
 }
 
-TEST(Confinement, TheModuleReadsInTheZoneOfTheSystem) {
+TEST(Sandbox, TheModuleReadsInTheTimeZoneOfTheSystem) {
     const TimeZone none(nullptr);
     const MemoryFile file(cameraFile());
     file.setModificationTime(1'000'000'000);
@@ -142,20 +143,20 @@ TEST(Confinement, TheModuleReadsInTheZoneOfTheSystem) {
     localtime_r(&time, &local);
     std::array<char, 32> date{};
     std::strftime(date.data(), date.size(), "%d-%b-%Y %H:%M:%S", &local);
-    EXPECT_EQ(confinedRead(file), std::string(date.data()) + ", tif, 5");
+    EXPECT_EQ(sandboxedRead(file), std::string(date.data()) + ", tif, 5");
 }
 
-TEST(Confinement, TheModuleReadsAJpegFile) {
+TEST(Sandbox, TheModuleReadsAJpegFile) {
     const TimeZone greenwich("UTC0");
     const MemoryFile file(test::jpegWithExif(cameraFile()));
     file.setModificationTime(1'000'000'000);
-    EXPECT_EQ(confinedRead(file), "09-Sep-2001 01:46:40, jpg, 5");
+    EXPECT_EQ(sandboxedRead(file), "09-Sep-2001 01:46:40, jpg, 5");
 }
 
-TEST(Confinement, AFileThatCannotBeOpenedIsTheModulesError) {
+TEST(Sandbox, AFileThatCannotBeOpenedIsTheModulesError) {
     const auto module = zephra::Module::load(VELTRACE_MODULE_PATH).entryPoint();
     EXPECT_EQ(inChild([&]() -> std::string {
-                  confine({}, Sandbox::on);
+                  enterSandbox({}, SandboxMode::on);
                   const zephra::Argument missing{std::string("/nonexistent/image.tif")};
                   const auto result = zephra::Host().call(module, {&missing, 1});
                   return result.error() ? result.error()->identifier : "no error";
@@ -163,7 +164,7 @@ TEST(Confinement, AFileThatCannotBeOpenedIsTheModulesError) {
               "ZEPHRA:veltrace:badFilename");
 }
 
-TEST(Confinement, AChainThatLoopsEndsWhenItsMemoryRunsOut) {
+TEST(Sandbox, ALoopOfDirectoriesEndsWhenMemoryRunsOut) {
     if (kHasAddressSanitizer) {
         GTEST_SKIP() << "AddressSanitizer reserves terabytes of address space";
     }
@@ -171,12 +172,12 @@ TEST(Confinement, AChainThatLoopsEndsWhenItsMemoryRunsOut) {
     builder.image().shorts(kWidthTag, {640});
     builder.image().next(builder.positionOf(builder.image()));
     const MemoryFile file(builder.bytes());
-    EXPECT_EQ(confinedRead(file, 32 * kMiB), "ZEPHRA:veltrace:unknownException, memory ran out");
+    EXPECT_EQ(sandboxedRead(file, 32 * kMiB), "ZEPHRA:veltrace:unknownException, memory ran out");
 }
 
-TEST(Confinement, NestingWithoutEndEndsWhenTheStackRunsOut) {
+TEST(Sandbox, EndlessNestingEndsWhenTheStackRunsOut) {
     const MemoryFile file(test::endlessExif());
-    EXPECT_EQ(confinedRead(file), "ZEPHRA:veltrace:unknownException");
+    EXPECT_EQ(sandboxedRead(file), "ZEPHRA:veltrace:unknownException");
 }
 
 }  // namespace
