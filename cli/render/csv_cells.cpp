@@ -16,8 +16,10 @@ struct Sink {
     using Ch = char;
     BoundedText* text;
 
+    // NOLINTBEGIN(readability-identifier-naming): RapidJSON's names
     void Put(char c) const { text->append(c); }
     void Flush() const {}
+    // NOLINTEND(readability-identifier-naming)
 };
 
 /// Takes the events of one flat list of texts and refuses all others.
