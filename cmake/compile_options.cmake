@@ -37,13 +37,15 @@ if(VELTRACE_SANITIZE_THREADS)
   target_link_options(veltrace-options INTERFACE -fsanitize=thread)
 endif()
 
+# For the module's objects and for the tests linked with them: of an inline function the linker keeps
+# one copy, and it may be a test's.
+add_library(veltrace-coverage INTERFACE)
 if(VELTRACE_COVERAGE)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "VELTRACE_COVERAGE needs clang, whose profiles llvm-cov reads.")
   endif()
-  # The tests too: the linker keeps one copy of an inline function, and it may be a test's.
-  target_compile_options(veltrace-options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
-  target_link_options(veltrace-options INTERFACE -fprofile-instr-generate)
+  target_compile_options(veltrace-coverage INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(veltrace-coverage INTERFACE -fprofile-instr-generate)
 endif()
 
 if(VELTRACE_FUZZ)

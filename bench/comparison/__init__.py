@@ -1,1 +1,1 @@
-"""The comparison of the module and the command with their peers."""
+"""The sections of bench/compare."""

@@ -1,5 +1,5 @@
 // The command `bench-readers`: times of readers on the same files in one process and thread, as
-// JSON. `bench/compare` runs it and makes a table of what it says.
+// JSON. `bench/compare` runs it and prints tables of its output.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
@@ -22,7 +22,7 @@ struct Options {
     std::string filesFrom;
     std::string warmUp;
     unsigned rounds = 15;
-    std::size_t leastReads = 1;
+    std::size_t minReads = 1;
     bool peak = false;
 };
 
@@ -63,7 +63,7 @@ void writeCourse(Json& json, const Course& course) {
 void writeRounds(Json& json, const Options& options, Readers& readers) {
     json.StartArray();
     for (FileSet& set : setsOf(options.files)) {
-        measure(set, readers, options.rounds, options.leastReads);
+        measure(set, readers, options.rounds, options.minReads);
         json.StartObject();
         writeString(json, "set", set.name);
         writeNumber(json, "files", set.files.size());
@@ -136,15 +136,15 @@ int main(int argc, char** argv) {
     app.add_option("--files-from", options.filesFrom, "Names of more files, one in a line");
     app.add_option("--module", options.module, "The module to load");
     app.add_option("--readers", options.readers,
-                   "Only these: veltrace, minimal, bare, libtiff, libtiff-unmapped, libexif, exiv2")
+                   "Only these: veltrace, minimal, libtiff, libtiff-unmapped, libexif, exiv2")
         ->delimiter(',')
         ->allow_extra_args(false);
     app.add_option("--rounds", options.rounds, "How often each set is read")->capture_default_str();
-    app.add_option("--least-reads", options.leastReads,
+    app.add_option("--min-reads", options.minReads,
                    "How many files a reader reads in a round, a small set again and again")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
-    app.add_flag("--peak", options.peak, "Read one file once and tell the growth of memory");
+    app.add_flag("--peak", options.peak, "Read one file once and print the growth of memory");
     app.add_option("--warm-up", options.warmUp, "With --peak: a file to read before");
     CLI11_PARSE(app, argc, argv);
     try {

@@ -55,7 +55,6 @@ Readers allReaders(const std::string& modulePath) {
     Readers readers;
     readers.push_back(veltraceReader(modulePath));
     readers.push_back(minimalReader());
-    readers.push_back(bareFloor());
     readers.push_back(libtiffReader());
     readers.push_back(unmappedLibtiffReader());
     readers.push_back(libexifReader());

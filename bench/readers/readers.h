@@ -15,8 +15,8 @@ namespace veltrace::bench {
 /// All directories of the main chain, the Exif and GPS directories and the SubIFDs, all tags.
 /// libtiff has no public way into Interoperability directories, so they are left out. It follows
 /// every SubIFD of a tag, the module only the first. It answers for PlanarConfiguration, and for
-/// both resolutions when there is one, whether the file has them or not; of BitsPerSample it tells
-/// one value. It maps files into memory, as it does unless told otherwise.
+/// both resolutions when there is one, whether the file has them or not; of BitsPerSample it
+/// returns one value. It maps files into memory, as it does unless told otherwise.
 [[nodiscard]] std::unique_ptr<Reader> libtiffReader();
 /// The same with files read instead of mapped, which is faster for some.
 [[nodiscard]] std::unique_ptr<Reader> unmappedLibtiffReader();
@@ -26,12 +26,9 @@ namespace veltrace::bench {
 /// keeps no entry for them.
 [[nodiscard]] std::unique_ptr<Reader> libexifReader();
 
-/// All of the Exif data. The library decodes maker notes, IPTC and XMP in the same breath, and
+/// All of the Exif data. The library decodes maker notes, IPTC and XMP as well, and
 /// cannot be asked not to.
 [[nodiscard]] std::unique_ptr<Reader> exiv2Reader();
-
-/// Opens, takes the status, reads 64 KiB and closes: no reader can do with less.
-[[nodiscard]] std::unique_ptr<Reader> bareFloor();
 
 /// Opens the file as often as the module and reads the same tables and values, by hand, with no
 /// messages and no output.

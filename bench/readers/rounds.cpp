@@ -52,8 +52,8 @@ std::vector<FileSet> setsOf(const std::vector<std::string>& files) {
     return sets;
 }
 
-void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t leastReads) {
-    const std::size_t passes = (leastReads + set.files.size() - 1) / set.files.size();
+void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t minReads) {
+    const std::size_t passes = (minReads + set.files.size() - 1) / set.files.size();
     const Format format = formatOf(set.files.front());
     std::vector<Reader*> chosen;
     for (const auto& reader : readers) {

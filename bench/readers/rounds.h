@@ -28,8 +28,8 @@ struct FileSet {
 
 /// Counts what each reader delivers, reads all once more to warm up, then measures. Each round has
 /// every reader read the whole set, in an order that moves on by one from round to round. A reader
-/// reads one file more before its time starts, and goes on until it has read `leastReads` files, at
-/// least 1: the time of few files says little.
-void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t leastReads);
+/// reads one file more before its time starts, and goes on until it has read `minReads` files, at
+/// least 1: the time of few files means little.
+void measure(FileSet& set, Readers& readers, unsigned rounds, std::size_t minReads);
 
 }  // namespace veltrace::bench

@@ -8,7 +8,7 @@
 namespace veltrace::cli {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 18;
+constexpr std::size_t kLineBlock = std::size_t{1} << 18;
 
 }  // namespace
 
@@ -44,7 +44,7 @@ bool RecordLines::fill() {
     position_ = 0;
     ssize_t size = -1;
     do {
-        block_.resize(kBlock);
+        block_.resize(kLineBlock);
         size = read(file_.get(), block_.data(), block_.size());
     } while (size < 0 && errno == EINTR);
     if (size < 0) {

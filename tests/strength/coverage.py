@@ -1,13 +1,13 @@
-"""Runs the tests once and shows which lines and branches of module/ they reach.
+"""Shows which lines and branches of module/ the last run of linked-tests reached.
 
 Usage: coverage.py ROOT PROGRAM
 
-Fails when the tests fail, when they reach too little, when a line that they do not reach is not in
-not_reached.txt, and when a line of that list is reached or gone.
+The run has left its profile beside the program, as PROGRAM.profraw. Fails when too little is
+reached, when a line that is not reached is not in not_reached.txt, and when a line of that list is
+reached or gone.
 """
 
 import json
-import os
 import pathlib
 import subprocess
 import sys
@@ -15,7 +15,7 @@ from collections import Counter
 
 import argued
 
-LEAST_PERCENT = {"lines": 99.0, "branches": 95.0}
+MIN_PERCENT = {"lines": 99.0, "branches": 95.0}
 LIST = pathlib.Path(__file__).with_name("not_reached.txt")
 
 
@@ -24,13 +24,10 @@ def tool(name):
     return f"{name}-14"
 
 
-def profile_of_run(program):
+def merged_profile(program):
     raw, profile = (program.with_suffix(end) for end in (".profraw", ".profdata"))
-    raw.unlink(missing_ok=True)
-    tests = subprocess.run([program, "--gtest_brief=1"], cwd=program.parent,
-                           env={**os.environ, "LLVM_PROFILE_FILE": str(raw)})
-    if tests.returncode != 0:
-        raise SystemExit("coverage: the tests fail")
+    if raw.stat().st_mtime < program.stat().st_mtime:
+        raise SystemExit(f"coverage: {raw} is older than {program}")
     subprocess.run([tool("llvm-profdata"), "merge", "-o", profile, raw], check=True)
     return profile
 
@@ -51,11 +48,11 @@ def lines_not_reached(lcov, root):
     return gaps, files
 
 
-def list_complaints(gaps):
-    """Prints each gap with its reason; returns what the list and the gaps disagree about."""
+def list_errors(gaps):
+    """Prints each gap with its reason; returns where the list and the gaps differ."""
     listed, reasons = argued.read(LIST)
     left = Counter(listed)
-    complaints = []
+    errors = []
     print("\nLines that no test reaches:" if gaps else "\nThe tests reach every line.")
     why = [reasons.get((file, text), "NO REASON GIVEN") for file, _, text in gaps]
     for (file, line, text), reason, following in zip(gaps, why, [*why[1:], None]):
@@ -65,16 +62,16 @@ def list_complaints(gaps):
         if left[file, text] > 0:
             left[file, text] -= 1
         else:
-            complaints.append(f"{file}:{line} is not reached and not in {LIST.name}: {text}")
+            errors.append(f"{file}:{line} is not reached and not in {LIST.name}: {text}")
     for (file, text), count in left.items():
         if count > 0:
-            complaints.append(f"{LIST.name} says that this is not reached: {file}: {text}")
-    return complaints
+            errors.append(f"{LIST.name} lists a line that is reached or gone: {file}: {text}")
+    return errors
 
 
 def main(root, program):
     root, program = pathlib.Path(root).resolve(), pathlib.Path(program).resolve()
-    sources = [program, f"-instr-profile={profile_of_run(program)}", root / "module"]
+    sources = [program, f"-instr-profile={merged_profile(program)}", root / "module"]
 
     def cov(command, *options):
         return subprocess.run([tool("llvm-cov"), command, *options, *sources], check=True,
@@ -82,21 +79,21 @@ def main(root, program):
 
     print(cov("report", "--show-branch-summary", "--show-region-summary=false"))
     gaps, files = lines_not_reached(cov("export", "-format=lcov"), root)
-    complaints = list_complaints(gaps)
+    errors = list_errors(gaps)
 
     totals = json.loads(cov("export", "-format=text", "-summary-only"))["data"][0]["totals"]
-    for kind, least in LEAST_PERCENT.items():
+    for kind, minimum in MIN_PERCENT.items():
         percent = totals[kind]["percent"]
-        print(f"{kind}: {percent:.2f} % reached, at least {least:g} % wanted")
-        if percent < least:
-            complaints.append(f"too few {kind} reached")
+        print(f"{kind}: {percent:.2f} % reached, at least {minimum:g} % required")
+        if percent < minimum:
+            errors.append(f"too few {kind} reached")
     # A source that is not in the program has no lines to miss.
     units = {unit.relative_to(root).as_posix() for unit in (root / "module").rglob("*.cpp")}
-    complaints += [f"{unit} is not in the program" for unit in sorted(units - files)]
+    errors += [f"{unit} is not in the program" for unit in sorted(units - files)]
 
-    for complaint in complaints:
-        print(f"coverage: {complaint}", file=sys.stderr)
-    return 1 if complaints else 0
+    for error in errors:
+        print(f"coverage: {error}", file=sys.stderr)
+    return 1 if errors else 0
 
 
 if __name__ == "__main__":

@@ -27,7 +27,7 @@ LEAST_KILLED_PERCENT = 95.0
 
 
 def arguments():
-    parser = argparse.ArgumentParser(prog="scripts/mutate", description=__doc__)
+    parser = argparse.ArgumentParser(prog="scripts/prove mutants", description=__doc__)
     parser.add_argument("--count", type=int, default=330, help="compiled changes (%(default)s)")
     parser.add_argument("--seed", type=int, default=1, help="of the choice (%(default)s)")
     parser.add_argument("--jobs", type=int, default=2, help="at a time (%(default)s)")

@@ -1,6 +1,0 @@
-"""Lets the tests import the package that they are about."""
-
-import sys
-from pathlib import Path
-
-sys.path.insert(0, str(Path(__file__).resolve().parents[2]))
