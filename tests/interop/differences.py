@@ -13,7 +13,7 @@ import struct
 from exif_segment import ExifSegment
 from readers import Shown
 from shown_values import are_close, binary, is_close, numbers_in
-from vocabulary import OTHER_WORDS, as_list, names_of, words_for
+from vocabulary import REPLACEMENTS, as_list, names_of, words_for
 
 CLASSES = {}
 
@@ -92,7 +92,7 @@ def of_presence(rule):
 @of_values
 def word_for_code(pair):
     codes = numbers_in(pair.text)
-    return pair.name in OTHER_WORDS and bool(codes) and (
+    return pair.name in REPLACEMENTS and bool(codes) and (
         pair.reported == words_for(pair.name, codes))
 
 

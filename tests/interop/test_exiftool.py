@@ -9,7 +9,7 @@ from differences import LOGARITHMS
 from encoders import ENCODERS
 from readers import is_image
 from shown_values import are_close, binary, numbers_in
-from vocabulary import (FALLBACKS, GENERAL, OTHER_WORDS, as_list, max_sample_value, names_of,
+from vocabulary import (FALLBACKS, GENERAL, REPLACEMENTS, as_list, max_sample_value, names_of,
                         words_for)
 
 # Of these ExifTool shows what the block holds, in groups of its own, not the block.
@@ -73,7 +73,7 @@ def agrees(name, value, shown):
 def same(place, name, value, shown, byte_order):
     if name == "Colormap":
         return agrees_with_colormap(value, shown, byte_order)
-    if is_image(place) and name in OTHER_WORDS:
+    if is_image(place) and name in REPLACEMENTS:
         return value == words_for(name, numbers_in(shown))
     return agrees(name, value, shown)
 

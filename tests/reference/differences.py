@@ -9,7 +9,7 @@ def differences(expected, found):
     if expected == found:
         return []
     told = []
-    for part in ("error", "warnings", "misuses"):
+    for part in ("error", "warnings", "misuses", "leftovers"):
         tell(told, part, expected[part], found[part])
     tell(told, "output", expected["output"], found["output"])
     return told

@@ -45,6 +45,7 @@ def script(tmp_path, text):
         ('"error":null', '"error":["a","b"]', "error: expected nothing, the module has ['a', 'b']"),
         ('"warnings":[]', '"warnings":[["a","b"]]', "warnings[0]: expected nothing, the module"),
         ('"misuses":[]', '"misuses":["a"]', "misuses[0]: expected nothing, the module has 'a'"),
+        ('"leftovers":[0,0]', '"leftovers":[0,1]', "leftovers[1]: expected 0, the module has 1"),
         ("002f0067", "002f0068", "output[0].Filename: expected 1 x "),  # The name's "/g".
         ("4052400000000000", "4052400000000001", "output[0].FormatSignature: expected"),
         ('"dimensions":[1,4]', '"dimensions":[4,1]', "dimensions of output[0].FormatSignature[0]"),

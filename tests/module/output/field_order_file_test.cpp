@@ -10,6 +10,7 @@
 #include "support/encodings.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 
@@ -21,32 +22,8 @@ using ::testing::IsEmpty;
 
 using Names = std::vector<std::string>;
 
-const Names kGeneralNames{"Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
-                          "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature"};
-const Names kBaselineNames{"ByteOrder",
-                           "NewSubFileType",
-                           "BitsPerSample",
-                           "Compression",
-                           "PhotometricInterpretation",
-                           "StripOffsets",
-                           "SamplesPerPixel",
-                           "RowsPerStrip",
-                           "StripByteCounts",
-                           "XResolution",
-                           "YResolution",
-                           "ResolutionUnit",
-                           "Colormap",
-                           "PlanarConfiguration",
-                           "TileWidth",
-                           "TileLength",
-                           "TileOffsets",
-                           "TileByteCounts",
-                           "Orientation",
-                           "FillOrder",
-                           "GrayResponseUnit",
-                           "MaxSampleValue",
-                           "MinSampleValue",
-                           "Thresholding"};
+const Names kGeneralNames(std::begin(kGeneralFields), std::end(kGeneralFields));
+const Names kBaselineNames(std::begin(kBaselineFields), std::end(kBaselineFields));
 
 Names joined(std::initializer_list<Names> parts) {
     Names all;

@@ -10,6 +10,7 @@
 
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 
@@ -49,28 +50,14 @@ TEST(WidthAndHeight, StayWhatTheyWereForATagWithoutNumbers) {
 }
 
 TEST(ColorType, IsAWordForEachKnownPhotometricCode) {
-    const std::vector<std::pair<std::uint16_t, std::string>> words{{0, "grayscale"},
-                                                                   {1, "grayscale"},
-                                                                   {2, "truecolor"},
-                                                                   {3, "RGB Palette"},
-                                                                   {4, "Transparency Mask"},
-                                                                   {5, "CMYK"},
-                                                                   {6, "YCbCr"},
-                                                                   {8, "CIELab"},
-                                                                   {9, "ICCLab"},
-                                                                   {10, "ITULab"},
-                                                                   {32803, "CFA"},
-                                                                   {32844, "LogL"},
-                                                                   {32845, "LogLuv"},
-                                                                   {34892, "LinearRaw"}};
     TiffBuilder file;
-    for (const auto& [code, word] : words) {
-        file.addImage().shorts(262, {code});
+    for (const WordRow& row : kColorTypes) {
+        file.addImage().signedLongs(262, {row.code});
     }
     const ModuleRun run(file.bytes());
     EXPECT_THAT(run.messages(), IsEmpty());
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        EXPECT_EQ(run.text({"ColorType"}, i), words[i].second) << words[i].first;
+    for (std::size_t i = 0; i < std::size(kColorTypes); ++i) {
+        EXPECT_EQ(run.text({"ColorType"}, i), kColorTypes[i].word) << kColorTypes[i].code;
     }
 }
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "support/dictionary_rows.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 
@@ -52,9 +52,7 @@ TEST(TagNames, AreTheFieldsOfAnImageDirectory) {
     addAll(file.image(), kMainRows, file);
     const ModuleRun run(jpegWithExif(file.bytes()));
     EXPECT_THAT(run.messages(), IsEmpty());
-    std::vector<std::string> names{"Filename",      "FileModDate",    "FileSize", "Format",
-                                   "FormatVersion", "Width",          "Height",   "BitDepth",
-                                   "ColorType",     "FormatSignature"};
+    std::vector<std::string> names(std::begin(kGeneralFields), std::end(kGeneralFields));
     std::ranges::copy(namesOf(kMainRows), std::back_inserter(names));
     EXPECT_THAT(run.fieldNames(), ElementsAreArray(names));
 }
