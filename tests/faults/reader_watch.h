@@ -14,7 +14,7 @@ enum class Stage { beforeReading, reading, delivering };
 /// Of the last call of the module.
 struct ReaderWatch {
     Stage stage = Stage::beforeReading;
-    TagFile* reader = nullptr;  ///< once there is one; it may be gone since
+    module::TagFile* reader = nullptr;  ///< once there is one; it may be gone since
 };
 
 /// Begins anew.

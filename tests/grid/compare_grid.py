@@ -52,8 +52,8 @@ def main():
         for part, count in pool.imap_unordered(work, settings):
             tally.add(part)
             entries += count
-    for what, told in tally.different[:20]:
-        print(what, *told[:10], sep="\n  ")
+    for what, lines in tally.different[:20]:
+        print(what, *lines[:10], sep="\n  ")
     print(f"{entries} entries in {tally.files} files: {len(tally.different)} differ")
     return 1 if tally.different or not entries else 0
 

@@ -191,7 +191,7 @@ def colour_filter(pair):
 
 @of_presence
 def zero_denominator(pair):
-    """JSON has null for NaN, which a warning tells from an empty field."""
+    """JSON has null for NaN, which a warning distinguishes from an empty field."""
     if pair.shown is None or not pair.shown.format.startswith("rational"):
         return False
     numbers = numbers_in(pair.text) or []

@@ -1,6 +1,6 @@
 """Every tag that ExifTool shows is reported and the other way round, and the values agree.
 
-Where the two differ on purpose, a table below names the tag and says why.
+Where the two differ on purpose, a table below has the tag and the reason.
 """
 
 import numpy
@@ -93,7 +93,7 @@ def differing(place, fields, shown_by_id):
     """The names, or ids, of the tags that one side lacks or that differ."""
     names = names_of(place)
     shown = {names.get(tag, tag): value for tag, value in shown_by_id.items()
-             if value != "undef"}  # NaN, which JSON does not tell from an empty field
+             if value != "undef"}  # NaN, which looks in JSON like an empty field
     tags = reported_tags(place, fields, shown)
     byte_order = "<" if fields.get("ByteOrder") == "little-endian" else ">"
     return (tags.keys() ^ shown.keys()) | {

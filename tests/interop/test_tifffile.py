@@ -85,7 +85,7 @@ def expected_fields(path, place, entries):
         fields = FALLBACKS | fields
         fields.setdefault("MaxSampleValue", max_sample_value(fields["BitsPerSample"]))
         fields |= general_fields(path, fields, entries)
-    # A single quotient by zero is NaN, which JSON does not tell from an empty field.
+    # A single quotient by zero is NaN, which looks in JSON like an empty field.
     return {field: value for field, value in fields.items() if value is not None}
 
 

@@ -1,4 +1,4 @@
-// Reads files with the module and prints, one line of JSON for each, what it gave and said.
+// Reads files with the module and prints its output and messages, one line of JSON for each.
 //
 // Standard input is a sequence of requests, each "BUDGET LARGEST NAME" and a NUL: how many blocks
 // the call may ask for (0: any number), its largest block in bytes, and the name of the file.

@@ -1,15 +1,7 @@
 // Codes that are reported as words.
-#include <algorithm>
-#include <cstdint>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <limits>
 #include <set>
-#include <string>
-#include <string_view>
 
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
 #include "vocabulary/tables.h"
 
 namespace veltrace::test {
@@ -19,9 +11,6 @@ static void PrintTo(const WordTable& table, std::ostream* stream) {
 }
 
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 // Small codes, extremes, and every row with its neighbours.
 std::set<std::int32_t> codesAround(const WordTable& table) {
@@ -39,8 +28,7 @@ std::set<std::int32_t> codesAround(const WordTable& table) {
 class WordTables : public ::testing::TestWithParam<WordTable> {
 protected:
     [[nodiscard]] std::string wordIn(const TiffBuilder& tiff) const {
-        const ModuleRun run(tiff.bytes());
-        EXPECT_THAT(run.messages(), IsEmpty());
+        const ModuleRun run = quietRun(tiff.bytes());
         return run.text({GetParam().field});
     }
     [[nodiscard]] std::string firstWord() const {
@@ -57,8 +45,7 @@ TEST_P(WordTables, HaveTheListedWordsAndOneForEveryOtherCode) {
     for (const std::int32_t code : codes) {
         file.addImage().signedLongs(table.tag, {code});
     }
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     ASSERT_EQ(run.directories(), codes.size());
     std::size_t element = 0;
     for (const std::int32_t code : codes) {
@@ -96,66 +83,33 @@ TEST_P(WordTables, LeaveTextsAlone) {
 
 TEST_P(WordTables, LeaveATagWithoutValuesWithoutAWord) {
     file.image().shorts(GetParam().tag, {});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_FALSE(run.value({GetParam().field}));
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachTag, WordTables, ::testing::ValuesIn(kWordTables),
                          [](const auto& instance) { return std::string(instance.param.field); });
 
-TEST(Words, AreTakenFromQuotients) {
-    TiffBuilder file;
-    file.image().rationals(296, {{29, 10}}).signedRationals(284, {{-5, -4}});
-    const ModuleRun run(file.bytes());
-    EXPECT_EQ(run.text({"ResolutionUnit"}), "Inch");
-    EXPECT_EQ(run.text({"PlanarConfiguration"}), "Chunky");
-}
-
-TEST(Words, ForResolutionUnits2And2Point9AreInch) {
-    TiffBuilder file;
-    file.image().shorts(296, {2});
-    file.addImage().floats(296, {2.9F});
-    const ModuleRun run(file.bytes());
-    EXPECT_EQ(run.text({"ResolutionUnit"}, 0), "Inch");
-    EXPECT_EQ(run.text({"ResolutionUnit"}, 1), "Inch");
-}
-
-TEST(Words, ForPredictor3IsLowerCaseUnknownAndForPlanarConfiguration3UpperCase) {
-    TiffBuilder file;
-    file.image().shorts(317, {3}).shorts(284, {3});
-    const ModuleRun run(file.bytes());
-    EXPECT_EQ(run.text({"Predictor"}), "unknown");
-    EXPECT_EQ(run.text({"PlanarConfiguration"}), "Unknown");
-}
-
-TEST(Words, ForCompressions8And32946AreDeflateAndFor0Unknown) {
-    TiffBuilder file;
-    for (const std::uint16_t code : {std::uint16_t{8}, std::uint16_t{32946}, std::uint16_t{0}}) {
-        file.addImage().shorts(259, {code});
-    }
-    const ModuleRun run(file.bytes());
-    EXPECT_EQ(run.text({"Compression"}, 0), "Deflate");
-    EXPECT_EQ(run.text({"Compression"}, 1), "Deflate");
-    EXPECT_EQ(run.text({"Compression"}, 2), "unknown");
-}
-
-TEST(Words, ForPhotometricInterpretation7IsUnknown) {
-    TiffBuilder file;
-    file.image().shorts(262, {7});
-    EXPECT_EQ(ModuleRun(file.bytes()).text({"PhotometricInterpretation"}), "unknown");
-}
-
-TEST(Words, TruncateNegativeFractionsToZero) {
-    TiffBuilder file;
-    file.image().floats(262, {-0.5F});
-    EXPECT_EQ(ModuleRun(file.bytes()).text({"PhotometricInterpretation"}), "WhiteIsZero");
-}
-
-TEST(Words, AreOneRowOfCharacters) {
-    TiffBuilder file;
-    file.image().shorts(284, {2});
-    EXPECT_THAT(ModuleRun(file.bytes()).dimensions({"PlanarConfiguration"}), ElementsAre(1, 6));
+TEST(Words, AreThoseOfTheTruncatedNumberInItsOwnCase) {
+    expectShown({
+        {[](Dir& d) {
+             d.rationals(296, {{29, 10}});
+         },
+         "ResolutionUnit", "'Inch'"},
+        {[](Dir& d) { d.shorts(296, {2}); }, "ResolutionUnit", "'Inch'"},
+        {[](Dir& d) { d.floats(296, {2.9F}); }, "ResolutionUnit", "'Inch'"},
+        {[](Dir& d) {
+             d.signedRationals(284, {{-5, -4}});
+         },
+         "PlanarConfiguration", "'Chunky'"},
+        {[](Dir& d) { d.shorts(284, {3}); }, "PlanarConfiguration", "'Unknown'"},
+        {[](Dir& d) { d.shorts(317, {3}); }, "Predictor", "'unknown'"},
+        {[](Dir& d) { d.shorts(259, {8}); }, "Compression", "'Deflate'"},
+        {[](Dir& d) { d.shorts(259, {32946}); }, "Compression", "'Deflate'"},
+        {[](Dir& d) { d.shorts(259, {0}); }, "Compression", "'unknown'"},
+        {[](Dir& d) { d.shorts(262, {7}); }, "PhotometricInterpretation", "'unknown'"},
+        {[](Dir& d) { d.floats(262, {-0.5F}); }, "PhotometricInterpretation", "'WhiteIsZero'"},
+    });
 }
 
 }  // namespace
