@@ -13,6 +13,7 @@
 #include "cli/temporary_directory.h"
 #include "environment/file_steps.h"
 #include "support/module_run.h"
+#include "support/open_descriptors.h"
 
 namespace veltrace::test {
 
@@ -24,11 +25,6 @@ inline const zephra::Message kUnhandled =
 // The constructor of a reader fails outside of what the module guards.
 inline const zephra::Message kUnguarded =
     message(kForeign, "The module threw an exception of type veltrace::module::VeltraceFatalError");
-
-inline std::ptrdiff_t openDescriptors() {
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return std::distance(begin(all), end(all));
-}
 
 inline bool isLook(Step step) {
     return step == Step::open || step == Step::status;

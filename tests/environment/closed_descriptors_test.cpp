@@ -1,14 +1,11 @@
 // A host without standard streams: the module's files get their numbers.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <iostream>
-#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 #include "cli/temporary_directory.h"
-#include "support/module_run.h"
+#include "support/file_test.h"
 #include "sweep/seeds.h"
 #include "sweep/value_difference.h"
 

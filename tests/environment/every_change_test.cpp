@@ -1,13 +1,9 @@
 // Every change of a file before every step of its reading ends in what is stated.
-#include <algorithm>
-#include <cstddef>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <initializer_list>
-#include <string>
-#include <vector>
 
 #include "environment/changing_file.h"
+#include "support/file_test.h"
 #include "sweep/seeds.h"
 #include "sweep/stated_messages.h"
 #include "sweep/well_formed.h"

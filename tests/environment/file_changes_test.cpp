@@ -1,20 +1,12 @@
 // What comes of a file that changes between two looks at it, or two reads.
-#include <cstddef>
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 #include "environment/changing_file.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
 
 namespace veltrace::test {
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 Bytes smallFile(Flavour flavour = Flavour::classic) {
     TiffBuilder file(Order::little, flavour);
@@ -45,8 +37,7 @@ TEST_F(ChangingFile, ThatVanishesEndsTheCallAtTheNextLook) {
             const ModuleRun result = run(kind.content, beforeLook(look), [this] { vanish(); });
             zephra::Message expected = kUnguarded;
             if (look == 0) {
-                expected = message("ZEPHRA:veltrace:badFilename",
-                                   "Could not open file \"" + name() + "\".");
+                expected = unopenableFile(name());
             } else if (look < statusLook) {
                 expected = kUnhandled;
             }
@@ -82,19 +73,12 @@ TEST_F(ChangingFile, ThatGrowsBeforeItsStatusHasTheNewSize) {
 
 TEST_F(ChangingFile, ThatShrinksAfterItsStatusHasNoFirstDirectory) {
     const ModuleRun result = run(smallFile(), beforeLook(4), [this] { resize(8); });
-    EXPECT_THAT(result.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:numIfdEntriesReadError",
-                                    "Unable to read the number of entries in one of the image file "
-                                    "directories, the metadata in \"" +
-                                        name() + "\" may be corrupt.")));
+    EXPECT_THAT(result.messages(), ElementsAre(unreadableCount(name())));
 }
 
 TEST_F(ChangingFile, ThatShrinksBeforeItsStatusPointsPastItsEnd) {
     const ModuleRun result = run(smallFile(), beforeLook(3), [this] { resize(7); });
-    EXPECT_THAT(result.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:badTiffHeaderOffsetRead",
-                                    "Could not read the location of the first TIFF tag table, "
-                                    "the image may be corrupt.")));
+    EXPECT_THAT(result.messages(), ElementsAre(unreadableFirstOffset()));
 }
 
 // The description stands behind the table, at byte 8 + 2 + 3 * 12 + 4, and is longer than what is
@@ -107,10 +91,7 @@ TEST_F(ChangingFile, ThatIsCutBetweenTableAndValueLosesTheValue) {
         return step == Step::read && ++reads == 5;
     };
     const ModuleRun result = run(file.bytes(), fifthRead, [this] { resize(40'060); });
-    EXPECT_THAT(
-        result.messages(),
-        ElementsAre(message("ZEPHRA:veltrace:badTiffTagOffsetDataRead",
-                            "Unable to read TIFF tag \"Make\" value from byte location 40052.")));
+    EXPECT_THAT(result.messages(), ElementsAre(unreadableValue("Make", 40052)));
     EXPECT_FALSE(result.hasField({"Make"}));
     EXPECT_EQ(result.number({"Orientation"}), 6);
 }
@@ -120,12 +101,7 @@ TEST_F(ChangingFile, ThatBecomesAJpegFileIsNoTiffFile) {
         vanish();
         write(jpegWithExif(smallFile()));
     });
-    EXPECT_THAT(
-        result.messages(),
-        ElementsAre(message("ZEPHRA:veltrace:badEndianness",
-                            "The endian signature [255 216] of \"" + name() +
-                                "\"  is neither [77 77] (big-endian) nor [73 73] (little-endian),"
-                                "the image file may be corrupt.")));
+    EXPECT_THAT(result.messages(), ElementsAre(badByteOrder(255, 216, name())));
 }
 
 TEST_F(ChangingFile, ThatBecomesATiffFileIsNoJpegFile) {
@@ -147,9 +123,7 @@ TEST_F(ChangingFile, ThatBecomesADirectoryCannotBeRead) {
     EXPECT_THAT(run(smallFile(), beforeLook(2), becomeDirectory).messages(),
                 ElementsAre(kUnhandled));
     EXPECT_THAT(run(smallFile(), beforeLook(4), becomeDirectory).messages(),
-                ElementsAre(message("ZEPHRA:veltrace:tiffHeaderEndianReadFailure",
-                                    "Could not read TIFF header byte order the image file \"" +
-                                        name() + "\" may be corrupt.")));
+                ElementsAre(unreadableByteOrder(name())));
 }
 
 }  // namespace

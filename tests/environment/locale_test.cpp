@@ -1,19 +1,14 @@
 // A host that speaks another language.
 #include <clocale>
 #include <cstdlib>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <iostream>
 #include <locale>
-#include <optional>
-#include <string>
 
 #include "cli/temporary_directory.h"
 #include "environment/file_steps.h"
+#include "support/file_test.h"
 #include "support/grouping_locale.h"
 #include "support/leak_tolerance.h"
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
 #include "support/time_zone.h"
 #include "sweep/bounded_read.h"
 #include "sweep/seeds.h"
@@ -22,9 +17,6 @@
 namespace veltrace::test {
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr std::time_t kMarch = 984'139'200;      // 2001-03-09 12:00:00 UTC
 constexpr std::time_t kOctober = 1'002'628'800;  // 2001-10-09 12:00:00 UTC
@@ -134,9 +126,7 @@ TEST_F(HostLocale, NamesTheMonth) {
 TEST_F(HostLocale, WithTooLongANameOfTheMonthEndsTheCall) {
     use("ta_IN.UTF-8");
     const LeakTolerance tolerance;
-    EXPECT_THAT(runAt(kOctober).messages(),
-                ElementsAre(message("ZEPHRA:veltrace:IFDSet:strftimeFailure",
-                                    "Failed to create file modification time string.")));
+    EXPECT_THAT(runAt(kOctober).messages(), ElementsAre(unknownDate()));
 }
 
 }  // namespace

@@ -1,16 +1,11 @@
 // Stacks of every size: a file is read in full or ends as stated.
 #include <cstdlib>
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <iostream>
-#include <optional>
-#include <string>
 #include <sys/resource.h>
-#include <vector>
 
+#include "support/file_test.h"
 #include "support/leak_tolerance.h"
-#include "support/module_run.h"
 #include "support/nested_file.h"
 #include "sweep/seeds.h"
 #include "sweep/value_difference.h"
@@ -21,8 +16,6 @@ namespace {
 
 constexpr std::size_t kSmallStack = std::size_t{64} * 1024;
 constexpr std::size_t kUsualStack = std::size_t{8192} * 1024;
-const zephra::Message kUnknownException =
-    message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
 
 std::size_t cases = 0;
 
@@ -61,7 +54,7 @@ void expectSame(const zephra::CallResult& result, const zephra::CallResult& expe
 }
 
 bool ranOut(const zephra::CallResult& result) {
-    return result.error() == kUnknownException && !result.output();
+    return result.error() == unknownException() && !result.output();
 }
 
 /// Whether all levels are there. Without recursion.

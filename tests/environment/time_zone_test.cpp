@@ -2,14 +2,10 @@
 #include "support/time_zone.h"
 
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <iostream>
-#include <string>
 
 #include "environment/file_steps.h"
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
 
 namespace veltrace::test {
 

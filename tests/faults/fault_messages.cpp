@@ -60,7 +60,7 @@ std::vector<Row> allRows() {
             R"(Could not seek to data for tag with ID [0-9]+, the image may be corrupt\.)"),
         row("TiffTag:badSubIfdSeek", warning,
             R"(Could not seek to start of (generic|Exif|GPS|IOP) sub IFD\n)"),
-        // a position that the system does not tell is -1
+        // a position that the system does not report is -1
         row("TagFile:nextIfdOffsetReadError", warning,
             "Unable to read the offset value at byte position -1 to a following image file "
             "directory, the metadata in " +

@@ -182,7 +182,7 @@ std::string FaultyCall::flawOfValue(const FaultyCall& usual) const {
     if (readAsUsual && emptied && *emptied <= mostEmptied()) {
         return {};
     }
-    // A position that the system does not tell is taken to be -1, and what is read there may be
+    // A position that the system does not report is taken to be -1, and what is read there may be
     // anything.
     if (readAsUsual && !wasRefused(Request::tell)) {
         return "another value without a message";

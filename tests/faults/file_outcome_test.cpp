@@ -5,6 +5,7 @@
 #include "faults/fault_messages.h"
 #include "faults/faulty_call.h"
 #include "support/jpeg_parts.h"
+#include "support/messages.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
 
@@ -16,7 +17,7 @@ using testing::ElementsAreArray;
 
 /// What becomes of a call.
 struct Outcome {
-    std::vector<zephra::Message> messages = {};  ///< "%q" stands for the file's name in quotes
+    std::vector<zephra::Message> messages = {};  ///< "%n" is the file's name
     std::optional<std::size_t> directories;      ///< of the value; nothing after an error
     bool leavesName = false;
 };
@@ -34,8 +35,12 @@ Outcome isAsUsual(std::size_t directories) {
     return {.directories = directories};
 }
 
+Outcome fails(const zephra::Message& error) {
+    return {.messages = {error}, .directories = std::nullopt};
+}
+
 Outcome fails(const std::string& identifier, const std::string& text) {
-    return {.messages = {{"ZEPHRA:veltrace:" + identifier, text}}, .directories = std::nullopt};
+    return fails(message("ZEPHRA:veltrace:" + identifier, text));
 }
 
 Outcome leavingName(Outcome outcome) {
@@ -47,14 +52,18 @@ Outcome isUnconverted() {
     return {.messages = {fatalErrorUnconverted()}, .directories = std::nullopt};
 }
 
+Outcome warns(const zephra::Message& warning, std::size_t directories) {
+    return {.messages = {warning}, .directories = directories};
+}
+
 Outcome warns(const std::string& identifier, const std::string& text, std::size_t directories) {
-    return {.messages = {{"ZEPHRA:veltrace:" + identifier, text}}, .directories = directories};
+    return warns(message("ZEPHRA:veltrace:" + identifier, text), directories);
 }
 
 std::vector<zephra::Message> named(std::vector<zephra::Message> messages, const std::string& name) {
     for (zephra::Message& message : messages) {
-        if (const std::size_t at = message.text.find("%q"); at != std::string::npos) {
-            message.text.replace(at, 2, '"' + name + '"');
+        if (const std::size_t at = message.text.find("%n"); at != std::string::npos) {
+            message.text.replace(at, 2, name);
         }
     }
     return messages;
@@ -98,38 +107,23 @@ void expectOutcomes(const Bytes& file, const std::vector<Case>& cases,
 }
 
 const std::string kCorrupt = "the image may be corrupt.";
-const std::string kCount =
-    "Unable to read the number of entries in one of the image file directories, the metadata in "
-    "%q may be corrupt.";
-const std::string kTable =
-    "Could not read IFD table #0 into memory, some of the metadata in the image file may be "
-    "corrupt.\n";
 const std::string kFirstSeek =
     "Could not seek to position specified by TIFF header offset pointer,  the image may be "
     "corrupt.\n";
-const std::string kVersion = "Could not read TIFF header version number, the image may be corrupt.";
-const std::string kFirst =
-    "Could not read the location of the first TIFF tag table, the image may be corrupt.";
-const std::string kByteOrder =
-    "Could not read TIFF header byte order the image file %q may be corrupt.";
 const std::string kLinkSeek =
-    "Could not seek to the next image file directory pointer, the image file %q is probably "
+    "Could not seek to the next image file directory pointer, the image file \"%n\" is probably "
     "corrupt.";
-
-const std::string kLinkOutside =
-    "The pointer to a secondary IFD exceeds the size of the image file %q and therefore cannot be "
-    "valid.  Some metadata might not be returned. ";
 
 std::string linkUnreadAt(std::uint64_t position) {
     return "Unable to read the offset value at byte position " + std::to_string(position) +
-           " to a following image file directory, the metadata in %q may be corrupt.";
+           " to a following image file directory, the metadata in \"%n\" may be corrupt.";
 }
 
 /// What comes before the reader of a classic TIFF file of two directories reads, besides `others`.
 std::vector<Case> withOpenings(const std::vector<Case>& others) {
     using enum Request;
     std::vector<Case> cases = {
-        {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
+        {open, 1, leavingName(fails(unopenableFile("%n")))},
         {open, 2, isAsUsual(2)},  // the test for JPEG
         {open, 3, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
         {open, 4, leavingName(isUnconverted())},
@@ -155,9 +149,9 @@ TEST(FileFaultOutcome, OfASmallClassicTiff) {
         file.bytes(),
         withOpenings({
             // What was not read ahead is read when it is needed.
-            {read, 3, fails("tiffHeaderEndianReadFailure", kByteOrder), isAsUsual(2)},
+            {read, 3, fails(unreadableByteOrder("%n")), isAsUsual(2)},
             // The header is taken to be at -1: 512 entries at 7, of which the file has few.
-            {tell, 1, fails("badRawIfdRead", kTable)},
+            {tell, 1, fails(unreadableTable("IFD table #0"))},
         }));
 }
 
@@ -173,23 +167,20 @@ TEST(FileFaultOutcome, OfAClassicTiffWhosePartsAreFarApart) {
         file.positionOf(file.addImage().ascii(270, std::string(20'000, 'd')).shorts(274, {6}));
     ASSERT_EQ(second, 40'062U);
     ASSERT_EQ(file.positionOf(exif), 60'094U);
-    const auto unread = [](const std::string& name, const std::string& position) {
-        return warns(
-            "badTiffTagOffsetDataRead",
-            "Unable to read TIFF tag \"" + name + "\" value from byte location " + position + ".",
-            2);
+    const auto unread = [](const std::string& name, std::uint64_t position) {
+        return warns(unreadableValue(name, position), 2);
     };
     expectOutcomes(
         file.bytes(),
         withOpenings({
-            {read, 3, fails("tiffHeaderEndianReadFailure", kByteOrder), isAsUsual(2)},
-            {read, 4, unread("ImageDescription", "50")},
-            {read, 5, unread("Software", "40052"), isAsUsual(2)},
-            {read, 6, warns("numIfdEntriesReadError", kCount, 2), isAsUsual(2)},
+            {read, 3, fails(unreadableByteOrder("%n")), isAsUsual(2)},
+            {read, 4, unread("ImageDescription", 50)},
+            {read, 5, unread("Software", 40052), isAsUsual(2)},
+            {read, 6, warns(unreadableCount("%n"), 2), isAsUsual(2)},
             {read, 7, warns("TagFile:nextIfdOffsetReadError", linkUnreadAt(46), 1), isAsUsual(2)},
             // A chain that throws is lost as a whole.
-            {read, 8, fails("numIfdEntriesReadError", kCount), isAsUsual(2)},
-            {read, 9, unread("ImageDescription", "40092"), isAsUsual(2)},
+            {read, 8, fails(unreadableCount("%n")), isAsUsual(2)},
+            {read, 9, unread("ImageDescription", 40092), isAsUsual(2)},
             {read, 10, warns("TagFile:nextIfdOffsetReadError", linkUnreadAt(40'088), 2),
              isAsUsual(2)},
             {seek, 1,
@@ -202,7 +193,7 @@ TEST(FileFaultOutcome, OfAClassicTiffWhosePartsAreFarApart) {
             {seek, 5,
              warns("badNextIfdPointer",
                    "Could not seek to the next image file directory, some metadata in the image "
-                   "file %q might not have been retrieved.",
+                   "file \"%n\" might not have been retrieved.",
                    1)},
             {seek, 6, warns("IFDSet:badNextIfdPointer", kLinkSeek, 2)},
             // A header at -1 makes of this file what no text states in advance.
@@ -232,26 +223,25 @@ TEST(FileFaultOutcome, OfBigTiff) {
     file.image().shorts(274, {6});
     const Outcome notRecognised =
         leavingName(fails("unhandledFileFormat", "File format not recognized"));
-    expectOutcomes(file.bytes(),
-                   {
-                       {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
-                       {open, 2, isAsUsual(1)},
-                       {open, 3, isAsUsual(1)},
-                       {open, 4, notRecognised},
-                       {open, 5, leavingName(isUnconverted())},
-                       {status, 1, leavingName(isUnconverted())},
-                       {close, 1, isAsUsual(1)},
-                       {close, 2, isAsUsual(1)},
-                       {close, 3, isAsUsual(1)},
-                       {close, 4, isAsUsual(1)},
-                       {close, 5, isUnconverted()},
-                       {read, 1, isAsUsual(1)},
-                       {read, 2, isAsUsual(1)},
-                       {read, 3, notRecognised},
-                       {read, 4, fails("tiffHeaderEndianReadFailure", kByteOrder), isAsUsual(1)},
-                       // 256 entries at 15, of which the file has few.
-                       {tell, 1, fails("badRawIfdRead", kTable)},
-                   });
+    expectOutcomes(file.bytes(), {
+                                     {open, 1, leavingName(fails(unopenableFile("%n")))},
+                                     {open, 2, isAsUsual(1)},
+                                     {open, 3, isAsUsual(1)},
+                                     {open, 4, notRecognised},
+                                     {open, 5, leavingName(isUnconverted())},
+                                     {status, 1, leavingName(isUnconverted())},
+                                     {close, 1, isAsUsual(1)},
+                                     {close, 2, isAsUsual(1)},
+                                     {close, 3, isAsUsual(1)},
+                                     {close, 4, isAsUsual(1)},
+                                     {close, 5, isUnconverted()},
+                                     {read, 1, isAsUsual(1)},
+                                     {read, 2, isAsUsual(1)},
+                                     {read, 3, notRecognised},
+                                     {read, 4, fails(unreadableByteOrder("%n")), isAsUsual(1)},
+                                     // 256 entries at 15, of which the file has few.
+                                     {tell, 1, fails(unreadableTable("IFD table #0"))},
+                                 });
 }
 
 // The segment before the one that matters is larger than what is read ahead.
@@ -259,13 +249,13 @@ TEST(FileFaultOutcome, OfJpeg) {
     using enum Request;
     const Bytes file = kStartOfImage + segment(0xE0, Bytes(30'000)) + app1(kExif, rotatedTiff(6)) +
                        segment(0xDB, {0});
-    const std::string corrupt = "the image file %q may be corrupt.";
+    const std::string corrupt = "the image file \"%n\" may be corrupt.";
     const Outcome unskipped = fails(
         "badJpegSectionSeek", "Could not read past one of the JPEG data sections, " + corrupt);
     expectOutcomes(
         file,
         {
-            {open, 1, leavingName(fails("badFilename", "Could not open file %q."))},
+            {open, 1, leavingName(fails(unopenableFile("%n")))},
             {open, 2, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
             {open, 3, leavingName(isUnconverted())},
             {status, 1, leavingName(isUnconverted())},
@@ -275,11 +265,9 @@ TEST(FileFaultOutcome, OfJpeg) {
             {read, 1, leavingName(fails("unhandledFileFormat", "File format not recognized"))},
             {read, 2,
              fails("JpegTagFile:fileSignatureReadFailure",
-                   "Unable to read the first two bytes of the file. %q is probably corrupt.\n"),
+                   "Unable to read the first two bytes of the file. \"%n\" is probably corrupt.\n"),
              isAsUsual(1)},
-            {read, 3,
-             fails("jpegMarkerReadFailure", "Could not read one of the JPEG markers, " + corrupt),
-             isAsUsual(1)},
+            {read, 3, fails(unreadableMarker("%n")), isAsUsual(1)},
             {seek, 1, unskipped},
             {tell, 1, isAsUsual(1)},  // to know how much to read ahead
         });

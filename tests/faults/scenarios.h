@@ -18,7 +18,7 @@ struct Scenario {
     std::optional<Bytes> file;  ///< what the file holds that the module is called with
     std::vector<zephra::Argument> arguments = {};  ///< of a call without a file
     /// Identifiers of its messages, without "ZEPHRA:veltrace:", as they come when nothing fails.
-    /// The seeds of the sweeps do not say.
+    /// The seeds of the sweeps do not know.
     std::optional<std::vector<std::string>> messages = std::nullopt;
 };
 

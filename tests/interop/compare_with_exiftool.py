@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Compares what veltrace and ExifTool say of the JPEG files of a folder, tag by tag.
+"""Compares what veltrace and ExifTool report of the JPEG files of a folder, tag by tag.
 
 Prints each difference with its class and how many there are of each. The exit status is 1 when some
 difference belongs to no class; docs/interop.md explains the classes.

@@ -13,7 +13,7 @@ import struct
 from exif_segment import ExifSegment
 from readers import Shown
 from shown_values import are_close, binary, is_close, numbers_in
-from vocabulary import OTHER_WORDS, as_list, names_of, words_for
+from vocabulary import REPLACEMENTS, as_list, names_of, words_for
 
 CLASSES = {}
 
@@ -92,7 +92,7 @@ def of_presence(rule):
 @of_values
 def word_for_code(pair):
     codes = numbers_in(pair.text)
-    return pair.name in OTHER_WORDS and bool(codes) and (
+    return pair.name in REPLACEMENTS and bool(codes) and (
         pair.reported == words_for(pair.name, codes))
 
 
@@ -191,7 +191,7 @@ def colour_filter(pair):
 
 @of_presence
 def zero_denominator(pair):
-    """JSON has null for NaN, which a warning tells from an empty field."""
+    """JSON has null for NaN, which a warning distinguishes from an empty field."""
     if pair.shown is None or not pair.shown.format.startswith("rational"):
         return False
     numbers = numbers_in(pair.text) or []

@@ -1,4 +1,4 @@
-"""What several readers say of the same files, in one shape.
+"""What several readers report of the same files, in one shape.
 
 A file is a dict from a place to what its directory holds. Places are named as ExifTool names its
 groups: IFD0, IFD1, ... for the main directories, SubIFD, ExifIFD, GPS and InteropIFD for nested
@@ -29,7 +29,7 @@ def is_image(place):
 
 @dataclasses.dataclass
 class Result:
-    """What the command says of a file: fields by name for each place, empty ones left out."""
+    """What the command reports of a file: fields by name for each place, empty ones left out."""
 
     places: dict
     warnings: list
@@ -51,7 +51,7 @@ def places_of(directories, names):
 def read_with_veltrace(paths, command=None):
     run = subprocess.run([command or os.environ["VELTRACE"], "--json", *paths],
                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
-    if run.returncode not in (0, 1):  # 1: some file failed, which its result says.
+    if run.returncode not in (0, 1):  # 1: some file failed, as its result shows.
         run.check_returncode()
     results = json.loads(run.stdout)
     return [
@@ -74,7 +74,7 @@ class Shown:
 
 @dataclasses.dataclass
 class Showing:
-    """What ExifTool says of a file: every entry, in no order, and its warnings."""
+    """What ExifTool reports of a file: every entry, in no order, and its warnings."""
 
     entries: list
     warnings: list

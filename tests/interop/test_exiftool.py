@@ -1,6 +1,6 @@
 """Every tag that ExifTool shows is reported and the other way round, and the values agree.
 
-Where the two differ on purpose, a table below names the tag and says why.
+Where the two differ on purpose, a table below has the tag and the reason.
 """
 
 import numpy
@@ -9,7 +9,7 @@ from differences import LOGARITHMS
 from encoders import ENCODERS
 from readers import is_image
 from shown_values import are_close, binary, numbers_in
-from vocabulary import (FALLBACKS, GENERAL, OTHER_WORDS, as_list, max_sample_value, names_of,
+from vocabulary import (FALLBACKS, GENERAL, REPLACEMENTS, as_list, max_sample_value, names_of,
                         words_for)
 
 # Of these ExifTool shows what the block holds, in groups of its own, not the block.
@@ -73,7 +73,7 @@ def agrees(name, value, shown):
 def same(place, name, value, shown, byte_order):
     if name == "Colormap":
         return agrees_with_colormap(value, shown, byte_order)
-    if is_image(place) and name in OTHER_WORDS:
+    if is_image(place) and name in REPLACEMENTS:
         return value == words_for(name, numbers_in(shown))
     return agrees(name, value, shown)
 
@@ -93,7 +93,7 @@ def differing(place, fields, shown_by_id):
     """The names, or ids, of the tags that one side lacks or that differ."""
     names = names_of(place)
     shown = {names.get(tag, tag): value for tag, value in shown_by_id.items()
-             if value != "undef"}  # NaN, which JSON does not tell from an empty field
+             if value != "undef"}  # NaN, which looks in JSON like an empty field
     tags = reported_tags(place, fields, shown)
     byte_order = "<" if fields.get("ByteOrder") == "little-endian" else ">"
     return (tags.keys() ^ shown.keys()) | {

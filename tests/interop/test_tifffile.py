@@ -7,7 +7,7 @@ import time
 import pytest
 from encoders import ENCODERS
 from readers import ASCII, LONG8, is_image, read_with_tifffile
-from vocabulary import (COLOR_TYPES, FALLBACKS, OTHER_WORDS, UNKNOWN, as_list, max_sample_value,
+from vocabulary import (COLOR_TYPES, FALLBACKS, REPLACEMENTS, UNKNOWN, as_list, max_sample_value,
                         names_of, words_for)
 
 
@@ -31,7 +31,7 @@ def reported(name, entry):
         return text(entry.value[:-1])  # The only text that loses its NUL.
     if entry.data_type == ASCII:
         return text(entry.value)
-    if name in OTHER_WORDS:
+    if name in REPLACEMENTS:
         return words_for(name, entry.value)
     if name == "Colormap":
         return rows(entry.value)
@@ -85,7 +85,7 @@ def expected_fields(path, place, entries):
         fields = FALLBACKS | fields
         fields.setdefault("MaxSampleValue", max_sample_value(fields["BitsPerSample"]))
         fields |= general_fields(path, fields, entries)
-    # A single quotient by zero is NaN, which JSON does not tell from an empty field.
+    # A single quotient by zero is NaN, which looks in JSON like an empty field.
     return {field: value for field, value in fields.items() if value is not None}
 
 

@@ -1,19 +1,14 @@
 // Deep nesting is normal input, up to the end of the stack.
+#include "support/file_test.h"
 #include "support/leak_tolerance.h"
-#include "support/module_run.h"
 #include "support/nested_file.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using testing::IsEmpty;
-
 constexpr std::size_t kKilobyte = 1024;
 constexpr std::size_t kUsualStack = 8192 * kKilobyte;
-
-const zephra::Message kUnknownException =
-    message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
 
 /// The number of directories inside each other, without recursion.
 std::size_t depthOf(const ModuleRun& run) {
@@ -30,7 +25,7 @@ bool readsWhole(std::size_t depth) {
     const LeakTolerance tolerance;
     const ModuleRun run(nestedExif(depth));
     if (run.error()) {
-        EXPECT_EQ(*run.error(), kUnknownException);
+        EXPECT_EQ(*run.error(), unknownException());
         return false;
     }
     EXPECT_EQ(depthOf(run), depth);
@@ -39,8 +34,7 @@ bool readsWhole(std::size_t depth) {
 
 TEST(Nesting, TwoThousandLevelsFitTheUsualStack) {
     runOnStack(kUsualStack, [] {
-        const ModuleRun run(nestedExif(2000));
-        EXPECT_THAT(run.messages(), IsEmpty());
+        const ModuleRun run = quietRun(nestedExif(2000));
         EXPECT_EQ(depthOf(run), 2000U);
     });
 }
@@ -49,8 +43,7 @@ TEST(Nesting, TwoThousandLevelsFitTheUsualStack) {
 #ifndef VELTRACE_TEST_ADDRESS_SANITIZER
 TEST(Nesting, IsReadOnAStackThatTheSystemDoesNotKnow) {
     runOnForeignStack(1024 * kKilobyte, [] {
-        const ModuleRun run(nestedExif(20));
-        EXPECT_THAT(run.messages(), IsEmpty());
+        const ModuleRun run = quietRun(nestedExif(20));
         EXPECT_EQ(depthOf(run), 20U);
     });
 }
@@ -59,7 +52,7 @@ TEST(Nesting, WithoutEndIsAnUnknownExceptionOnAStackThatTheSystemDoesNotKnow) {
     runOnForeignStack(1024 * kKilobyte, [] {
         const LeakTolerance tolerance;
         const ModuleRun run(endlessExif());
-        EXPECT_THAT(run.messages(), testing::ElementsAre(kUnknownException));
+        EXPECT_THAT(run.messages(), testing::ElementsAre(unknownException()));
     });
 }
 #endif
@@ -70,7 +63,7 @@ TEST_P(NestingOnStack, WithoutEndIsAnUnknownException) {
     runOnStack(GetParam() * kKilobyte, [] {
         const LeakTolerance tolerance;
         const ModuleRun run(endlessExif());
-        EXPECT_THAT(run.messages(), testing::ElementsAre(kUnknownException));
+        EXPECT_THAT(run.messages(), testing::ElementsAre(unknownException()));
     });
 }
 

@@ -1,16 +1,13 @@
 // Calls on several threads do not disturb each other.
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
 
 namespace veltrace::test {
 
 namespace {
 
-/// What tells one file's result from another's: warnings, order and every number.
+/// What distinguishes the results of two files: warnings, order and every number.
 struct Outcome {
     std::vector<zephra::Message> messages;
     std::vector<std::string> names;

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Compares what the module gives for files with what the second reading says it must give.
+"""Compares what the module reports for files with what the second reading predicts.
 
 Files are generated, or named, or all that lie below a named directory. Ends with status 1 when any
 file differs.
@@ -26,7 +26,7 @@ from reading.host import Limits
 from reading.prediction import predict
 
 BATCH = 200
-MOST_SHOWN = 20
+MAX_SHOWN = 20
 
 # A zone of local time is chosen for each run; these are ahead, behind, with and without summers.
 ZONES = ["UTC0", "CET-1CEST,M3.5.0,M10.5.0/3", "NST3:30NDT,M3.2.0,M11.1.0", "<+1245>-12:45"]
@@ -45,16 +45,16 @@ class Tally:
         self.identifiers += other.identifiers
         self.different += other.different
 
-    def note(self, what, prediction, told):
+    def note(self, what, prediction, lines):
         self.files += 1
         self.outcomes[outcome(prediction)] += 1
         self.identifiers.update(identifiers_in(prediction))
-        if told:
-            self.different.append((what, told))
+        if lines:
+            self.different.append((what, lines))
 
 
 def compare(program, requests, labels):
-    """What is said of a file begins with its label."""
+    """The lines about a file begin with its label."""
     tally = Tally()
     try:
         all_found = readings(program, requests)
@@ -121,13 +121,13 @@ def choose_zone(seed):
 
 
 def report(tally, options):
-    for what, told in tally.different[:MOST_SHOWN]:
-        print(what, *told[:10], sep="\n  ")
+    for what, lines in tally.different[:MAX_SHOWN]:
+        print(what, *lines[:10], sep="\n  ")
     if options.messages:
         for identifier in sorted(set(IDENTIFIERS) | set(tally.identifiers)):
             print(f"{tally.identifiers[identifier]:8} {identifier}")
-    came = len(IDENTIFIERS) - len(missing(tally.identifiers))
-    print(f"{came} of the {len(IDENTIFIERS)} messages that a file can bring about came")
+    appeared = len(IDENTIFIERS) - len(missing(tally.identifiers))
+    print(f"{appeared} of the {len(IDENTIFIERS)} messages that a file can cause appeared")
     shares = ", ".join(f"{tally.outcomes[name]} {name}" for name in ("errors", "warnings", "quiet"))
     print(f"{tally.files} files compared ({shares}): {len(tally.different)} differ")
 

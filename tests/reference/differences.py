@@ -8,46 +8,46 @@ def differences(expected, found):
     """One sentence for each place where they differ; nothing when they are equal, to the bit."""
     if expected == found:
         return []
-    told = []
-    for part in ("error", "warnings", "misuses"):
-        tell(told, part, expected[part], found[part])
-    tell(told, "output", expected["output"], found["output"])
-    return told
+    lines = []
+    for part in ("error", "warnings", "misuses", "leftovers"):
+        compare(lines, part, expected[part], found[part])
+    compare(lines, "output", expected["output"], found["output"])
+    return lines
 
 
-def tell(told, place, expected, found):
+def compare(lines, place, expected, found):
     if expected == found:
         return
     if isinstance(expected, dict) and isinstance(found, dict):
-        tell_value(told, place, expected, found)
+        compare_values(lines, place, expected, found)
     elif isinstance(expected, list) and isinstance(found, list):
-        tell_list(told, place, expected, found)
+        compare_lists(lines, place, expected, found)
     else:
-        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+        lines.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
 
 
-def tell_value(told, place, expected, found):
+def compare_values(lines, place, expected, found):
     if expected.get("fields") != found.get("fields") or expected["class"] != found["class"]:
-        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+        lines.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
         return
-    tell(told, f"dimensions of {place}", expected["dimensions"], found["dimensions"])
+    compare(lines, f"dimensions of {place}", expected["dimensions"], found["dimensions"])
     if expected["class"] == "struct":
         elements = zip(expected["elements"], found["elements"])
         for index, (here, there) in enumerate(elements):
             for field, one, other in zip(expected["fields"], here, there):
-                tell(told, f"{place}[{index}].{field}", one, other)
+                compare(lines, f"{place}[{index}].{field}", one, other)
     elif expected["class"] == "cell":
-        tell_list(told, place, expected["cells"], found["cells"])
+        compare_lists(lines, place, expected["cells"], found["cells"])
     elif shown(expected) != shown(found):
-        told.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
+        lines.append(f"{place}: expected {shown(expected)}, the module has {shown(found)}")
     else:  # NaNs of different bits look alike.
         one, other = expected["bits"], found["bits"]
-        told.append(f"{place}: expected the bits {one}, the module has {other}")
+        lines.append(f"{place}: expected the bits {one}, the module has {other}")
 
 
-def tell_list(told, place, expected, found):
+def compare_lists(lines, place, expected, found):
     for index, (one, other) in enumerate(itertools.zip_longest(expected, found)):
-        tell(told, f"{place}[{index}]", one, other)
+        compare(lines, f"{place}[{index}]", one, other)
 
 
 def shown(value):

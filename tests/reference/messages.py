@@ -1,4 +1,4 @@
-"""The messages that a regular file can bring about.
+"""The messages that a regular file can cause.
 
 The others take a file that cannot be sought in or that vanishes, a misuse of the module from
 inside, or a thread whose stack is used up.

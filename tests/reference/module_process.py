@@ -5,7 +5,7 @@ import os
 import subprocess
 
 # Seconds, for a batch that takes less than one as a rule.
-LONGEST = 300
+TIMEOUT = 300
 
 
 class ReadingFailed(Exception):
@@ -21,16 +21,16 @@ def request(name, limits):
 
 
 def readings(program, requests):
-    """What the module gives for each (name, limits), in order."""
+    """What the module reports for each (name, limits), in order."""
     asked = b"".join(request(*each) for each in requests)
     try:
         run = subprocess.run(
-            [program], input=asked, capture_output=True, check=False, timeout=LONGEST
+            [program], input=asked, capture_output=True, check=False, timeout=TIMEOUT
         )
     except subprocess.TimeoutExpired as late:
         raise ReadingFailed((late.stdout or b"").count(b"\n"), "it takes too long") from None
     lines = run.stdout.split(b"\n")[:-1]
     if run.returncode != 0 or len(lines) != len(requests):
-        said = run.stderr.decode("utf-8", "replace")[:2000]
-        raise ReadingFailed(len(lines), f"{program} ended with status {run.returncode}: {said}")
+        errors = run.stderr.decode("utf-8", "replace")[:2000]
+        raise ReadingFailed(len(lines), f"{program} ended with status {run.returncode}: {errors}")
     return [json.loads(line) for line in lines]

@@ -1,4 +1,4 @@
-// Reads files with the module and prints, one line of JSON for each, what it gave and said.
+// Reads files with the module and prints its output and messages, one line of JSON for each.
 //
 // Standard input is a sequence of requests, each "BUDGET LARGEST NAME" and a NUL: how many blocks
 // the call may ask for (0: any number), its largest block in bytes, and the name of the file.
@@ -58,6 +58,18 @@ void writeMessage(JsonWriter& writer, const zephra::Message& message) {
     writer.EndArray();
 }
 
+/// Blocks and arrays. A call that ends with an error leaves what it had begun.
+void writeLeftovers(JsonWriter& writer, const zephra::CallResult& result) {
+    if (result.error()) {
+        writer.Null();
+        return;
+    }
+    writer.StartArray();
+    writer.Uint64(result.leftovers().blocks);
+    writer.Uint64(result.leftovers().arrays);
+    writer.EndArray();
+}
+
 std::string reading(const zephra::CallResult& result) {
     rapidjson::StringBuffer buffer;
     JsonWriter writer(buffer);
@@ -76,6 +88,8 @@ std::string reading(const zephra::CallResult& result) {
     } else {
         writer.Null();
     }
+    writer.Key("leftovers");
+    writeLeftovers(writer, result);
     writer.Key("misuses");
     writer.StartArray();
     for (const std::string& misuse : result.misuses()) {

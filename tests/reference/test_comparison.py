@@ -1,4 +1,4 @@
-"""The comparison sees what differs, and the files that it compares are worth comparing."""
+"""The comparison reports every difference, and the generator makes files of every kind."""
 
 import os
 import pathlib
@@ -40,11 +40,12 @@ def script(tmp_path, text):
 
 
 @pytest.mark.parametrize(
-    "old, new, told",
+    "old, new, line",
     [
         ('"error":null', '"error":["a","b"]', "error: expected nothing, the module has ['a', 'b']"),
         ('"warnings":[]', '"warnings":[["a","b"]]', "warnings[0]: expected nothing, the module"),
         ('"misuses":[]', '"misuses":["a"]', "misuses[0]: expected nothing, the module has 'a'"),
+        ('"leftovers":[0,0]', '"leftovers":[0,1]', "leftovers[1]: expected 0, the module has 1"),
         ("002f0067", "002f0068", "output[0].Filename: expected 1 x "),  # The name's "/g".
         ("4052400000000000", "4052400000000001", "output[0].FormatSignature: expected"),
         ('"dimensions":[1,4]', '"dimensions":[4,1]', "dimensions of output[0].FormatSignature[0]"),
@@ -53,11 +54,11 @@ def script(tmp_path, text):
         ('"ByteOrder",', "", "output: expected 1 x 1 struct of Filename"),
     ],
 )
-def test_a_reading_that_differs_anywhere_is_told(tmp_path, old, new, told):
+def test_a_difference_anywhere_is_reported(tmp_path, old, new, line):
     text = TAMPERED.format(program=MODULE_READING, old=old.encode(), new=new.encode())
     run = compare(script(tmp_path, text), GRAY)
     assert run.returncode == 1
-    assert told in run.stdout
+    assert line in run.stdout
     assert run.stdout.endswith("1 differ\n")
 
 
@@ -69,17 +70,17 @@ def test_equal_readings_pass():
     )
 
 
-def test_no_file_at_all_does_not_pass(tmp_path):
+def test_no_files_is_an_error(tmp_path):
     assert compare(MODULE_READING, tmp_path).returncode == 1
 
 
-def test_a_reading_that_dies_is_told_with_its_file(tmp_path):
+def test_a_crash_is_reported_with_its_file(tmp_path):
     run = compare(script(tmp_path, "#!/bin/sh\nread some\nkill -ABRT $$\n"), GRAY)
     assert run.returncode == 1
     assert f"{bytes(GRAY)!r}\n  {tmp_path}/reading ended with status -6" in run.stdout
 
 
-def test_a_prediction_is_what_its_file_says(tmp_path):
+def test_the_prediction_for_a_file_written_by_hand(tmp_path):
     """A file written by hand: one entry, of which the directory holds too few bytes."""
     path = tmp_path / "one.tif"
     entry = b"\x31\1\2\0" + b"\x05\0\0\0" + b"\x1a\0\0\0"
@@ -103,7 +104,7 @@ def made_directory():
         yield os.fsencode(path)
 
 
-def test_the_generator_brings_about_every_message(directory):
+def test_the_generator_causes_every_message(directory):
     sys.setrecursionlimit(100000)
     identifiers = set()
     for index in range(3000):

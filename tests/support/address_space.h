@@ -6,7 +6,7 @@
 
 namespace veltrace::test {
 
-/// Pages of all mappings; 0 when the system does not tell.
+/// Pages of all mappings; 0 when the system does not report them.
 inline std::size_t pagesMapped() {
     std::ifstream file("/proc/self/statm");
     std::size_t pages = 0;

@@ -8,6 +8,9 @@ namespace veltrace::test {
 
 inline const Bytes kStartOfImage{0xFF, 0xD8};
 
+/// Of a TIFF structure in a first segment: start of image, marker, length and identifier.
+constexpr std::size_t kHeaderPosition = 2 + 2 + 2 + 6;
+
 /// A marker segment that states the length it has.
 inline Bytes segment(std::uint8_t code, const Bytes& payload) {
     Bytes bytes{0xFF, code};

@@ -1,4 +1,4 @@
-// A file whose bytes arrive when a test says so, for what happens between two steps of a call.
+// A file whose bytes arrive when a test sends them, for what happens between two steps of a call.
 #pragma once
 
 #include <chrono>

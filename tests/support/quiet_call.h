@@ -1,4 +1,4 @@
-// Calls of operations inside the module that have nothing to say.
+// Calls of operations inside the module that end without a message.
 #pragma once
 
 #include <functional>

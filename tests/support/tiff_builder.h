@@ -111,7 +111,7 @@ public:
 
     /// States this offset of the first directory, whatever is right.
     TiffBuilder& firstOffset(std::uint64_t offset);
-    /// States this version instead of 42 or 43. The module's formats are told apart by it, so
+    /// States this version instead of 42 or 43. The module recognises formats by it, so
     /// BigTIFF in big-endian order has the bytes 2B 00, which is what the module accepts.
     TiffBuilder& version(std::uint16_t version);
 

@@ -1,19 +1,14 @@
 // As many calls at once as a busy host makes: each gives what it gives alone.
 #include <atomic>
 #include <cstdlib>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <iostream>
 #include <latch>
 #include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
+#include "support/file_test.h"
 #include "support/leak_tolerance.h"
-#include "support/module_run.h"
 #include "support/nested_file.h"
-#include "support/tiff_builder.h"
 #include "sweep/seeds.h"
 #include "sweep/value_difference.h"
 
@@ -151,8 +146,7 @@ TEST(ConcurrentCalls, OnOneFileGiveWhatEachGivesAlone) {
 // Each of these calls uses up the stack of its thread and leaves its reader behind.
 TEST(ConcurrentCalls, OnAFileThatNestsWithoutEndAllEndAsStated) {
     const MemoryFile file(endlessExif());
-    const std::optional<zephra::Message> expected =
-        message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
+    const std::optional<zephra::Message> expected = unknownException();
     std::atomic<std::size_t> calls = 0;
     onAllThreads([&](std::size_t) {
         runOnStack(std::size_t{512} * 1024, [&] {

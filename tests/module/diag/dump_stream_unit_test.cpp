@@ -1,6 +1,7 @@
-// Flushing, format flags and locale of the stream that a dump writes to.
+// What a dump does to the stream besides writing to it, and to the stack.
 #include <functional>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <set>
 #include <sstream>
 #include <string>
@@ -8,10 +9,9 @@
 #include "diag/dump.h"
 #include "ifd/ifd_set.h"
 #include "support/grouping_locale.h"
-#include "support/memory_file.h"
+#include "support/nested_file.h"
+#include "support/opened_tiff.h"
 #include "support/quiet_call.h"
-#include "support/tiff_builder.h"
-#include "tagfile/jpeg_tag_file.h"
 
 namespace veltrace::test {
 
@@ -19,19 +19,23 @@ using namespace module;
 
 namespace {
 
-/// Calls `body` with a reader of an image and an Exif directory, known tags and an unknown one.
-void withReader(const std::function<void(const TagFile&)>& body) {
+/// Calls `body` with a reader, a set, a directory and a tag.
+template <class Body>
+void withEachKind(const Body& body) {
     inQuietCall([&] {
         TiffBuilder tiff;
         tiff.image().sub(34665, tiff.child().shorts(305, {31}).shorts(65000, {32}));
-        const MemoryFile file(jpegWithExif(tiff.bytes()));
-        JpegTagFile reader(file.name().c_str());
+        const MemoryFile file(tiff.bytes());
+        ClassicTiffTagFile reader(file.name().c_str());
         reader.readAll();
-        body(reader);
+        body(static_cast<const TagFile&>(reader));
+        body(IFDSet(*OpenedTiff<>(tiff), IfdId::image));
+        body(OpenedTiff<>(tiff).readDirectory());
+        body(TiffTag(281, IfdId::image, std::vector<double>{16, 16}));
     });
 }
 
-/// Records the length of its text at each flush.
+/// Keeps the lengths that its text had at each flush.
 class FlushedText : public std::stringbuf {
 public:
     [[nodiscard]] bool wasFlushedAt(std::size_t length) const { return lengths_.contains(length); }
@@ -45,9 +49,9 @@ private:
 };
 
 TEST(DumpStream, IsFlushedAfterEveryLine) {
-    withReader([](const TagFile& reader) {
+    withEachKind([](const auto& object) {
         FlushedText buffer;
-        std::ostream(&buffer) << reader;
+        std::ostream(&buffer) << object;
         const std::string text = buffer.str();
         const std::size_t emptyLines = text.size() - 2;  // the two at the end count as one
         for (std::size_t end = text.find('\n'); end < emptyLines; end = text.find('\n', end + 1)) {
@@ -57,47 +61,52 @@ TEST(DumpStream, IsFlushedAfterEveryLine) {
     });
 }
 
-/// The dump ignores the format flags of the stream and restores them.
-template <class Object>
-void expectDecimal(const Object& object) {
-    std::ostringstream plain;
-    plain << object;
-    std::ostringstream stream;
-    stream << std::hex << std::showbase << std::showpos << std::scientific;
-    const std::ios_base::fmtflags flags = stream.flags();
-    stream << object;
-    EXPECT_EQ(stream.str(), plain.str());
-    EXPECT_EQ(stream.flags(), flags);
-}
-
-TEST(DumpStream, GetsDecimalNumbersAndKeepsItsFlags) {
-    withReader([](const TagFile& reader) {
-        expectDecimal(reader);
-        expectDecimal(*reader.ifdSet());
-        expectDecimal(reader.ifdSet()->directories().at(0));
+TEST(DumpStream, GetsPlainDecimalNumbersAndKeepsItsFlagsAndLocaleButNotItsPrecision) {
+    withEachKind([](const auto& object) {
+        std::ostringstream plain;
+        plain << object;
+        std::ostringstream stream;
+        stream.imbue(groupingLocale());
+        stream << std::hex << std::showbase << std::showpos << std::scientific
+               << std::setprecision(3);
+        const std::ios_base::fmtflags flags = stream.flags();
+        stream << object;
+        EXPECT_EQ(stream.str(), plain.str());
+        EXPECT_EQ(stream.flags(), flags);
+        EXPECT_EQ(stream.precision(), 8);
+        stream.str("");
+        stream << std::dec << std::noshowpos << 1234;
+        EXPECT_EQ(stream.str(), "1.2.3.4");
     });
 }
 
-/// The dump ignores the locale of the stream and restores it.
-template <class Object>
-void expectWithoutPunctuation(const Object& object) {
-    std::ostringstream plain;
-    plain << object;
+/// Characters of the dump of a file of this depth; 0 when the stack does not admit it.
+std::size_t dumpedCharacters(std::size_t depth) {
+    const MemoryFile file(nestedExif(depth));
+    ClassicTiffTagFile reader(file.name().c_str());
+    try {
+        reader.readAll();
+    } catch (const StackExhausted&) {
+        return 0;
+    }
     std::ostringstream stream;
-    stream.imbue(groupingLocale());
-    stream << object;
-    EXPECT_EQ(stream.str(), plain.str());
-    stream.str("");
-    stream << 1234;
-    EXPECT_EQ(stream.str(), "1.2.3.4");
+    stream << static_cast<const TagFile&>(reader);
+    return stream.str().size();
 }
 
-TEST(DumpStream, GetsNumbersWithoutPunctuationAndKeepsItsLocale) {
-    withReader([](const TagFile& reader) {
-        expectWithoutPunctuation(reader);
-        expectWithoutPunctuation(*reader.ifdSet());
-        expectWithoutPunctuation(reader.ifdSet()->directories().at(0));
-        expectWithoutPunctuation(reader.ifdSet()->directories().at(0).knownTags()[0]);
+// A dump goes as deep as the read did and must need no more stack per level.
+TEST(DumpStack, SufficesForTheDeepestReadableFile) {
+    runOnStack(std::size_t{1} << 20, [] {
+        inQuietCall([] {
+            std::size_t depth = 1;
+            std::size_t characters = 0;
+            while (const std::size_t deeper = dumpedCharacters(depth)) {
+                EXPECT_GT(deeper, characters);
+                characters = deeper;
+                depth += 1 + depth / 32;
+            }
+            EXPECT_GT(depth, 100U);
+        });
     });
 }
 

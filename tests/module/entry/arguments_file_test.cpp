@@ -1,22 +1,15 @@
-// What the module says to a call that it cannot even begin.
-#include "support/module_run.h"
+// Calls with wrong arguments and with names that do not open.
+#include "support/file_test.h"
 #include "support/unopenable_file.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using testing::ElementsAre;
-
 using Arguments = std::vector<zephra::Argument>;
 
 const zephra::Message kBadCount =
     message("ZEPHRA:veltrace:badInputArgumentCount", "VELTRACE requires exactly one input.\n");
-
-zephra::Message badFilename(std::string_view name) {
-    return message("ZEPHRA:veltrace:badFilename",
-                   "Could not open file \"" + std::string(name) + "\".");
-}
 
 TEST(Arguments, NoneIsOneTooFew) {
     const ModuleRun run(Arguments{});
@@ -58,7 +51,7 @@ class UnopenableName : public testing::TestWithParam<const char*> {};
 
 TEST_P(UnopenableName, StandsInTheQuotesOfTheMessageAsItIs) {
     const ModuleRun run(Arguments{GetParam()});
-    EXPECT_THAT(run.messages(), ElementsAre(badFilename(GetParam())));
+    EXPECT_THAT(run.messages(), ElementsAre(unopenableFile(GetParam())));
     EXPECT_FALSE(run.output());
 }
 
@@ -69,13 +62,13 @@ INSTANTIATE_TEST_SUITE_P(Names, UnopenableName,
 TEST(Arguments, FileThatExistsAndCannotBeOpenedIsRefusedBeforeItsReaderIsMade) {
     const UnopenableFile file;
     const ModuleRun run(Arguments{file.name()});
-    EXPECT_THAT(run.messages(), ElementsAre(badFilename(file.name())));
+    EXPECT_THAT(run.messages(), ElementsAre(unopenableFile(file.name())));
     EXPECT_FALSE(run.output());
 }
 
 TEST(Arguments, EmptyCharArrayIsAnEmptyName) {
     const ModuleRun run(Arguments{zephra::EmptyArgument{qvClassChar}});
-    EXPECT_THAT(run.messages(), ElementsAre(badFilename("")));
+    EXPECT_THAT(run.messages(), ElementsAre(unopenableFile("")));
 }
 
 TEST(Arguments, ConvertedNameIsLeftBehindWhenTheFileCannotBeOpened) {

@@ -1,20 +1,15 @@
 // What a call gives back and what it leaves behind.
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sys/stat.h>
 
+#include "support/file_test.h"
 #include "support/leak_tolerance.h"
-#include "support/module_run.h"
 #include "support/nested_file.h"
-#include "support/tiff_builder.h"
+#include "support/open_descriptors.h"
 
 namespace veltrace::test {
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 Bytes rotatedImage() {
     TiffBuilder file;
@@ -26,11 +21,6 @@ Bytes withoutEntries() {
     TiffBuilder file;
     file.image();
     return file.bytes();
-}
-
-std::ptrdiff_t openDescriptors() {
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return std::distance(begin(all), end(all));
 }
 
 TEST(Call, StoresItsOutputWhateverTheOutputCountSays) {
@@ -50,8 +40,7 @@ TEST(Call, OutputIsAColumnWithOneElementForEachDirectory) {
     TiffBuilder file;
     file.image().shorts(274, {6});
     file.addImage().shorts(274, {8});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_EQ(run.output().className(), "struct");
     EXPECT_THAT(run.dimensions({}), ElementsAre(2, 1));
 }
@@ -94,8 +83,7 @@ TEST(Call, UnknownExceptionLeavesTheReaderAndTheNameBehind) {
     const MemoryFile file(endlessExif());
     const std::ptrdiff_t descriptors = openDescriptors();
     const ModuleRun run(file);
-    EXPECT_THAT(run.messages(), ElementsAre(message("ZEPHRA:veltrace:unknownException",
-                                                    "Caught an unknown exception in veltrace.")));
+    EXPECT_THAT(run.messages(), ElementsAre(unknownException()));
     EXPECT_FALSE(run.output());
     EXPECT_GE(run.leftovers().blocks, 1U);
     EXPECT_EQ(openDescriptors(), descriptors + 1);

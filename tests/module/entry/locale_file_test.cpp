@@ -1,13 +1,10 @@
 // Messages do not depend on the locale of the host.
+#include "support/file_test.h"
 #include "support/grouping_locale.h"
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
 
 namespace veltrace::test {
 
 namespace {
-
-using testing::ElementsAre;
 
 class GroupingLocale : public testing::Test {
 private:
@@ -16,11 +13,7 @@ private:
 
 TEST_F(GroupingLocale, LeavesPositionsAndSizesAlone) {
     const ModuleRun run(TiffBuilder().firstOffset(123'456).bytes() + Bytes(1000, 0));
-    EXPECT_THAT(run.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:badTiffIfdOffset",
-                                    "The indicated starting byte of the first image file directory "
-                                    "(123456) exceeds the image file size (1008), the image may be "
-                                    "corrupt.")));
+    EXPECT_THAT(run.messages(), ElementsAre(firstOffsetPastTheEnd(123456, 1008)));
 }
 
 TEST_F(GroupingLocale, LeavesEntryCountsAlone) {
@@ -37,11 +30,7 @@ TEST_F(GroupingLocale, LeavesEntryCountsAlone) {
 
 TEST_F(GroupingLocale, LeavesBytesAlone) {
     const ModuleRun run(Bytes{0xFF, 0xD8, 0x7F, 0xE1, 0, 8});
-    EXPECT_THAT(run.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:invalidJpegMarker",
-                                    "Encountered 127 instead of the expected value of 255 for a "
-                                    "JPEG marker, the image file \"" +
-                                        run.fileName() + "\" may be corrupt.")));
+    EXPECT_THAT(run.messages(), ElementsAre(badMarker(127, run.fileName())));
 }
 
 }  // namespace

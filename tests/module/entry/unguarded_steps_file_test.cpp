@@ -1,26 +1,18 @@
 // What the module does not catch: failures of a reader's constructor and destructor. A file that
 // changes during the call shows them.
-#include <filesystem>
 #include <functional>
 #include <thread>
 
-#include "support/module_run.h"
+#include "support/file_test.h"
 #include "support/paced_file.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using testing::ElementsAre;
-
 const zephra::Message kUnconverted =
     message("ZEPHRA:host:foreignException",
             "The module threw an exception of type veltrace::module::VeltraceFatalError");
-
-std::ptrdiff_t openDescriptors() {
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return std::distance(begin(all), end(all));
-}
 
 /// Runs the module on a file while `script` feeds it.
 ModuleRun pacedRun(PacedFile& file, const std::function<void()>& script) {

@@ -1,14 +1,11 @@
 // Which chains go on behind their first directory, and which directories are kept at all.
-#include "support/encodings.h"
-#include "support/module_run.h"
+#include "support/file_test.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using testing::ElementsAre;
 using testing::Field;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class SubChain : public testing::TestWithParam<Encoding> {
@@ -23,8 +20,7 @@ TEST_P(SubChain, OfImagesFollowsItsNextPointers) {
     auto& second = file_.child().shorts(274, {8});
     file_.image().shorts(274, {3}).sub(330, first);
     first.next(file_.positionOf(second));
-    const ModuleRun run(file_.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file_.bytes());
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_THAT(run.dimensions({"SubIFDs"}), ElementsAre(2, 1));
     EXPECT_EQ(run.value({"SubIFDs"}).field(0, "Orientation").numbers().front(), 6);
@@ -36,13 +32,7 @@ TEST_P(SubChain, OfImagesKeepsWhatCameBeforeABrokenLink) {
     file_.image().sub(330, child);
     file_.addImage().shorts(274, {8});
     const ModuleRun run(file_.bytes());
-    EXPECT_THAT(run.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:badNextIfdPointer",
-                                    "The pointer to a secondary IFD exceeds the size of the image "
-                                    "file \"" +
-                                        run.fileName() +
-                                        "\" and therefore cannot be valid.  Some metadata might "
-                                        "not be returned. ")));
+    EXPECT_THAT(run.messages(), ElementsAre(nextPointerPastTheEnd(run.fileName())));
     EXPECT_EQ(run.directories(), 2U);
     EXPECT_EQ(run.number({"SubIFDs", "Orientation"}), 6);
 }
@@ -56,8 +46,7 @@ TEST_P(SubChain, OfExifGpsOrInteroperabilityIsOneDirectoryWhateverItsNextPointer
         file.image().sub(static_cast<std::uint16_t>(pointer), first);
         for (const std::uint64_t next : {file.positionOf(second), std::uint64_t{0xFFFF'FFFF}}) {
             first.next(next);
-            const ModuleRun run(file.bytes());
-            EXPECT_THAT(run.messages(), IsEmpty());
+            const ModuleRun run = quietRun(file.bytes());
             EXPECT_THAT(run.dimensions({field}), ElementsAre(1, 1)) << field;
         }
     }
@@ -68,8 +57,7 @@ TEST_P(SubChain, WithoutItsNextPointerIsNoTrouble) {
     file_.image().sub(34665, exif);
     Bytes bytes = file_.bytes();
     bytes.resize(file_.entryPosition(exif, 1));
-    const ModuleRun run(bytes);
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(bytes);
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
 }
 
@@ -92,8 +80,7 @@ TEST(MainChain, DirectoryOf65536FieldsIsDroppedAndTheChainGoesOn) {
         file.image().longs(297, {i});
     }
     file.addImage().shorts(274, {6});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"Orientation"}), 6);
     EXPECT_FALSE(run.hasField({"PageNumber"}));
@@ -121,8 +108,7 @@ TEST(JpegChain, OfImagesIsOneDirectoryToo) {
     const auto& second = tiff.child().shorts(274, {8});
     tiff.image().sub(330, first).next(0xFFFF'FFFF);
     first.next(tiff.positionOf(second));
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_THAT(run.dimensions({"SubIFDs"}), ElementsAre(1, 1));
     EXPECT_EQ(run.number({"SubIFDs", "Orientation"}), 6);
@@ -142,31 +128,16 @@ TEST(JpegChain, DirectoryWhoseEntriesAllFailIsDropped) {
 TEST(JpegChain, DirectoryOfWidthAndHeightAloneIsDropped) {
     TiffBuilder tiff;
     tiff.image().shorts(256, {640}).shorts(257, {480});
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
 }
 
 TEST(JpegChain, DirectoryOfOneUnknownTagIsKept) {
     TiffBuilder tiff;
     tiff.image().shorts(60'000, {1});
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"UnknownTags", "ID"}), 60'000);
-}
-
-TEST(JpegChain, HasNoFallbacks) {
-    TiffBuilder tiff;
-    tiff.image().shorts(256, {640}).shorts(274, {6});
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
-    EXPECT_THAT(run.fieldNames(), ElementsAre("Filename", "FileModDate", "FileSize", "Format",
-                                              "FormatVersion", "Width", "Height", "BitDepth",
-                                              "ColorType", "FormatSignature", "Orientation"));
-    EXPECT_EQ(run.number({"Width"}), 640);
-    EXPECT_EQ(run.number({"Height"}), 0);
-    EXPECT_EQ(run.number({"BitDepth"}), 0);
 }
 
 }  // namespace

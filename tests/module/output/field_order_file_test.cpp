@@ -1,52 +1,17 @@
 // Which fields an output has, in which order, and whose values they hold.
-#include <algorithm>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <initializer_list>
-#include <iterator>
-#include <string>
-#include <vector>
 
-#include "support/encodings.h"
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
-
 using Names = std::vector<std::string>;
 
-const Names kGeneralNames{"Filename", "FileModDate", "FileSize", "Format",    "FormatVersion",
-                          "Width",    "Height",      "BitDepth", "ColorType", "FormatSignature"};
-const Names kBaselineNames{"ByteOrder",
-                           "NewSubFileType",
-                           "BitsPerSample",
-                           "Compression",
-                           "PhotometricInterpretation",
-                           "StripOffsets",
-                           "SamplesPerPixel",
-                           "RowsPerStrip",
-                           "StripByteCounts",
-                           "XResolution",
-                           "YResolution",
-                           "ResolutionUnit",
-                           "Colormap",
-                           "PlanarConfiguration",
-                           "TileWidth",
-                           "TileLength",
-                           "TileOffsets",
-                           "TileByteCounts",
-                           "Orientation",
-                           "FillOrder",
-                           "GrayResponseUnit",
-                           "MaxSampleValue",
-                           "MinSampleValue",
-                           "Thresholding"};
+const Names kGeneralNames(std::begin(kGeneralFields), std::end(kGeneralFields));
+const Names kBaselineNames(std::begin(kBaselineFields), std::end(kBaselineFields));
 
 Names joined(std::initializer_list<Names> parts) {
     Names all;
@@ -63,8 +28,7 @@ protected:
 
 TEST_P(FieldOrder, BeginsWithTheThirtyFourDefaultNames) {
     file.image().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.dimensions({}), ElementsAre(1, 1));
     EXPECT_EQ(run.fieldNames().size(), 34U);
     EXPECT_THAT(run.fieldNames(), ElementsAreArray(joined({kGeneralNames, kBaselineNames})));
@@ -79,8 +43,7 @@ TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
         .shorts(259, {1})
         .ascii(270, "a pot")
         .shorts(255, {1});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined({kGeneralNames,
                                          kBaselineNames,
@@ -90,8 +53,7 @@ TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
 
 TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
     file.image().sub(330, file.child().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.fieldNames({"SubIFDs"}),
                 ElementsAreArray(joined(
                     {kGeneralNames, kBaselineNames, {"Software", "MeteringMode", "UnknownTags"}})));
@@ -101,8 +63,7 @@ TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
 TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
     file.image().sub(34665,
                      file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     // Both values are made and offered all the same, and have no place.
@@ -114,8 +75,7 @@ TEST_P(FieldOrder, LeavesThemOutOfExifDirectoriesThatALaterEntryReplaces) {
     auto& exif = file.child().shorts(274, {6}).shorts(37383, {5});
     auto& replaced = file.child().sub(34665, exif);
     file.image().sub(330, replaced).sub(330, file.child().shorts(37383, {3}));
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_FALSE(run.hasField({"SubIFDs", "DigitalCamera"}));
     EXPECT_EQ(run.number({"SubIFDs", "MeteringMode"}), 3);
     EXPECT_EQ(run.leftovers().arrays, 1U);
@@ -132,8 +92,7 @@ TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
         .shorts(274, {6})
         .sub(330, file.child().shorts(274, {6}).shorts(259, {1}))
         .shorts(259, {6});
-    const ModuleRun run(jpegWithExif(file.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined(
                     {kGeneralNames,
@@ -147,8 +106,7 @@ TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
     file.image().shorts(271, {1});
     file.addImage().ascii(305, "kiln").shorts(271, {2});
     file.addImage().shorts(272, {3});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.dimensions({}), ElementsAre(3, 1));
     EXPECT_THAT(
         run.fieldNames(),
@@ -167,8 +125,7 @@ TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
     TiffBuilder file;
     file.image().sub(34665, file.child().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2}));
     for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
-        const ModuleRun run(bytes);
-        EXPECT_THAT(run.messages(), IsEmpty());
+        const ModuleRun run = quietRun(bytes);
         EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
         EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
         EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("ExposureTime", "MeteringMode"));
@@ -189,49 +146,45 @@ TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
 TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
     TiffBuilder file;
     file.image().sub(34665, file.child().shorts(274, {6}));
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
     EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), IsEmpty());
 }
 
 TEST(Fields, HoldTheLastOfSeveralTagsOfOneName) {
-    TiffBuilder file;
-    file.image().shorts(271, {1}).shorts(271, {2}).shorts(272, {3}).shorts(272, {});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    EXPECT_EQ(run.number({"Make"}), 2);
-    EXPECT_EQ(run.number({"Model"}), 3);
+    expectShown({
+        {[](Dir& d) { d.shorts(kMake, {1}).shorts(kMake, {2}); }, "Make", "2"},
+        {[](Dir& d) { d.shorts(kModel, {3}).shorts(kModel, {}); }, "Model", "3"},
+    });
 }
 
 TEST(Fields, HoldBitsPerSampleAndMaxSampleValueInARowAndOtherNumbersInAColumn) {
-    TiffBuilder file;
-    file.image()
-        .shorts(258, {8, 8, 8})
-        .longs(273, {10, 20, 30})
-        .shorts(280, {0, 1, 2})
-        .shorts(281, {255, 254, 253})
-        .bytes(65000, {1, 2, 3});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.dimensions({"BitsPerSample"}), ElementsAre(1, 3));
-    EXPECT_THAT(run.numbers({"BitsPerSample"}), ElementsAre(8, 8, 8));
-    EXPECT_THAT(run.dimensions({"StripOffsets"}), ElementsAre(3, 1));
-    EXPECT_THAT(run.numbers({"StripOffsets"}), ElementsAre(10, 20, 30));
-    EXPECT_THAT(run.dimensions({"MinSampleValue"}), ElementsAre(3, 1));
-    EXPECT_THAT(run.dimensions({"MaxSampleValue"}), ElementsAre(1, 3));
-    EXPECT_THAT(run.numbers({"MaxSampleValue"}), ElementsAre(255, 254, 253));
-    EXPECT_THAT(run.dimensions({"UnknownTags", "Value"}), ElementsAre(3, 1));
+    expectShown({
+        {[](Dir& d) {
+             d.shorts(258, {8, 8, 8});
+         },
+         "BitsPerSample", "1x3 [8 8 8]"},
+        {[](Dir& d) {
+             d.shorts(281, {255, 254, 253});
+         },
+         "MaxSampleValue", "1x3 [255 254 253]"},
+        {[](Dir& d) {
+             d.longs(273, {10, 20, 30});
+         },
+         "StripOffsets", "3x1 [10 20 30]"},
+        {[](Dir& d) {
+             d.shorts(280, {0, 1, 2});
+         },
+         "MinSampleValue", "3x1 [0 1 2]"},
+    });
 }
 
 TEST(Output, WithoutAnyFieldIsAnEmptyMatrix) {
     TiffBuilder file;
     file.image().entry(271, 0, 1, {});
     const ModuleRun run(jpegWithExif(file.bytes()));
-    EXPECT_THAT(run.messages(),
-                ElementsAre(message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-                                    "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
-                                    "processed.\n")));
+    EXPECT_THAT(run.messages(), ElementsAre(noType(271)));
     EXPECT_EQ(run.output().className(), "double");
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
 }

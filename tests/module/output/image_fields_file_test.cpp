@@ -1,139 +1,88 @@
-// Width, Height, ColorType and BitDepth.
-#include <cmath>
-#include <cstdint>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <limits>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+// What a directory reports of its image: its size, its colours and the bits of its samples.
+#include "support/file_test.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using ::testing::IsEmpty;
-
-TEST(WidthAndHeight, AreTheFirstValuesOfTheirTags) {
-    TiffBuilder file;
-    file.image().shorts(256, {640, 1}).longs(257, {480, 2});
-    file.addImage().doubles(256, {2.5}).rationals(257, {{7, 2}});
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    EXPECT_EQ(run.number({"Width"}, 0), 640);
-    EXPECT_EQ(run.number({"Height"}, 0), 480);
-    EXPECT_EQ(run.number({"Width"}, 1), 2.5);
-    EXPECT_EQ(run.number({"Height"}, 1), 3.5);
+TEST(ImageFacts, WidthAndHeightAreTheFirstValuesOfTheirTags) {
+    expectShown({
+        {[](Dir& d) {
+             d.shorts(256, {640, 1}).longs(257, {70'000, 2});
+         },
+         "Width Height", "640; 70000"},
+        {[](Dir& d) {
+             d.rationals(256, {{3, 2}}).floats(257, {0.25F});
+         },
+         "Width Height", "1.5; 0.25"},
+        {[](Dir& d) { d.shorts(274, {6}); }, "Width Height", "0; 0"},
+        {[](Dir& d) { d.shorts(256, {640}).shorts(256, {320}).shorts(256, {}).ascii(256, "wide"); },
+         "Width", "320"},
+        {[](Dir& d) { d.shorts(257, {480}).rawAscii(257, "9"); }, "Width Height", "0; 480"},
+    });
+    expectShownInJpeg({{[](Dir& d) { d.shorts(271, {1}); }, "Width Height", "0; 0"}});
 }
 
-TEST(WidthAndHeight, AreZeroWithoutTheirTags) {
+TEST(ImageFacts, OfSizeAddNoField) {
     TiffBuilder file;
-    file.image().shorts(271, {1});
-    for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
-        const ModuleRun run(bytes);
-        EXPECT_EQ(run.number({"Width"}), 0);
-        EXPECT_EQ(run.number({"Height"}), 0);
-    }
-}
-
-TEST(WidthAndHeight, StayWhatTheyWereForATagWithoutNumbers) {
-    TiffBuilder file;
-    file.image().shorts(256, {640}).shorts(256, {}).shorts(257, {480}).rawAscii(257, "9");
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    EXPECT_EQ(run.number({"Width"}), 640);
-    EXPECT_EQ(run.number({"Height"}), 480);
+    file.image().shorts(256, {640}).shorts(257, {480});
+    EXPECT_THAT(ModuleRun(file.bytes()).fieldNames(), testing::SizeIs(34));
 }
 
 TEST(ColorType, IsAWordForEachKnownPhotometricCode) {
-    const std::vector<std::pair<std::uint16_t, std::string>> words{{0, "grayscale"},
-                                                                   {1, "grayscale"},
-                                                                   {2, "truecolor"},
-                                                                   {3, "RGB Palette"},
-                                                                   {4, "Transparency Mask"},
-                                                                   {5, "CMYK"},
-                                                                   {6, "YCbCr"},
-                                                                   {8, "CIELab"},
-                                                                   {9, "ICCLab"},
-                                                                   {10, "ITULab"},
-                                                                   {32803, "CFA"},
-                                                                   {32844, "LogL"},
-                                                                   {32845, "LogLuv"},
-                                                                   {34892, "LinearRaw"}};
-    TiffBuilder file;
-    for (const auto& [code, word] : words) {
-        file.addImage().shorts(262, {code});
+    for (const WordRow& row : kColorTypes) {
+        expectShown({{[&](Dir& d) { d.signedLongs(262, {row.code}); }, "ColorType",
+                      "'" + std::string(row.word) + "'"}});
     }
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        EXPECT_EQ(run.text({"ColorType"}, i), words[i].second) << words[i].first;
-    }
+    expectShownInJpeg({{[](Dir& d) { d.shorts(262, {6}); }, "ColorType", "'YCbCr'"}});
 }
 
 TEST(ColorType, IsTheNumberOfEveryOtherCode) {
-    const std::vector<std::int32_t> codes{7,     11,    12,    255,   32802, 32804, 32843,
-                                          32846, 34891, 34893, 65535, -1,    -2,    2147483647};
-    TiffBuilder file;
-    for (const std::int32_t code : codes) {
-        file.addImage().signedLongs(262, {code});
+    for (const std::int32_t code :
+         {7, 11, 12, 255, 32802, 32804, 32843, 32846, 34891, 34893, 65535, -1, -2, 2147483647}) {
+        expectShown(
+            {{[&](Dir& d) { d.signedLongs(262, {code}); }, "ColorType", std::to_string(code)}});
     }
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    for (std::size_t i = 0; i < codes.size(); ++i) {
-        EXPECT_EQ(run.number({"ColorType"}, i), codes[i]);
-    }
-}
-
-TEST(ColorType, IsMinusOneWithoutPhotometricCodeAndColormap) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    file.addImage().shorts(262, {});
-    file.addImage().rawAscii(262, "2");
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
-    for (const std::size_t element : {0U, 1U, 2U}) {
-        EXPECT_EQ(run.number({"ColorType"}, element), -1);
-    }
-}
-
-TEST(ColorType, KeepsThePhotometricCodeOfAnEarlierTagWithANumber) {
-    TiffBuilder file;
-    file.image().shorts(262, {2}).shorts(262, {});
-    EXPECT_EQ(ModuleRun(file.bytes()).text({"ColorType"}), "truecolor");
 }
 
 TEST(ColorType, TruncatesThePhotometricCode) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const std::vector<std::pair<double, double>> codes{{7.9, 7},
-                                                       {-1.9, -1},
-                                                       {2147483647.5, 2147483647},
-                                                       {2147483648.0, -2147483648.0},
-                                                       {1e300, -2147483648.0},
-                                                       {-1e300, -2147483648.0},
-                                                       {nan, -2147483648.0}};
-    TiffBuilder file;
-    for (const auto& [stored, code] : codes) {
-        file.addImage().doubles(262, {stored});
-    }
-    const ModuleRun run(file.bytes());
-    for (std::size_t i = 0; i < codes.size(); ++i) {
-        EXPECT_EQ(run.number({"ColorType"}, i), codes[i].second);
+    const std::pair<double, const char*> codes[] = {{7.9, "7"},
+                                                    {-1.9, "-1"},
+                                                    {-7.9, "-7"},
+                                                    {2147483647.5, "2147483647"},
+                                                    {2147483648.0, "-2147483648"},
+                                                    {-2147483649.0, "-2147483648"},
+                                                    {1e300, "-2147483648"},
+                                                    {-1e300, "-2147483648"},
+                                                    {kNaN, "-2147483648"}};
+    for (const auto& code : codes) {
+        expectShown({{[&](Dir& d) { d.doubles(262, {code.first}); }, "ColorType", code.second}});
     }
 }
 
+TEST(ColorType, IsMinusOneOrThatOfAnEarlierTagWithoutANumber) {
+    expectShown({
+        {[](Dir& d) { d.shorts(271, {1}); }, "ColorType", "-1"},
+        {[](Dir& d) { d.shorts(262, {}); }, "ColorType", "-1"},
+        {[](Dir& d) { d.rawAscii(262, "2"); }, "ColorType", "-1"},
+        {[](Dir& d) { d.shorts(262, {2}).shorts(262, {}); }, "ColorType", "'truecolor'"},
+        {[](Dir& d) { d.shorts(262, {2}).ascii(262, "red"); }, "ColorType", "'truecolor'"},
+    });
+}
+
 TEST(ColorType, IsIndexedWithAColormapWhateverThePhotometricCode) {
-    TiffBuilder file;
-    file.image().shorts(262, {3}).shorts(320, {0, 0, 0});
-    file.addImage().shorts(262, {2}).shorts(320, {0, 0, 0});
-    file.addImage().shorts(320, {});
-    const ModuleRun run(file.bytes());
-    for (const std::size_t element : {0U, 1U, 2U}) {
-        EXPECT_EQ(run.text({"ColorType"}, element), "indexed");
-    }
+    expectShown({
+        {[](Dir& d) {
+             d.shorts(262, {3}).shorts(320, {0, 0, 0});
+         },
+         "ColorType", "'indexed'"},
+        {[](Dir& d) {
+             d.shorts(262, {2}).shorts(320, {0, 0, 0});
+         },
+         "ColorType", "'indexed'"},
+        {[](Dir& d) { d.shorts(320, {}); }, "ColorType", "'indexed'"},
+    });
 }
 
 TEST(ColorType, IsNotIndexedWhereOnlyAnotherDirectoryHasAColormap) {
@@ -143,48 +92,71 @@ TEST(ColorType, IsNotIndexedWhereOnlyAnotherDirectoryHasAColormap) {
     EXPECT_EQ(ModuleRun(file.bytes()).text({"ColorType"}, 1), "RGB Palette");
 }
 
-TEST(ColorType, IsTakenFromJpegFilesInTheSameWay) {
-    TiffBuilder file;
-    file.image().shorts(262, {6});
-    EXPECT_EQ(ModuleRun(jpegWithExif(file.bytes())).text({"ColorType"}), "YCbCr");
-}
+constexpr const char* kBits = "BitsPerSample MaxSampleValue BitDepth";
 
 TEST(BitDepth, IsTheSumOfTheBitsOfAllSamplesSo24ForThreeOfEight) {
-    TiffBuilder file;
-    file.image().shorts(258, {8, 8, 8});
-    file.addImage().shorts(258, {16});
-    file.addImage().doubles(258, {0.5, 2.25});
-    const ModuleRun run(file.bytes());
-    EXPECT_EQ(run.number({"BitDepth"}, 0), 24);
-    EXPECT_EQ(run.number({"BitDepth"}, 1), 16);
-    EXPECT_EQ(run.number({"BitDepth"}, 2), 2.75);
+    expectShown({
+        {[](Dir& d) {
+             d.shorts(258, {8, 8, 8}).shorts(277, {1});
+         },
+         kBits, "1x3 [8 8 8]; 1x3 [255 255 255]; 24"},
+        {[](Dir& d) {
+             d.shorts(258, {1, 16});
+         },
+         kBits, "1x2 [1 16]; 1x2 [1 65535]; 17"},
+        {[](Dir& d) {
+             d.doubles(258, {0.5, 2.25});
+         },
+         "BitDepth", "2.75"},
+        {[](Dir& d) {
+             d.doubles(258, {-0.0, -0.0});
+         },
+         "BitDepth", "0"},
+        {[](Dir& d) {
+             d.shorts(258, {8, 8, 8}).shorts(258, {4, 4});
+         },
+         "MaxSampleValue BitDepth", "1x2 [15 15]; 8"},
+        {[](Dir& d) { d.shorts(258, {8}).ascii(258, "eight"); }, "MaxSampleValue BitDepth",
+         "none; 0"},
+        {[](Dir& d) { d.shorts(258, {}); }, kBits, "none; none; 0"},
+    });
+    expectShownInJpeg({{[](Dir& d) { d.shorts(271, {1}); }, "BitDepth", "0"}});
 }
 
-TEST(BitDepth, IsOneForASampleOfUnknownDepthInATiffFile) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    EXPECT_EQ(ModuleRun(file.bytes()).number({"BitDepth"}), 1);
+// Kept: SamplesPerPixel gives the number of fallback bits by the number of its values.
+TEST(BitDepth, IsOneForEachValueOfSamplesPerPixelWithoutBits) {
+    expectShown({
+        {[](Dir& d) { d.shorts(274, {6}); }, kBits, "1; 1; 1"},
+        {[](Dir& d) { d.shorts(277, {3}); }, kBits, "1; 1; 1"},
+        {[](Dir& d) {
+             d.shorts(277, {9, 7, 9});
+         },
+         kBits, "1x3 [1 1 1]; 1x3 [1 1 1]; 3"},
+        {[](Dir& d) {
+             d.rationals(277, {{3, 1}, {3, 1}});
+         },
+         kBits, "1x2 [1 1]; 1x2 [1 1]; 2"},
+        {[](Dir& d) { d.shorts(277, {}); }, kBits, "none; none; 0"},
+        {[](Dir& d) { d.ascii(277, "three"); }, kBits, "none; none; 0"},
+    });
 }
 
-TEST(BitDepth, IsZeroWithoutBits) {
+TEST(BitDepth, CountsMoreSamplesThan16BitsCan) {
     TiffBuilder file;
-    file.image().shorts(271, {1});
-    EXPECT_EQ(ModuleRun(jpegWithExif(file.bytes())).number({"BitDepth"}), 0);
-    TiffBuilder empty;
-    empty.image().shorts(258, {});
-    EXPECT_EQ(ModuleRun(empty.bytes()).number({"BitDepth"}), 0);
+    file.image().bytes(277, std::vector<std::uint8_t>(65'539, 1));
+    const ModuleRun run = quietRun(file.bytes());
+    EXPECT_THAT(run.numbers({"BitsPerSample"}), testing::SizeIs(65'539));
+    EXPECT_EQ(run.number({"BitDepth"}), 65'539);
 }
 
-TEST(BitDepth, IsNeverMinusZero) {
-    TiffBuilder file;
-    file.image().doubles(258, {-0.0, -0.0});
-    EXPECT_FALSE(std::signbit(ModuleRun(file.bytes()).number({"BitDepth"})));
-}
-
-TEST(BitDepth, IsThatOfTheLastTag) {
-    TiffBuilder file;
-    file.image().shorts(258, {8, 8, 8}).shorts(258, {4});
-    EXPECT_EQ(ModuleRun(file.bytes()).number({"BitDepth"}), 4);
+// An entry that fails was never met.
+TEST(ImageFacts, OfFailingEntriesAreThoseOfMissingOnes) {
+    expectShown({
+        {[](Dir& d) { d.entryAt(258, 14, 1, 8).entryAt(274, 16, 1, 6).entryAt(256, 14, 1, 640); },
+         "BitsPerSample Orientation Width",
+         "1; 1; 0",
+         {badType(258, 14), badType(274, 16), badType(256, 14)}},
+    });
 }
 
 }  // namespace

@@ -6,12 +6,12 @@
 #include <span>
 #include <string_view>
 
-#include "support/dictionary_rows.h"
 #include "support/module_run.h"
 #include "support/thrown.h"
 #include "support/tiff_tag_peer.h"
 #include "tag/tag_dictionary.h"
 #include "tag/tiff_tag.h"
+#include "vocabulary/tables.h"
 
 namespace veltrace::test {
 

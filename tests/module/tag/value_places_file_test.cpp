@@ -1,22 +1,11 @@
 // Where a value lies: inside its entry, or elsewhere in the file.
-#include <algorithm>
-#include <cstdint>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "support/encodings.h"
-#include "support/module_run.h"
-#include "support/tiff_builder.h"
+#include "support/file_test.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-constexpr std::uint16_t kMake = 271;
-constexpr std::uint16_t kUnknown = 65000;  // its output tells where the value was
+constexpr std::uint16_t kUnknown = 65000;  // its output has the position of the value
 
 struct ElementSize {
     std::uint16_t type;
@@ -30,8 +19,7 @@ protected:
     [[nodiscard]] double reportedOffset(const ElementSize& element, std::uint32_t count) const {
         TiffBuilder file(GetParam().order, GetParam().flavour);
         file.image().entry(kUnknown, element.type, count, Bytes(count * element.bytes, 1));
-        const ModuleRun run(file.bytes());
-        EXPECT_THAT(run.messages(), IsEmpty());
+        const ModuleRun run = quietRun(file.bytes());
         return run.number({"UnknownTags", "Offset"});
     }
 };
@@ -85,8 +73,7 @@ TEST(ValuePlace, StartsAtByteTwelveOfABigTiffEntry) {
     Bytes bytes = file.bytes();
     const auto entry = static_cast<std::ptrdiff_t>(file.entryPosition(file.image(), 0));
     std::fill_n(bytes.begin() + entry + 8, 4, std::uint8_t{0xEE});
-    const ModuleRun run(bytes);
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(bytes);
     EXPECT_THAT(run.numbers({"UnknownTags", "Value"}), ElementsAre(1, 2, 3, 4));
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 0);
 }
@@ -95,8 +82,7 @@ TEST(ValuePlace, StartsAtByteTwelveOfABigTiffEntry) {
 TEST(ValuePlace, OfAPublishedBigTiffEntryOutsideItIsTheStartOfTheFile) {
     TiffBuilder file(Order::little, Flavour::big);
     file.image().entryAt(kMake, 1, 9, 0);
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.numbers({"Make"}), ElementsAre('I', 'I', 43, 0, 8, 0, 0, 0, 16));
 }
 
@@ -104,16 +90,14 @@ TEST(ValuePlace, OfAPublishedBigTiffEntryOutsideItIsTheStartOfTheFile) {
 TEST(ValuePlace, OfAPublishedBigEndianBigTiffEntryIsNowhere) {
     TiffBuilder file(Order::big, Flavour::big);
     file.image().entryAt(kMake, 3, 0, 1);
-    const ModuleRun run(file.bytes());
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(file.bytes());
     EXPECT_FALSE(run.value({"Make"}));
 }
 
 TEST(ValuePlace, CountsFromTheHeaderInsideAJpegFileAndIsReportedSo) {
     TiffBuilder file;
     file.image().longs(kUnknown, {4, 5, 6});
-    const ModuleRun run(jpegWithExif(file.bytes()));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
     EXPECT_THAT(run.numbers({"UnknownTags", "Value"}), ElementsAre(4, 5, 6));
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 26);
 }
@@ -125,8 +109,7 @@ TEST(ValuePlace, BeyondTwoGigabytesIsReadAndReportedAsItIs) {
     file.image().entryAt(kUnknown, 3, 3, kFarAway);
     const MemoryFile memory(file.bytes());
     memory.put(kFarAway, {7, 0, 8, 0, 9, 0});
-    const ModuleRun run(memory);
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 3'000'000'000.0);
     EXPECT_THAT(run.numbers({"UnknownTags", "Value"}), ElementsAre(7, 8, 9));
 }

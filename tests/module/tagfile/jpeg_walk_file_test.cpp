@@ -1,43 +1,34 @@
 // The walk over the segments of a JPEG file to its first APP1 segment.
+#include <functional>
+
+#include "support/file_test.h"
 #include "support/jpeg_parts.h"
-#include "support/module_run.h"
 
 namespace veltrace::test {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-zephra::Message failure(const ModuleRun& run, const std::string& identifier,
-                        const std::string& sentence) {
-    return message("ZEPHRA:veltrace:" + identifier,
-                   sentence + "the image file \"" + run.fileName() + "\" may be corrupt.");
+zephra::Message unreadableLengthByte(const std::string& which, const std::string& fileName) {
+    return message("ZEPHRA:veltrace:" + which + "OrderByteSectionSizeReadFailure",
+                   "Could not read the " + which + " order byte of the JPEG section size, " +
+                       "the image file \"" + fileName + "\" may be corrupt.");
 }
 
-zephra::Message badMarkerRead(const ModuleRun& run) {
-    return failure(run, "jpegMarkerReadFailure", "Could not read one of the JPEG markers, ");
+zephra::Message unreadableHighByte(const std::string& fileName) {
+    return unreadableLengthByte("high", fileName);
 }
 
-zephra::Message badMarker(const ModuleRun& run, int prefix) {
-    return failure(run, "invalidJpegMarker",
-                   "Encountered " + std::to_string(prefix) +
-                       " instead of the expected value of 255 for a JPEG marker, ");
+zephra::Message unreadableLowByte(const std::string& fileName) {
+    return unreadableLengthByte("low", fileName);
 }
 
-zephra::Message badHighByte(const ModuleRun& run) {
-    return failure(run, "highOrderByteSectionSizeReadFailure",
-                   "Could not read the high order byte of the JPEG section size, ");
-}
-
-zephra::Message badLowByte(const ModuleRun& run) {
-    return failure(run, "lowOrderByteSectionSizeReadFailure",
-                   "Could not read the low order byte of the JPEG section size, ");
-}
-
-void expectOrientation(const ModuleRun& run, double orientation) {
-    EXPECT_THAT(run.messages(), IsEmpty());
-    EXPECT_EQ(run.number({"Orientation"}), orientation);
+/// Of a file that has these bytes behind the start of image.
+void expectWalkError(const Bytes& rest,
+                     const std::function<zephra::Message(const std::string&)>& expected) {
+    const ModuleRun run(kStartOfImage + rest);
+    EXPECT_THAT(run.messages(), ElementsAre(expected(run.fileName())));
+    EXPECT_FALSE(run.output());
+    EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
 }
 
 TEST(JpegWalk, ReadsTheFirstDirectoryOfExifBehindApp0) {
@@ -65,11 +56,6 @@ TEST(JpegWalk, ReadsTheHighByteOfALengthFirst) {
                       6);
 }
 
-TEST(JpegWalk, SegmentMayHaveNoPayload) {
-    expectOrientation(ModuleRun(kStartOfImage + segment(0xE0, {}) + app1(kExif, rotatedTiff(6))),
-                      6);
-}
-
 class QuietEnd : public testing::TestWithParam<std::uint8_t> {};
 
 INSTANTIATE_TEST_SUITE_P(Markers, QuietEnd, testing::Values(0xDA, 0xDB), [](const auto& test) {
@@ -77,63 +63,52 @@ INSTANTIATE_TEST_SUITE_P(Markers, QuietEnd, testing::Values(0xDA, 0xDB), [](cons
 });
 
 TEST_P(QuietEnd, AsFirstSegmentGivesNoDirectoryAndNoMessage) {
-    const ModuleRun run(kStartOfImage + segment(GetParam(), {1, 2}) + app1(kExif, rotatedTiff(6)));
-    EXPECT_THAT(run.messages(), IsEmpty());
+    const ModuleRun run =
+        quietRun(kStartOfImage + segment(GetParam(), {1, 2}) + app1(kExif, rotatedTiff(6)));
     EXPECT_EQ(run.output().className(), "double");
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
 }
 
-TEST_P(QuietEnd, ComesAfterTheLengthWasRead) {
-    const ModuleRun withoutLength(kStartOfImage + Bytes{0xFF, GetParam()});
-    EXPECT_THAT(withoutLength.messages(), ElementsAre(badHighByte(withoutLength)));
-    const ModuleRun halfALength(kStartOfImage + Bytes{0xFF, GetParam(), 0});
-    EXPECT_THAT(halfALength.messages(), ElementsAre(badLowByte(halfALength)));
-    const ModuleRun lengthAlone(kStartOfImage + Bytes{0xFF, GetParam(), 0, 0});
-    EXPECT_THAT(lengthAlone.messages(), IsEmpty());
+TEST_P(QuietEnd, NeedsTheLengthOfItsSegment) {
+    expectWalkError({0xFF, GetParam()}, unreadableHighByte);
+    expectWalkError({0xFF, GetParam(), 0}, unreadableLowByte);
+    EXPECT_THAT(ModuleRun(kStartOfImage + Bytes{0xFF, GetParam(), 0, 0}).messages(), IsEmpty());
 }
 
-TEST(JpegWalk, FileThatEndsBeforeAMarkerFails) {
-    for (const Bytes& rest :
-         {Bytes{}, Bytes{0xFF}, segment(0xE0, {1, 2}), segment(0xE0, {1, 2}) + Bytes{0xFF}}) {
-        const ModuleRun run(kStartOfImage + rest);
-        EXPECT_THAT(run.messages(), ElementsAre(badMarkerRead(run)));
-        EXPECT_FALSE(run.output());
+TEST(JpegWalk, FailsWhereThereIsNoWholeMarker) {
+    const Bytes exif = app1(kExif, rotatedTiff(6));
+    expectWalkError({}, unreadableMarker);
+    expectWalkError({0xFF}, unreadableMarker);
+    expectWalkError(segment(0xE0, {1, 2}), unreadableMarker);
+    expectWalkError(segment(0xE0, {1, 2}) + Bytes{0xFF}, unreadableMarker);
+    expectWalkError(segment(0xE0, {}) + segment(0xD8, {}) + segment(0xD9, {}), unreadableMarker);
+    expectWalkError({0xFF, 0xE0, 0xFF, 0xFF, 1, 2, 3}, unreadableMarker);  // past the end
+    // A fill byte is taken for a code, and the marker behind it for a length.
+    expectWalkError(Bytes{0xFF} + exif, unreadableMarker);
+    expectWalkError(Bytes{0xFF, 0xFF} + exif, unreadableMarker);
+}
+
+TEST(JpegWalk, ShowsTheByteThatIsNoMarkerAsANumber) {
+    for (const int prefix : {0, 1, 0x7F, 0xD8, 0xFE}) {
+        expectWalkError(Bytes{static_cast<std::uint8_t>(prefix), 0xE1, 0, 8} + kExif,
+                        [prefix](const std::string& name) { return badMarker(prefix, name); });
     }
 }
 
-TEST(JpegWalk, SegmentMayReachPastTheEndAndTheNextMarkerFails) {
-    const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0xFF, 0xFF, 1, 2, 3});
-    EXPECT_THAT(run.messages(), ElementsAre(badMarkerRead(run)));
-}
-
-class InvalidPrefix : public testing::TestWithParam<int> {};
-
-INSTANTIATE_TEST_SUITE_P(Bytes, InvalidPrefix, testing::Values(0, 1, 0x7F, 0xD8, 0xFE));
-
-TEST_P(InvalidPrefix, IsShownAsANumber) {
-    const ModuleRun run(kStartOfImage + Bytes{static_cast<std::uint8_t>(GetParam()), 0xE1, 0, 8} +
-                        kExif);
-    EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, GetParam())));
-    EXPECT_FALSE(run.output());
-}
-
-TEST(JpegWalk, FileThatEndsInALengthFails) {
-    const ModuleRun withoutLength(kStartOfImage + Bytes{0xFF, 0xE1});
-    EXPECT_THAT(withoutLength.messages(), ElementsAre(badHighByte(withoutLength)));
-    const ModuleRun halfALength(kStartOfImage + Bytes{0xFF, 0xE0, 0});
-    EXPECT_THAT(halfALength.messages(), ElementsAre(badLowByte(halfALength)));
+TEST(JpegWalk, FailsWhereThereIsNoWholeLength) {
+    expectWalkError({0xFF, 0xE1}, unreadableHighByte);
+    expectWalkError({0xFF, 0xE0, 0}, unreadableLowByte);
 }
 
 // A length counts its own two bytes, so a shorter one leads backwards.
-
-TEST(JpegWalk, LengthZeroMovesBackByTwo) {
-    const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0, 0} + app1(kExif, rotatedTiff(6)));
-    EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, 0)));
-}
-
-TEST(JpegWalk, LengthOneMovesBackByOneBeforeTheNextMarkerIsRead) {
-    const ModuleRun run(kStartOfImage + Bytes{0xFF, 0xE0, 0, 1} + app1(kExif, rotatedTiff(6)));
-    EXPECT_THAT(run.messages(), ElementsAre(badMarker(run, 1)));
+TEST(JpegWalk, MovesBackAtALengthOfZeroOrOne) {
+    const Bytes exif = app1(kExif, rotatedTiff(6));
+    const auto zeroIsNoMarker = [](const std::string& name) { return badMarker(0, name); };
+    expectWalkError(Bytes{0xFF, 0xE0, 0, 0} + exif, zeroIsNoMarker);
+    expectWalkError({0xFF, 0xE0, 0, 0}, zeroIsNoMarker);
+    expectWalkError(Bytes{0xFF, 0xE0, 0, 1} + exif,
+                    [](const std::string& name) { return badMarker(1, name); });
+    expectWalkError({0xFF, 0xE0, 0, 1}, unreadableMarker);
 }
 
 TEST(JpegWalk, StopsAtTheFirstApp1SegmentWhateverItHolds) {
@@ -147,7 +122,7 @@ TEST(JpegWalk, StopsAtTheFirstApp1SegmentWhateverItHolds) {
 }
 
 TEST(JpegWalk, StatedLengthOfTheExifSegmentDecidesNothing) {
-    for (const std::uint8_t length : Bytes{0, 2, 0xFF}) {
+    for (const std::uint8_t length : Bytes{0, 1, 2, 0xFF}) {
         expectOrientation(
             ModuleRun(kStartOfImage + Bytes{0xFF, 0xE1, 0, length} + kExif + rotatedTiff(6)), 6);
     }

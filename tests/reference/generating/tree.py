@@ -31,7 +31,7 @@ class Directory:
 
 @dataclasses.dataclass
 class File:
-    """`flavour` says where BigTIFF entries have their fields: count and offset in 32 bits at bytes
+    """`flavour` is where BigTIFF entries have their fields: count and offset in 32 bits at bytes
     4 and 8, or count in 64 bits and value or offset behind it. Both are given to the module."""
 
     order: str

@@ -33,6 +33,7 @@ class Host:
         self.limits = limits
         self.blocks_asked_for = 0
         self.warnings = []
+        self.left_arrays = 0
 
     def grants_block(self, size):
         """Refused requests count as well."""

@@ -1,12 +1,12 @@
 """What the values of a few tags mean."""
 
-from .enumerations import WORDS
+from tag_vocabulary import MULTIPLIERS, WORDS
+
 from .host import Recoverable
 
 IMAGE, GPS, INTEROPERABILITY, EXIF = 0, 1, 2, 3
 
 OUT_OF_RANGE = -2147483648  # No table has this code.
-MULTIPLIERS = {1: 0.1, 2: 0.01, 3: 0.001, 4: 0.0001, 5: 0.00001}
 
 
 def truncated(number):
@@ -25,22 +25,22 @@ def interpret(tag):
             tag.word = words.get(tag.first_code(), otherwise)
     elif tag.id == 270:
         tag.text = tag.text[:-1]
-    elif tag.id == 290:
-        interpret_gray_response_unit(tag)
+    elif tag.id in MULTIPLIERS:
+        multiply(tag, *MULTIPLIERS[tag.id])
     elif tag.id == 700:
         tag.word = "".join(chr(truncated(value) & 255) for value in tag.values)
     elif tag.id == 34675:
         tag.values = [tag.offset]
 
 
-def interpret_gray_response_unit(tag):
+def multiply(tag, multipliers, otherwise):
     if not tag.values:
         return
     code = tag.first_code()
-    if code in MULTIPLIERS:
-        tag.values[0] = MULTIPLIERS[code]
+    if code in multipliers:
+        tag.values[0] = multipliers[code]
     else:
-        tag.word = "Unknown"
+        tag.word = otherwise
 
 
 def check_nesting(tag):

@@ -2,52 +2,15 @@
 
 import time
 
-from .enumerations import COLOR_TYPES, SAMPLE_FORMATS
+from tag_vocabulary import BASELINE_FIELDS, COLOR_TYPES, GENERAL_FIELDS, WORD_LISTS
+
 from .host import HostError
 from .reader import JPEG
 from .values import Structure, cells, characters, column, empty_double, numbers, row, scalar, string
 
 IMAGE = 0
 
-GENERAL_NAMES = [
-    "Filename",
-    "FileModDate",
-    "FileSize",
-    "Format",
-    "FormatVersion",
-    "Width",
-    "Height",
-    "BitDepth",
-    "ColorType",
-    "FormatSignature",
-]
-
-BASELINE_NAMES = [
-    "ByteOrder",
-    "NewSubFileType",
-    "BitsPerSample",
-    "Compression",
-    "PhotometricInterpretation",
-    "StripOffsets",
-    "SamplesPerPixel",
-    "RowsPerStrip",
-    "StripByteCounts",
-    "XResolution",
-    "YResolution",
-    "ResolutionUnit",
-    "Colormap",
-    "PlanarConfiguration",
-    "TileWidth",
-    "TileLength",
-    "TileOffsets",
-    "TileByteCounts",
-    "Orientation",
-    "FillOrder",
-    "GrayResponseUnit",
-    "MaxSampleValue",
-    "MinSampleValue",
-    "Thresholding",
-]
+SAMPLE_FORMATS, _ = WORD_LISTS[339]
 
 
 def chain_value(reader, host, chain):
@@ -60,7 +23,7 @@ def chain_value(reader, host, chain):
             "ZEPHRA:veltrace:IFDSet:infoStructAllocationFailure",
             "Could not allocate enough memory for the output structure.",
         )
-    structure = Structure(size, names)
+    structure = Structure(host, size, names)
     if chain.ifd_id == IMAGE:
         set_general_fields(reader, host, structure, size)
     for element, directory in enumerate(chain.directories):
@@ -75,7 +38,7 @@ def chain_value(reader, host, chain):
 
 def field_names(reader, chain):
     """Default names are left out of the tags' names, also where no default name comes first."""
-    default = GENERAL_NAMES + ([] if reader.format == JPEG else BASELINE_NAMES)
+    default = GENERAL_FIELDS + ([] if reader.format == JPEG else BASELINE_FIELDS)
     taken = () if reader.format == JPEG else default
     names = list(default) if chain.ifd_id == IMAGE else []
     names += [name for _, name in sorted(chain.names.items()) if name not in taken]
@@ -186,7 +149,7 @@ def unknown_tags(host, tags):
             "ZEPHRA:veltrace:IFDSet:unknownTags:infoStructAllocationFailure",
             "Could not allocate enough memory for the list of unknown tags.",
         )
-    structure = Structure(len(tags), names)
+    structure = Structure(host, len(tags), names)
     for element, tag in enumerate(tags):
         structure.set(element, "ID", scalar(host, tag.id))
         structure.set(element, "Offset", scalar(host, tag.offset))

@@ -25,15 +25,16 @@ FAR = 1 << 26
 
 
 def predict(name, limits=Limits()):
-    """Output, warnings and error, as the module's reading of the file has them."""
+    """Output, warnings, error and the blocks and arrays left over by a call without error."""
     host = Host(limits)
-    output, error = None, None
+    output, error, leftovers = None, None, None
     try:
         host.grants_block(len(os.fsencode(name)) + 1)  # The name, as a C string.
         output = read_file(name, host)
+        leftovers = [0, host.left_arrays]
     except HostError as failure:
         error = [failure.identifier, failure.text]
-    return {"output": output, "warnings": host.warnings, "error": error}
+    return {"output": output, "warnings": host.warnings, "error": error, "leftovers": leftovers}
 
 
 def read_file(name, host):

@@ -1,4 +1,4 @@
-"""An open file: its bytes, a position, and what its format says about layouts."""
+"""An open file: its bytes, a position, and the layout of its format."""
 
 import os
 

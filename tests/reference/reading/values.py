@@ -58,7 +58,8 @@ def cells(host, places):
 class Structure:
     """A structure array of one column under construction."""
 
-    def __init__(self, size, names):
+    def __init__(self, host, size, names):
+        self.host = host
         self.names = names
         self.slots = {name: slot for slot, name in enumerate(names)}
         self.elements = [[None] * len(names) for _ in range(size)]
@@ -68,9 +69,13 @@ class Structure:
         return host.holds(8 * size * len(names))
 
     def set(self, element, name, value):
-        """Neither a missing value nor a name without a field changes anything."""
+        """A missing value changes nothing. A value whose name has no field is left over."""
+        if value is None:
+            return
         slot = self.slots.get(name)
-        if slot is not None and value is not None:
+        if slot is None:
+            self.host.left_arrays += 1
+        else:
             self.elements[element][slot] = value
 
     def value(self):

@@ -1,4 +1,4 @@
-// A file says the same in either byte order, sound or damaged.
+// A file has the same output and messages in either byte order, sound or damaged.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -16,9 +16,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Twins : public testing::TestWithParam<Seed> {
+class ByteOrders : public testing::TestWithParam<Seed> {
 protected:
-    static void TearDownTestSuite() { std::cout << "twins: " << pairs << " pairs of files\n"; }
+    static void TearDownTestSuite() {
+        std::cout << "byte orders: " << pairs << " pairs of files\n";
+    }
 
     static void expectAgreement(const Bytes& little, const Bytes& big) {
         ++pairs;
@@ -41,10 +43,10 @@ protected:
     static inline std::size_t pairs = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Seeds, Twins, testing::ValuesIn(seeds()),
+INSTANTIATE_TEST_SUITE_P(Seeds, ByteOrders, testing::ValuesIn(seeds()),
                          [](const auto& seed) { return seed.param.name; });
 
-TEST_P(Twins, AgreeAtEveryLength) {
+TEST_P(ByteOrders, AgreeAtEveryLength) {
     ASSERT_EQ(GetParam().little.size(), GetParam().big.size());
     for (std::size_t length = 0; length <= GetParam().little.size(); ++length) {
         Bytes little = GetParam().little;
@@ -55,7 +57,7 @@ TEST_P(Twins, AgreeAtEveryLength) {
     }
 }
 
-TEST_P(Twins, AgreeAfterTheSameChangeOfANumber) {
+TEST_P(ByteOrders, AgreeAfterTheSameChangeOfANumber) {
     for (const Change& change : changesOf(GetParam())) {
         ASSERT_NO_FATAL_FAILURE(expectAgreement(changed(GetParam().little, Order::little, change),
                                                 changed(GetParam().big, Order::big, change)))
@@ -64,7 +66,7 @@ TEST_P(Twins, AgreeAfterTheSameChangeOfANumber) {
     }
 }
 
-TEST_P(Twins, DifferInTheByteOrderThatTheyReport) {
+TEST_P(ByteOrders, DifferInTheByteOrderThatTheyReport) {
     const ModuleRun little(GetParam().little);
     const ModuleRun big(GetParam().big);
     if (little.error()) {
