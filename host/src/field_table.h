@@ -22,17 +22,14 @@ public:
     [[nodiscard]] std::string_view name(std::size_t index) const { return names_[index]; }
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
 
-    /// As `find`, but begins after the field found last: modules store the fields of an element in
-    /// creation order, more or less. Not for several threads at once.
+    /// As `find`, but looks first at the field that followed last time: modules fill the elements
+    /// of a structure array in the same order. Not for several threads at once.
     [[nodiscard]] std::optional<std::size_t> findNext(std::string_view name);
 
 private:
-    [[nodiscard]] std::optional<std::size_t> findIn(std::size_t begin, std::size_t end,
-                                                    std::string_view name) const;
-
     std::vector<std::string> names_;
-    bool namesAreUnique_;
-    std::size_t next_ = 0;  // at most `size()`
+    std::vector<std::size_t> followers_;  // of each field, and of none; `size()`: not known yet
+    std::size_t last_;                    // the field found last; `size()`: none
 };
 
 }  // namespace zephra
