@@ -83,7 +83,8 @@ std::uint64_t IFDSet::readNextIfdOffset() const {
 
 void IFDSet::addIfd(IFD ifd) {
     for (const TiffTag& tag : ifd.knownTags()) {
-        fieldNames_[tag.tagId()] = tag.name();
+        // At the end is where the next one belongs when tags ascend, as they should.
+        fieldNames_.insert_or_assign(fieldNames_.end(), tag.tagId(), tag.name());
     }
     hasUnknownTags_ = hasUnknownTags_ || !ifd.unknownTags().empty();
     directories_.push_back(std::move(ifd));

@@ -15,13 +15,13 @@ qvArray* charRow(std::string_view bytes) {
     return row;
 }
 
-qvArray* createDoubleMatrix(std::size_t rows, std::size_t columns) {
-    const std::array<std::size_t, 2> dimensions{rows, columns};
-    return qvCreateNumericArray(dimensions.size(), dimensions.data(), qvClassDouble, qvReal);
-}
-
 qvArray* doubleMatrix(std::size_t rows, std::size_t columns, std::span<const double> values) {
-    qvArray* matrix = createDoubleMatrix(rows, columns);
+    if (rows * columns == 1) {
+        return qvCreateDoubleScalar(values.front());  // most tags have one number
+    }
+    const std::array<std::size_t, 2> dimensions{rows, columns};
+    qvArray* matrix =
+        qvCreateNumericArray(dimensions.size(), dimensions.data(), qvClassDouble, qvReal);
     if (matrix != nullptr) {
         std::ranges::copy(values.first(rows * columns), static_cast<double*>(qvGetData(matrix)));
     }

@@ -13,9 +13,6 @@ namespace veltrace::module {
 /// it.
 [[nodiscard]] qvArray* charRow(std::string_view bytes);
 
-/// A new rows x columns double array of zeros; null if the host cannot create it.
-[[nodiscard]] qvArray* createDoubleMatrix(std::size_t rows, std::size_t columns);
-
 /// A new rows x columns double array filled in column order from `values`, which must have
 /// rows x columns numbers; null if the host cannot create it.
 [[nodiscard]] qvArray* doubleMatrix(std::size_t rows, std::size_t columns,

@@ -92,10 +92,12 @@ def middle(unruly):
 
 @pytest.mark.parametrize("sandbox", ["auto", "off"])
 @pytest.mark.parametrize("name", ENDS)
-def test_a_file_that_crashes_its_reader_twice_fails(middle, name, sandbox):
+def test_a_file_that_crashes_its_reader_twice_fails(middle, name, sandbox, limits_memory):
     record = middle(name, "--sandbox", sandbox)
     assert status_of(record) == ("crashed", "veltrace:crashed")
-    assert re.fullmatch(f"The process that read the file ended {ENDS[name]}, and so did the one "
+    # The sandbox stops the search for leaks in which a worker with AddressSanitizer ends.
+    ended = ENDS[name] if limits_memory else ENDS[name].replace("exit status 0", "exit status [01]")
+    assert re.fullmatch(f"The process that read the file ended {ended}, and so did the one "
                         r"before\.", record["error"]["text"])
     assert record["info"] == record["warnings"] == []
     assert sandbox == "off" or record["stderr"] == b""
