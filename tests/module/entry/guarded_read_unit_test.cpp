@@ -55,9 +55,7 @@ struct Outcome {
 
 /// Reads a file of one directory. The file name is the only host block that outlives the read.
 Outcome guardedRead(const ScriptedReader::Script& script) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     Outcome outcome;
     auto* const reader = new ScriptedReader(memory, script, &outcome.readerDestroyed);
     const auto result = inCall([&] {
@@ -101,9 +99,7 @@ TEST(GuardedRead, RecoverableErrorAfterADirectoryIsAWarning) {
 }
 
 TEST(GuardedRead, RecoverableErrorAfterADirectoryKeepsItForTheOutput) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     bool destroyed = false;
     ScriptedReader reader(
         memory,

@@ -59,8 +59,7 @@ TEST(UnreadableCount, IsRecoverableInAnImageDirectoryThatHasFields) {
 
 TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(274, {6}).statedCount(2);
+        const Bytes file = tiffOf(Dir().shorts(274, {6}).statedCount(2));
         for (const auto& [id, what] :
              {std::pair{IfdId::image, "IFD table #0"},
               {IfdId::gps, "the GPSInfo sub IFD table"},
@@ -76,10 +75,7 @@ TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
 
 TEST(TruncatedTable, IsNumberedByTheFieldsOfItsDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(274, {6});
-        file.addImage().shorts(274, {6}).statedCount(2);
-        OpenedTiff<> opened(file);
+        OpenedTiff<> opened(tiffOf(Dir().shorts(274, {6}), Dir().shorts(274, {6}).statedCount(2)));
         IFD directory(*opened, IfdId::image);
         directory.readIfd();
         ASSERT_TRUE((*opened).seek(26));
@@ -101,9 +97,7 @@ TEST(DirectoryWithoutEntries, IsRecoverable) {
 
 TEST(App1Limit, ReportsALargerTableAsRecoverable) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().statedCount(5462);
-        OpenedTiff<JpegTagFile> opened(file);
+        OpenedTiff<JpegTagFile> opened(tiffOf(Dir().statedCount(5462)));
         EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }).identifier,
                   "ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded");
     });
@@ -181,9 +175,7 @@ TEST(ImpossibleIfdId, OfATagEndsTheWholeRead) {
 TEST(ImpossibleIfdId, OfATagWithAnInvalidTypeEndsTheWholeReadToo) {
     inQuietCall([] {
         for (const std::uint16_t type : {std::uint16_t{0}, std::uint16_t{14}}) {
-            TiffBuilder tiff;
-            tiff.image().entryAt(271, type, 1, 0);
-            OpenedTiff<> file(tiff);
+            OpenedTiff<> file(tiffOf(Dir().entryAt(271, type, 1, 0)));
             EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(kImpossible); }).identifier,
                       "ZEPHRA:veltrace:getTagName:unrecognizedIfdId");
         }

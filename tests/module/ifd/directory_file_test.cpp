@@ -208,9 +208,8 @@ TEST_P(SubDirectoryOf, WithAnUnreadableCountIsAWarningUnlessItHoldsAnImage) {
 class BigDirectory : public testing::Test {
 protected:
     static Bytes fileOfStatedCount(std::uint64_t count) {
-        TiffBuilder file(Order::little, Flavour::big);
-        file.image().shorts(274, {6}).shorts(266, {2}).statedCount(count);
-        return file.bytes();
+        return tiffOf({Order::little, Flavour::big},
+                      Dir().shorts(274, {6}).shorts(266, {2}).statedCount(count));
     }
 };
 

@@ -102,11 +102,8 @@ TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
 }
 
 TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    file.addImage().ascii(305, "kiln").shorts(271, {2});
-    file.addImage().shorts(272, {3});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        Dir().shorts(271, {1}), Dir().ascii(305, "kiln").shorts(271, {2}), Dir().shorts(272, {3})));
     EXPECT_THAT(run.dimensions({}), ElementsAre(3, 1));
     EXPECT_THAT(
         run.fieldNames(),
@@ -154,36 +151,22 @@ TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
 
 TEST(Fields, HoldTheLastOfSeveralTagsOfOneName) {
     expectShown({
-        {[](Dir& d) { d.shorts(kMake, {1}).shorts(kMake, {2}); }, "Make", "2"},
-        {[](Dir& d) { d.shorts(kModel, {3}).shorts(kModel, {}); }, "Model", "3"},
+        {Dir().shorts(kMake, {1}).shorts(kMake, {2}), "Make", "2"},
+        {Dir().shorts(kModel, {3}).shorts(kModel, {}), "Model", "3"},
     });
 }
 
 TEST(Fields, HoldBitsPerSampleAndMaxSampleValueInARowAndOtherNumbersInAColumn) {
     expectShown({
-        {[](Dir& d) {
-             d.shorts(258, {8, 8, 8});
-         },
-         "BitsPerSample", "1x3 [8 8 8]"},
-        {[](Dir& d) {
-             d.shorts(281, {255, 254, 253});
-         },
-         "MaxSampleValue", "1x3 [255 254 253]"},
-        {[](Dir& d) {
-             d.longs(273, {10, 20, 30});
-         },
-         "StripOffsets", "3x1 [10 20 30]"},
-        {[](Dir& d) {
-             d.shorts(280, {0, 1, 2});
-         },
-         "MinSampleValue", "3x1 [0 1 2]"},
+        {Dir().shorts(258, {8, 8, 8}), "BitsPerSample", "1x3 [8 8 8]"},
+        {Dir().shorts(281, {255, 254, 253}), "MaxSampleValue", "1x3 [255 254 253]"},
+        {Dir().longs(273, {10, 20, 30}), "StripOffsets", "3x1 [10 20 30]"},
+        {Dir().shorts(280, {0, 1, 2}), "MinSampleValue", "3x1 [0 1 2]"},
     });
 }
 
 TEST(Output, WithoutAnyFieldIsAnEmptyMatrix) {
-    TiffBuilder file;
-    file.image().entry(271, 0, 1, {});
-    const ModuleRun run(jpegWithExif(file.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir().entry(271, 0, 1, {}))));
     EXPECT_THAT(run.messages(), ElementsAre(noType(271)));
     EXPECT_EQ(run.output().className(), "double");
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));

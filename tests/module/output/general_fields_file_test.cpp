@@ -71,9 +71,7 @@ TEST(FormatSignature, OfABigEndianBigTiffFileHasItsVersionSwapped) {
 }
 
 TEST(JpegFile, IsJpgWithAnEmptySignatureAndNoByteOrder) {
-    TiffBuilder file(Order::big);
-    file.image().shorts(271, {1});
-    const MemoryFile memory(jpegWithExif(file.bytes()));
+    const MemoryFile memory(jpegWithExif(tiffOf({Order::big}, Dir().shorts(271, {1}))));
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.text({"Filename"}), memory.name());
     EXPECT_EQ(run.text({"Format"}), "jpg");
@@ -86,9 +84,7 @@ TEST(JpegFile, IsJpgWithAnEmptySignatureAndNoByteOrder) {
 }
 
 Bytes smallFile() {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    return file.bytes();
+    return tiffOf(Dir().shorts(271, {1}));
 }
 
 TEST(FileSize, MayNeedMoreThan32Bits) {

@@ -34,9 +34,7 @@ public:
 };
 
 TEST(FormatType, MustHaveAName) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(271, {1})));
     for (const std::int32_t format : {3, 7, -1}) {
         const zephra::CallResult result = inCall([&] {
             FormatTagFile reader(memory, format);

@@ -33,11 +33,8 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, UnknownTags, ::testing::ValuesIn(kEver
                          encodingName);
 
 TEST(UnknownTag, OfOneDirectoryLeavesTheFieldOfOthersEmpty) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    file.addImage().shorts(65000, {2});
-    file.addImage().shorts(271, {3});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().shorts(271, {1}), Dir().shorts(65000, {2}), Dir().shorts(271, {3})));
     EXPECT_FALSE(run.value({"UnknownTags"}, 0));
     EXPECT_THAT(run.dimensions({"UnknownTags"}, 1), ElementsAre(1, 1));
     EXPECT_FALSE(run.value({"UnknownTags"}, 2));
@@ -52,18 +49,14 @@ TEST(UnknownTag, AloneMakesAFieldOfASubDirectory) {
 }
 
 TEST(UnknownTag, MayHaveTheSameIdAsAnother) {
-    TiffBuilder file;
-    file.image().shorts(65000, {2}).shorts(65000, {3});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().shorts(65000, {2}).shorts(65000, {3})));
     EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(2, 1));
     EXPECT_THAT(run.value({"UnknownTags"}).field(1, "Value").numbers(), ElementsAre(3));
 }
 
 TEST(UnknownTag, WithoutAValueIsListedWithAWarning) {
     for (const std::uint16_t type : {std::uint16_t{2}, std::uint16_t{3}, std::uint16_t{5}}) {
-        TiffBuilder file;
-        file.image().entryAt(65000, type, 0, 77);
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(tiffOf(Dir().entryAt(65000, type, 0, 77)));
         EXPECT_THAT(run.messages(), ElementsAre(noPayload(65000)));
         EXPECT_EQ(run.number({"UnknownTags", "ID"}), 65000);
         EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 0);

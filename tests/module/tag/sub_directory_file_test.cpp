@@ -73,26 +73,22 @@ TEST(SubDirectory, IsReadOnceWhateverTheCountOfItsPointer) {
 
 // Two offsets are a list elsewhere in the file, and the list is taken for a directory.
 TEST(SubDirectory, OfTwoOffsetsBeginsAtTheirList) {
-    TiffBuilder file;
-    file.image().longs(330, {0x02BC0000, 34});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().longs(330, {0x02BC0000, 34})));
     EXPECT_THAT(run.messages(), ElementsAre(zeroEntries(26)));
 }
 
 TEST(SubDirectory, OfTwoOffsetsIsReadFromTheirListAsIfItWereADirectory) {
     const Bytes listThatIsADirectory{1, 0, 0x0F, 1, 3, 0, 1, 0, 0, 0, 77, 0, 0, 0, 0, 0, 0, 0};
-    TiffBuilder file;
-    file.image().entryAt(330, 4, 2, kFirstChild);
-    const ModuleRun run = quietRun(file.bytes() + listThatIsADirectory);
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().entryAt(330, 4, 2, kFirstChild)) + listThatIsADirectory);
     EXPECT_EQ(run.number({"SubIFDs", "Make"}), 77);
 }
 
 // The offset of a published BigTIFF pointer is where entries of this layout have their value, so
 // the pointer leads to the header of the file, whose first bytes count more entries than there are.
 TEST(SubDirectory, OfAPublishedBigTiffPointerIsTheHeader) {
-    TiffBuilder file(Order::little, Flavour::big);
-    file.image().entry(34665, 4, 1, {52, 0, 0, 0}).shorts(271, {7});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf({Order::little, Flavour::big},
+                               Dir().entry(34665, 4, 1, {52, 0, 0, 0}).shorts(271, {7})));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableTable("the Exif sub IFD table")));
     EXPECT_EQ(run.number({"Make"}), 7);
 }

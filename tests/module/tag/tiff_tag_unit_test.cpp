@@ -48,9 +48,7 @@ std::vector<std::byte> rawEntry(std::uint16_t tag, std::uint16_t type, std::uint
 
 TEST(TiffTag, KeepsNumeratorsAndDenominatorsInFileOrder) {
     const zephra::CallResult result = inCall([] {
-        TiffBuilder file;
-        file.image().rationals(271, {{1, 0}, {3, 2}});
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().rationals(271, {{1, 0}, {3, 2}})));
         EXPECT_THAT(one.tag().rawValues(), ElementsAre(1, 0, 3, 2));
         EXPECT_THAT(one.tag().outputValues(), ElementsAre(IsNan(), 1.5));
     });
@@ -60,20 +58,20 @@ TEST(TiffTag, KeepsNumeratorsAndDenominatorsInFileOrder) {
 
 TEST(TiffTag, WidensRationalsWithTheirSign) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().rationals(271, {{4294967295, 2147483648}});
-        EXPECT_THAT(OneTag(file.bytes()).tag().rawValues(), ElementsAre(4294967295, 2147483648));
-        TiffBuilder signedFile;
-        signedFile.image().signedRationals(271, {{-1, std::numeric_limits<std::int32_t>::min()}});
-        EXPECT_THAT(OneTag(signedFile.bytes()).tag().rawValues(), ElementsAre(-1, -2147483648.0));
+        EXPECT_THAT(
+            OneTag(tiffOf(Dir().rationals(271, {{4294967295, 2147483648}}))).tag().rawValues(),
+            ElementsAre(4294967295, 2147483648));
+        EXPECT_THAT(OneTag(tiffOf(Dir().signedRationals(
+                               271, {{-1, std::numeric_limits<std::int32_t>::min()}})))
+                        .tag()
+                        .rawValues(),
+                    ElementsAre(-1, -2147483648.0));
     });
 }
 
 TEST(TiffTag, KeepsTheFieldsOfItsEntry) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(271, {7, 8, 9});
-        const OneTag<JpegTagFile> one(jpegWithExif(file.bytes()));
+        const OneTag<JpegTagFile> one(jpegWithExif(tiffOf(Dir().shorts(271, {7, 8, 9}))));
         const TiffTag& tag = one.tag();
         EXPECT_EQ(tag.tagId(), 271);
         EXPECT_EQ(tag.dataType(), 3);
@@ -95,9 +93,7 @@ TEST(TiffTag, KeepsTheFieldsOfItsEntry) {
 
 TEST(TiffTag, KeepsTheNulOfAnAsciiText) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().ascii(271, "AB");
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().ascii(271, "AB")));
         EXPECT_EQ(one.tag().rawText(), "AB\0"sv);
         EXPECT_THAT(one.tag().rawValues(), IsEmpty());
         EXPECT_THAT(one.tag().outputValues(), IsEmpty());
@@ -108,9 +104,7 @@ TEST(TiffTag, KeepsTheNulOfAnAsciiText) {
 TEST(TiffTag, HasNoValuesForACountOfZeroOfAnyType) {
     inQuietCall([] {
         for (std::uint16_t type = 1; type <= 12; ++type) {
-            TiffBuilder file;
-            file.image().entryAt(271, type, 0, 26);
-            const OneTag one(file.bytes());
+            const OneTag one(tiffOf(Dir().entryAt(271, type, 0, 26)));
             const TiffTag& tag = one.tag();
             EXPECT_EQ(tag.dataType(), type);
             EXPECT_EQ(tag.count(), 0U);
@@ -126,9 +120,8 @@ TEST(TiffTag, HasNoValuesForACountOfZeroOfAnyType) {
 
 TEST(TiffTag, CountsTheBytesOfItsValueIn32Bits) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().rationals(271, {{1, 2}, {3, 4}, {5, 6}});
-        EXPECT_EQ(OneTag(file.bytes()).tag().byteSize(), 24U);
+        EXPECT_EQ(OneTag(tiffOf(Dir().rationals(271, {{1, 2}, {3, 4}, {5, 6}}))).tag().byteSize(),
+                  24U);
         TiffBuilder pointer;
         pointer.child().shorts(37383, {5});
         pointer.image().entryAt(34665, 4, 0x40000001, 26);
@@ -157,9 +150,7 @@ TEST(TiffTag, CopiesItsSubDirectory) {
 
 TEST(TiffTag, CopiesItsValuesAndTexts) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().rationals(271, {{1, 2}});
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().rationals(271, {{1, 2}})));
         TiffTag copy(259, IfdId::image);
         copy = one.tag();
         EXPECT_EQ(copy.name(), "Make");
@@ -172,9 +163,7 @@ TEST(TiffTag, CopiesItsValuesAndTexts) {
 
 TEST(TiffTag, CopiesRawTextAndOutputText) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().ascii(271, "AB");
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().ascii(271, "AB")));
         TiffTag copy(259, IfdId::image);
         EXPECT_EQ(TiffTag(copy).outputText(), "Uncompressed");
         copy = one.tag();

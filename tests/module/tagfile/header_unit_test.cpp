@@ -258,10 +258,7 @@ TEST(ReadAll, LeavesNoDirectoriesIfTheHeaderFails) {
 }
 
 TEST(ReadAll, LeavesNoDirectoriesIfALaterDirectoryFails) {
-    TiffBuilder builder;
-    builder.image().shorts(274, {6});
-    builder.addImage();
-    const MemoryFile file(builder.bytes());
+    const MemoryFile file(tiffOf(Dir().shorts(274, {6}), Dir()));
     inQuietCall([&] {
         ClassicTiffTagFile reader(file.name().c_str());
         EXPECT_EQ(recoverableErrorOf([&] { reader.readAll(); }).identifier,
@@ -272,10 +269,8 @@ TEST(ReadAll, LeavesNoDirectoriesIfALaterDirectoryFails) {
 }
 
 TEST(ReadAll, UsesTheHeaderOfItsFormat) {
-    TiffBuilder builder(Order::little, Flavour::big);
-    builder.image().shorts(274, {6});
-    builder.addImage().shorts(274, {8});
-    const MemoryFile file(builder.bytes());
+    const MemoryFile file(
+        tiffOf({Order::little, Flavour::big}, Dir().shorts(274, {6}), Dir().shorts(274, {8})));
     inQuietCall([&] {
         BigTiffTagFile reader(file.name().c_str());
         reader.readAll();

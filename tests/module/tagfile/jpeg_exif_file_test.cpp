@@ -36,10 +36,8 @@ TEST_P(ExifOrder, VersionIsNotCompared) {
 }
 
 TEST_P(ExifOrder, OnlyTheFirstDirectoryIsRead) {
-    TiffBuilder tiff(GetParam());
-    tiff.image().shorts(274, {6});
-    tiff.addImage().shorts(274, {8});
-    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
+    const ModuleRun run = quietRun(
+        jpegWithExif(tiffOf({GetParam()}, Dir().shorts(274, {6}), Dir().shorts(274, {8}))));
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"Orientation"}), 6);
 }
@@ -127,9 +125,7 @@ TEST(ExifHeader, FirstOffsetPastTheEndOfTheFileCountsFromTheHeader) {
 }
 
 TEST(ExifDirectory, WithoutEntriesIsReportedAtItsPositionInTheFile) {
-    TiffBuilder tiff;
-    tiff.image();
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir())));
     EXPECT_THAT(run.messages(), ElementsAre(zeroEntries(kHeaderPosition + 8)));
 }
 
