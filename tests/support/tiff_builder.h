@@ -66,6 +66,7 @@ public:
                            std::uint32_t offset);
     /// A pointer tag (type LONG, count 1) to a directory of the same builder.
     TiffDirectory& sub(std::uint16_t tag, const TiffDirectory& directory);
+    TiffDirectory& sub(std::uint16_t tag, const TiffDirectory&& directory) = delete;
     /// A pointer tag to a copy of this directory, which is written behind all others.
     TiffDirectory& nest(std::uint16_t tag, const TiffDirectory& directory);
 

@@ -52,7 +52,7 @@ TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
 }
 
 TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
-    file.image().sub(330, file.child().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
+    file.image().nest(330, Dir().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
     const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.fieldNames({"SubIFDs"}),
                 ElementsAreArray(joined(
@@ -61,8 +61,7 @@ TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
 
 // The check for default names looks at the format of the file, not at the kind of directory.
 TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
-    file.image().sub(34665,
-                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
+    file.image().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
     const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
@@ -72,9 +71,9 @@ TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
 
 // Replaced directories are gone with all that is in them, but not with what never had a place.
 TEST_P(FieldOrder, LeavesThemOutOfExifDirectoriesThatALaterEntryReplaces) {
-    auto& exif = file.child().shorts(274, {6}).shorts(37383, {5});
-    auto& replaced = file.child().sub(34665, exif);
-    file.image().sub(330, replaced).sub(330, file.child().shorts(37383, {3}));
+    file.image()
+        .nest(330, Dir().nest(34665, Dir().shorts(274, {6}).shorts(37383, {5})))
+        .nest(330, Dir().shorts(37383, {3}));
     const ModuleRun run = quietRun(file.bytes());
     EXPECT_FALSE(run.hasField({"SubIFDs", "DigitalCamera"}));
     EXPECT_EQ(run.number({"SubIFDs", "MeteringMode"}), 3);
@@ -85,14 +84,13 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, FieldOrder, ::testing::ValuesIn(kEvery
                          encodingName);
 
 TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
-    TiffBuilder file;
-    file.image()
-        .bytes(65000, {1})
-        .ascii(305, "kiln")
-        .shorts(274, {6})
-        .sub(330, file.child().shorts(274, {6}).shorts(259, {1}))
-        .shorts(259, {6});
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir()
+                                         .bytes(65000, {1})
+                                         .ascii(305, "kiln")
+                                         .shorts(274, {6})
+                                         .nest(330, Dir().shorts(274, {6}).shorts(259, {1}))
+                                         .shorts(259, {6}))));
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined(
                     {kGeneralNames,
@@ -119,9 +117,9 @@ TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
 }
 
 TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2}));
-    for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
+    const Bytes file =
+        tiffOf(Dir().nest(34665, Dir().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2})));
+    for (const Bytes& bytes : {file, jpegWithExif(file)}) {
         const ModuleRun run = quietRun(bytes);
         EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
         EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
@@ -130,10 +128,8 @@ TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
 }
 
 TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
-    TiffBuilder file;
-    file.image().sub(34665,
-                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun jpeg(jpegWithExif(file.bytes()));
+    const ModuleRun jpeg(jpegWithExif(tiffOf(
+        Dir().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5})))));
     EXPECT_EQ(jpeg.leftovers().arrays, 0U);
     EXPECT_THAT(jpeg.fieldNames({"DigitalCamera"}),
                 ElementsAre("Orientation", "XResolution", "MeteringMode"));
@@ -141,9 +137,7 @@ TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
 }
 
 TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(274, {6}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(34665, Dir().shorts(274, {6}))));
     EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
     EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), IsEmpty());
@@ -173,12 +167,8 @@ TEST(Output, WithoutAnyFieldIsAnEmptyMatrix) {
 }
 
 TEST(Output, LeavesNothingBehind) {
-    TiffBuilder file;
-    file.image()
-        .shorts(271, {1, 2, 3})
-        .bytes(65000, {1})
-        .sub(34665, file.child().shorts(37383, {5}));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(
+        Dir().shorts(271, {1, 2, 3}).bytes(65000, {1}).nest(34665, Dir().shorts(37383, {5}))));
     EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
 }
 

@@ -35,7 +35,7 @@ TEST_P(GeneralFields, AreInEveryElement) {
 }
 
 TEST_P(GeneralFields, AreInGenericSubDirectoriesToo) {
-    file.image().sub(330, file.child().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}));
+    file.image().nest(330, Dir().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}));
     const MemoryFile memory(file.bytes());
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.text({"SubIFDs", "Filename"}), memory.name());

@@ -41,9 +41,7 @@ TEST(UnknownTag, OfOneDirectoryLeavesTheFieldOfOthersEmpty) {
 }
 
 TEST(UnknownTag, AloneMakesAFieldOfASubDirectory) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(65000, {2}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(34665, Dir().shorts(65000, {2}))));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("UnknownTags"));
     EXPECT_EQ(run.number({"DigitalCamera", "UnknownTags", "Value"}), 2);
 }
@@ -73,22 +71,20 @@ zephra::Message unrecognizedState(const char* tag) {
 
 // Known tags are reported before unknown ones, and a sub-directory is the value of a known tag.
 TEST(UnknownTag, WithoutAValueIsReportedAfterTheReadAndAfterSubDirectories) {
-    TiffBuilder file;
-    file.image()
-        .entryAt(65000, 3, 0, 0)
-        .entryAt(65001, 3, 0, 0)
-        .sub(34665, file.child().entryAt(65002, 3, 0, 0))
-        .entry(271, 0, 1, {});
-    file.addImage().entryAt(65003, 3, 0, 0);
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir()
+                                     .entryAt(65000, 3, 0, 0)
+                                     .entryAt(65001, 3, 0, 0)
+                                     .nest(34665, Dir().entryAt(65002, 3, 0, 0))
+                                     .entry(271, 0, 1, {}),
+                                 Dir().entryAt(65003, 3, 0, 0)))
+                    .messages(),
                 ElementsAre(noType(271), unrecognizedState("65002"), unrecognizedState("65000"),
                             unrecognizedState("65001"), unrecognizedState("65003")));
 }
 
 TEST(UnknownTag, OfTheIdOfWidthOrHeightIsNotListed) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().shorts(256, {9}).shorts(257, {9}).shorts(258, {1, 2, 3}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(Dir().nest(34853, Dir().shorts(256, {9}).shorts(257, {9}).shorts(258, {1, 2, 3}))));
     EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("UnknownTags"));
     EXPECT_EQ(run.number({"GPSInfo", "UnknownTags", "ID"}), 258);
     EXPECT_THAT(run.dimensions({"GPSInfo", "UnknownTags", "Value"}), ElementsAre(3, 1));

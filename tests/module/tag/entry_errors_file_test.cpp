@@ -104,9 +104,8 @@ TEST(UnreadableValue, IsOneThatMissesItsLastByte) {
 }
 
 TEST(UnreadableValue, UsesTheNamesOfItsOwnDirectory) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().shorts(0, {1}).entryAt(2, 5, 3, 9000));
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir().nest(34853, Dir().shorts(0, {1}).entryAt(2, 5, 3, 9000))))
+                    .messages(),
                 ElementsAre(unreadableValue("GPSLatitude", 9000)));
 }
 

@@ -82,21 +82,18 @@ TEST(Fallback, ReplacesATagThatFailed) {
 }
 
 TEST(Fallback, FillsGenericSubDirectoriesOfTiffFilesButNoOthers) {
-    TiffBuilder file;
-    file.image()
-        .sub(330, file.child().shorts(271, {1}))
-        .sub(34665, file.child().shorts(37383, {5}))
-        .sub(34853, file.child().shorts(1, {1}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir()
+                                              .nest(330, Dir().shorts(271, {1}))
+                                              .nest(34665, Dir().shorts(37383, {5}))
+                                              .nest(34853, Dir().shorts(1, {1}))));
     EXPECT_EQ(run.text({"SubIFDs", "ResolutionUnit"}), "None");
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
     EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSLatitudeRef"));
 }
 
 TEST(Fallback, IsAbsentFromJpegFiles) {
-    TiffBuilder file;
-    file.image().shorts(271, {1}).sub(330, file.child().shorts(272, {1}));
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir().shorts(271, {1}).nest(330, Dir().shorts(272, {1})))));
     EXPECT_FALSE(run.hasField({"Compression"}));
     EXPECT_FALSE(run.hasField({"SubIFDs", "Compression"}));
 }

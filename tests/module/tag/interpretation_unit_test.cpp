@@ -67,9 +67,7 @@ TEST(Interpretation, ReportsWordsAndTextsInPlaceOfNumbers) {
 
 TEST(Nesting, ReportsAnImpossibleKindOfDirectoryInTwoSentences) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().sub(34665, file.child().shorts(37383, {5}));
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}))));
         TiffTag tag = one.tag();
         TiffTagPeer::setIfdId(tag, IfdId{4});
         EXPECT_EQ(recoverableErrorOf([&] { TiffTagPeer::checkNesting(tag); }),

@@ -49,12 +49,10 @@ TEST(Rational, WarnsWithAnEmptyNameForAnUnknownTag) {
 }
 
 TEST(Rational, IsComputedInEveryKindOfDirectory) {
-    TiffBuilder file;
-    file.image()
-        .sub(34665, file.child().rationals(33434, {{1, 0}, {1, 2}}))
-        .sub(34853, file.child().rationals(2, {{1, 0}, {1, 4}}))
-        .sub(40965, file.child().signedRationals(4097, {{1, 0}, {-1, 8}}));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir()
+                                   .nest(34665, Dir().rationals(33434, {{1, 0}, {1, 2}}))
+                                   .nest(34853, Dir().rationals(2, {{1, 0}, {1, 4}}))
+                                   .nest(40965, Dir().signedRationals(4097, {{1, 0}, {-1, 8}}))));
     EXPECT_THAT(run.messages(), ElementsAre(divisionByZero("rational", "ExposureTime"),
                                             divisionByZero("rational", "GPSLatitude"),
                                             divisionByZero("signedRational", "RelatedImageWidth")));

@@ -12,10 +12,10 @@ protected:
 
 TEST_P(SubDirectories, NestUnderTheirPointers) {
     file.image()
-        .sub(330, file.child().longs(271, {1, 2, 3}))
-        .sub(34665, file.child().shorts(37383, {5}))
-        .sub(34853, file.child().bytes(0, {2, 2, 0, 0}))
-        .sub(40965, file.child().longs(4097, {640}));
+        .nest(330, Dir().longs(271, {1, 2, 3}))
+        .nest(34665, Dir().shorts(37383, {5}))
+        .nest(34853, Dir().bytes(0, {2, 2, 0, 0}))
+        .nest(40965, Dir().longs(4097, {640}));
     const ModuleRun run = quietRun(file.bytes());
     EXPECT_THAT(run.numbers({"SubIFDs", "Make"}), ElementsAre(1, 2, 3));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
@@ -24,7 +24,7 @@ TEST_P(SubDirectories, NestUnderTheirPointers) {
 }
 
 TEST_P(SubDirectories, LeaveTheRestOfTheirDirectoryReadable) {
-    file.image().sub(34665, file.child().shorts(37383, {5})).longs(271, {7, 8, 9});
+    file.image().nest(34665, Dir().shorts(37383, {5})).longs(271, {7, 8, 9});
     file.addImage().shorts(271, {6});
     const ModuleRun run = quietRun(file.bytes());
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
@@ -94,9 +94,8 @@ TEST(SubDirectory, OfAPublishedBigTiffPointerIsTheHeader) {
 }
 
 TEST(SubDirectory, CountsItsPositionFromTheHeaderInsideAJpegFile) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().longs(271, {1, 2, 3}));
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir().nest(34665, Dir().longs(271, {1, 2, 3})))));
     EXPECT_THAT(run.numbers({"DigitalCamera", "Make"}), ElementsAre(1, 2, 3));
 }
 
@@ -147,11 +146,12 @@ TEST(Nesting, OfAnyPointerIsForbiddenInsideInteroperabilityDirectories) {
 
 // Its warnings and errors stay untold.
 TEST(Nesting, IsForbiddenBeforeTheSubDirectoryIsRead) {
-    TiffBuilder file;
-    file.image().sub(
-        34853, file.child().sub(34665, file.child().entry(271, 0, 1, {})).entryAt(330, 4, 1, 5000));
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
-                ElementsAre(gpsNesting("34665"), gpsNesting("330")));
+    EXPECT_THAT(
+        ModuleRun(
+            tiffOf(Dir().nest(
+                34853, Dir().nest(34665, Dir().entry(271, 0, 1, {})).entryAt(330, 4, 1, 5000))))
+            .messages(),
+        ElementsAre(gpsNesting("34665"), gpsNesting("330")));
 }
 
 TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectories) {
@@ -169,9 +169,7 @@ TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectorie
 }
 
 TEST(Nesting, OfAGpsDirectoryThatHoldsNothingElseLeavesAnEmptyMatrix) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().sub(34665, file.child().shorts(37383, {5})));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().nest(34853, Dir().nest(34665, Dir().shorts(37383, {5})))));
     EXPECT_THAT(run.messages(), ElementsAre(gpsNesting("34665")));
     EXPECT_EQ(run.value({"GPSInfo"}).className(), "double");
     EXPECT_THAT(run.dimensions({"GPSInfo"}), ElementsAre(0, 0));

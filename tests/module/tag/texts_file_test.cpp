@@ -28,9 +28,8 @@ TEST(Text, OfAnUnknownTagEndsAtItsFirstNul) {
 }
 
 TEST(Text, OfGpsAndInteroperabilityTagsKeepsItsTerminatingNul) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().ascii(1, "N")).sub(40965, file.child().ascii(1, "R98"));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(Dir().nest(34853, Dir().ascii(1, "N")).nest(40965, Dir().ascii(1, "R98"))));
     EXPECT_EQ(run.text({"GPSInfo", "GPSLatitudeRef"}), "N\0"sv);
     EXPECT_EQ(run.text({"InteroperabilityIFD", "InteroperabilityIndex"}), "R98\0"sv);
 }

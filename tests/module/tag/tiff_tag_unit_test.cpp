@@ -133,9 +133,7 @@ TEST(TiffTag, CountsTheBytesOfItsValueIn32Bits) {
 
 TEST(TiffTag, CopiesItsSubDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().sub(34665, file.child().shorts(37383, {5}));
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}))));
         const TiffTag& original = one.tag();
         ASSERT_NE(original.subDirectory(), nullptr);
         EXPECT_EQ(original.subDirectory()->ifdId(), IfdId::exif);
@@ -175,9 +173,7 @@ TEST(TiffTag, CopiesRawTextAndOutputText) {
 
 TEST(TiffTag, RestoresThePositionAfterASubDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().sub(34665, file.child().shorts(37383, {5}));
-        const MemoryFile memory(file.bytes());
+        const MemoryFile memory(tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}))));
         ClassicTiffTagFile reader(memory.name().c_str());
         ASSERT_TRUE(reader.seek(21));
         const TiffTag tag(reader, rawEntry(34665, 4, 1, 26).data(), IfdId::image);

@@ -76,8 +76,9 @@ TEST(IccProfile, HasAPositiveOffsetBeyondTwoGigabytes) {
     EXPECT_EQ(run.number({"ICCProfileOffset"}), 4'000'000'000.0);
 }
 
-TiffDirectory& withEveryTreatedTag(TiffDirectory& directory) {
-    return directory.shorts(259, {5})
+TiffDirectory withEveryTreatedTag() {
+    return Dir()
+        .shorts(259, {5})
         .shorts(262, {2})
         .rawAscii(270, "ABC")
         .shorts(284, {2})
@@ -94,9 +95,7 @@ TiffDirectory& withEveryTreatedTag(TiffDirectory& directory) {
 }
 
 TEST(Treatments, ApplyInExifDirectories) {
-    TiffBuilder file;
-    file.image().sub(34665, withEveryTreatedTag(file.child()));
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run = quietRun(jpegWithExif(tiffOf(Dir().nest(34665, withEveryTreatedTag()))));
     const std::pair<const char*, const char*> treated[] = {
         {"Compression", "'LZW'"},
         {"PhotometricInterpretation", "'RGB'"},
@@ -120,9 +119,7 @@ TEST(Treatments, ApplyInExifDirectories) {
 class UntreatedDirectories : public ::testing::TestWithParam<std::uint16_t> {};
 
 TEST_P(UntreatedDirectories, OfGpsAndInteroperabilityReportTheSameTagsAsTheyAre) {
-    TiffBuilder file;
-    file.image().sub(GetParam(), withEveryTreatedTag(file.child()));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(GetParam(), withEveryTreatedTag())));
     const zephra::Value unknown =
         run.value({GetParam() == 34853 ? "GPSInfo" : "InteroperabilityIFD", "UnknownTags"});
     ASSERT_EQ(unknown.size(), 14U);

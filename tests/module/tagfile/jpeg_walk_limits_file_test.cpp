@@ -65,8 +65,7 @@ TEST(JpegIdentifier, ThatIsWrongTwiceIsJudgedInTheFirstSegmentAlone) {
 TEST(ExifOffset, MayLeadBehindTheSegment) {
     // The structure is cut behind its first directory; the rest lies in a segment of its own.
     TiffBuilder tiff;
-    auto& exif = tiff.child().longs(37510, {1, 2, 3});
-    auto& image = tiff.image().ascii(271, "a long name").sub(34665, exif);
+    auto& image = tiff.image().ascii(271, "a long name").nest(34665, Dir().longs(37510, {1, 2, 3}));
     const Bytes all = tiff.bytes();
     const auto table = static_cast<std::ptrdiff_t>(tiff.positionOf(image) + 2 + 2 * 12 + 4);
     const Bytes inside(all.begin(), all.begin() + table);
