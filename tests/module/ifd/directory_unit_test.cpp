@@ -13,6 +13,7 @@ using namespace module;
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 const std::vector<std::uint16_t> kBaseline{254, 258, 259, 263, 266, 273, 274, 277, 278, 279, 280,
@@ -212,12 +213,24 @@ TEST(Fallbacks, AreAddedOnlyToImageDirectoriesOfTiffFiles) {
     });
 }
 
-TEST(Fallbacks, RecordBitsPerSampleOnceForEachSample) {
+struct SampleCase {
+    TiffDirectory directory;
+    std::vector<double> bitsPerSample;
+    std::uint32_t sampleCount;
+};
+
+// The count of SamplesPerPixel (277) decides, not its value.
+TEST(Samples, HaveTheBitsOfTheFileOrOneForEachValueOfSamplesPerPixel) {
     inQuietCall([] {
-        const IFD directory = OpenedTiff<>(tiffOf(Dir().shorts(277, {1, 1, 1}))).readDirectory();
-        EXPECT_EQ(directory.sampleCount(), 3U);
-        EXPECT_THAT(directory.bitsPerSample(), ElementsAre(1, 1, 1));
-        EXPECT_FALSE(directory.has(258));
+        for (const auto& [entries, bits, count] :
+             {SampleCase{Dir().shorts(277, {1, 1, 1}), {1, 1, 1}, 3},
+              SampleCase{Dir().shorts(277, {3}), {1}, 1},
+              SampleCase{Dir().shorts(258, {8, 4}).shorts(277, {3}), {8, 4}, 1}}) {
+            const IFD directory = OpenedTiff<>(tiffOf(entries)).readDirectory();
+            EXPECT_EQ(directory.sampleCount(), count);
+            EXPECT_THAT(directory.bitsPerSample(), ElementsAreArray(bits));
+            EXPECT_EQ(directory.has(258), bits.front() == 8);
+        }
     });
 }
 
@@ -230,21 +243,6 @@ TEST(Fallbacks, AreOneForBitsPerSampleAndMaxSampleValue) {
                 EXPECT_THAT(tag.outputValues(), ElementsAre(1)) << tag.tagId();
             }
         }
-    });
-}
-
-TEST(SampleCount, IsTheCountOfSamplesPerPixelAndNotItsValue) {
-    inQuietCall([] {
-        EXPECT_EQ(OpenedTiff<>(tiffOf(Dir().shorts(277, {3}))).readDirectory().sampleCount(), 1U);
-    });
-}
-
-TEST(Fallbacks, KeepTheBitsPerSampleOfTheFile) {
-    inQuietCall([] {
-        const IFD directory =
-            OpenedTiff<>(tiffOf(Dir().shorts(258, {8, 4}).shorts(277, {3}))).readDirectory();
-        EXPECT_THAT(directory.bitsPerSample(), ElementsAre(8, 4));
-        EXPECT_EQ(directory.sampleCount(), 1U);
     });
 }
 

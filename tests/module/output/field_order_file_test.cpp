@@ -27,23 +27,22 @@ protected:
 };
 
 TEST_P(FieldOrder, BeginsWithTheThirtyFourDefaultNames) {
-    file.image().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(), Dir().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1})));
     EXPECT_THAT(run.dimensions({}), ElementsAre(1, 1));
     EXPECT_EQ(run.fieldNames().size(), 34U);
     EXPECT_THAT(run.fieldNames(), ElementsAreArray(joined({kGeneralNames, kBaselineNames})));
 }
 
 TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
-    file.image()
-        .bytes(65000, {1})
-        .ascii(33432, "(c)")
-        .shorts(37383, {5})
-        .ascii(305, "kiln")
-        .shorts(259, {1})
-        .ascii(270, "a pot")
-        .shorts(255, {1});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(GetParam(), Dir()
+                                                          .bytes(65000, {1})
+                                                          .ascii(33432, "(c)")
+                                                          .shorts(37383, {5})
+                                                          .ascii(305, "kiln")
+                                                          .shorts(259, {1})
+                                                          .ascii(270, "a pot")
+                                                          .shorts(255, {1})));
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined({kGeneralNames,
                                          kBaselineNames,
@@ -52,8 +51,9 @@ TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
 }
 
 TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
-    file.image().nest(330, Dir().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(),
+               Dir().nest(330, Dir().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}))));
     EXPECT_THAT(run.fieldNames({"SubIFDs"}),
                 ElementsAreArray(joined(
                     {kGeneralNames, kBaselineNames, {"Software", "MeteringMode", "UnknownTags"}})));
@@ -61,8 +61,9 @@ TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
 
 // The check for default names looks at the format of the file, not at the kind of directory.
 TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
-    file.image().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(),
+        Dir().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}))));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     // Both values are made and offered all the same, and have no place.
@@ -71,10 +72,10 @@ TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
 
 // Replaced directories are gone with all that is in them, but not with what never had a place.
 TEST_P(FieldOrder, LeavesThemOutOfExifDirectoriesThatALaterEntryReplaces) {
-    file.image()
-        .nest(330, Dir().nest(34665, Dir().shorts(274, {6}).shorts(37383, {5})))
-        .nest(330, Dir().shorts(37383, {3}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(), Dir()
+                        .nest(330, Dir().nest(34665, Dir().shorts(274, {6}).shorts(37383, {5})))
+                        .nest(330, Dir().shorts(37383, {3}))));
     EXPECT_FALSE(run.hasField({"SubIFDs", "DigitalCamera"}));
     EXPECT_EQ(run.number({"SubIFDs", "MeteringMode"}), 3);
     EXPECT_EQ(run.leftovers().arrays, 1U);

@@ -15,9 +15,7 @@ protected:
 };
 
 TEST_P(GeneralFields, AreInEveryElement) {
-    file.image().shorts(271, {1});
-    file.addImage().shorts(271, {2});
-    const Bytes bytes = file.bytes();
+    const Bytes bytes = tiffOf(GetParam(), Dir().shorts(271, {1}), Dir().shorts(271, {2}));
     const MemoryFile memory(bytes);
     memory.setModificationTime(1000000000);
     const TimeZone zone("UTC0");
@@ -35,8 +33,8 @@ TEST_P(GeneralFields, AreInEveryElement) {
 }
 
 TEST_P(GeneralFields, AreInGenericSubDirectoriesToo) {
-    file.image().nest(330, Dir().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}));
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(
+        GetParam(), Dir().nest(330, Dir().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}))));
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.text({"SubIFDs", "Filename"}), memory.name());
     EXPECT_EQ(run.text({"SubIFDs", "Format"}), "tif");

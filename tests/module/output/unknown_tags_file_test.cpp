@@ -5,14 +5,11 @@ namespace veltrace::test {
 
 namespace {
 
-class UnknownTags : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class UnknownTags : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(UnknownTags, AreListedInEntryOrderWithTheirIdsPlacesAndValues) {
-    file.image().longs(65001, {7, 8, 9}).bytes(65000, {1}).ascii(2, "pot");
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(), Dir().longs(65001, {7, 8, 9}).bytes(65000, {1}).ascii(2, "pot")));
     EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(3, 1));
     EXPECT_THAT(run.fieldNames({"UnknownTags"}), ElementsAre("ID", "Offset", "Value"));
     const bool big = GetParam().flavour == Flavour::big;

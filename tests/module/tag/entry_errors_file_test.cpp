@@ -1,7 +1,6 @@
 // Entries that cannot be decoded. Each failure is a warning and costs that entry alone.
-#include <locale>
-
 #include "support/file_test.h"
+#include "support/grouping_locale.h"
 
 namespace veltrace::test {
 
@@ -13,8 +12,8 @@ protected:
 };
 
 TEST_P(EntryErrors, CostTheirEntryAlone) {
-    file.image().shorts(kMake, {1}).entry(kModel, 0, 1, {}).shorts(305, {3});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(GetParam(), Dir().shorts(kMake, {1}).entry(kModel, 0, 1, {}).shorts(305, {3})));
     EXPECT_THAT(run.messages(), ElementsAre(noType(272)));
     EXPECT_EQ(run.number({"Make"}), 1);
     EXPECT_FALSE(run.hasField({"Model"}));
@@ -22,12 +21,12 @@ TEST_P(EntryErrors, CostTheirEntryAlone) {
 }
 
 TEST_P(EntryErrors, AreNoTypeForCodeZeroBadFormatFor14And16AndUnrecognizedIfdFor13) {
-    file.image()
-        .entry(kMake, 0, 1, {})
-        .entry(kMake, 14, 1, {})
-        .entry(kMake, 16, 1, {})
-        .entry(kMake, 13, 1, {});
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(GetParam(), Dir()
+                                                 .entry(kMake, 0, 1, {})
+                                                 .entry(kMake, 14, 1, {})
+                                                 .entry(kMake, 16, 1, {})
+                                                 .entry(kMake, 13, 1, {})))
+                    .messages(),
                 ElementsAre(noType(271), badType(271, 14), badType(271, 16), ifdType(271)));
 }
 
@@ -40,23 +39,24 @@ TEST_P(EntryErrors, NameTheInvalidType) {
 }
 
 TEST_P(EntryErrors, RefuseTheIfdTypeForTagsThatPointNowhere) {
-    file.image().entry(kMake, 13, 1, {1, 0, 0, 0}).entry(65000, 13, 0, {});
     const auto refusal = [](const char* text) {
         return message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd", text);
     };
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(GetParam(),
+                                 Dir().entry(kMake, 13, 1, {1, 0, 0, 0}).entry(65000, 13, 0, {})))
+                    .messages(),
                 ElementsAre(refusal("Tag 271 has an unrecognized TIFF_IFD data format.\n"),
                             refusal("Tag 65000 has an unrecognized TIFF_IFD data format.\n")));
 }
 
 TEST_P(EntryErrors, OfMissingValuesCostTheirEntriesAlone) {
-    file.image()
-        .shorts(274, {6})
-        .entryAt(kMake, 12, 2, 5000)
-        .entryAt(65000, 12, 2, 6000)
-        .shorts(305, {3});
-    file.addImage().shorts(274, {8});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(),
+                               Dir()
+                                   .shorts(274, {6})
+                                   .entryAt(kMake, 12, 2, 5000)
+                                   .entryAt(65000, 12, 2, 6000)
+                                   .shorts(305, {3}),
+                               Dir().shorts(274, {8})));
     EXPECT_THAT(run.warnings(),
                 ElementsAre(unreadableValue("Make", 5000), unreadableValue(65000, 6000)));
     EXPECT_FALSE(run.error());
@@ -109,16 +109,9 @@ TEST(UnreadableValue, UsesTheNamesOfItsOwnDirectory) {
                 ElementsAre(unreadableValue("GPSLatitude", 9000)));
 }
 
-struct GroupedThousands : std::numpunct<char> {
-    [[nodiscard]] char do_thousands_sep() const override { return '.'; }
-    [[nodiscard]] std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(UnreadableValue, HasNoDigitGroupingWhateverTheLocale) {
-    const std::locale before =
-        std::locale::global(std::locale(std::locale::classic(), new GroupedThousands));
+    const GlobalGroupingLocale locale;
     const ModuleRun run(tiffOf(Dir().entryAt(65000, 3, 3, 123456789)));
-    std::locale::global(before);
     EXPECT_THAT(run.messages(), ElementsAre(unreadableValue(65000, 123456789)));
 }
 

@@ -11,12 +11,11 @@ protected:
 };
 
 TEST_P(SubDirectories, NestUnderTheirPointers) {
-    file.image()
-        .nest(330, Dir().longs(271, {1, 2, 3}))
-        .nest(34665, Dir().shorts(37383, {5}))
-        .nest(34853, Dir().bytes(0, {2, 2, 0, 0}))
-        .nest(40965, Dir().longs(4097, {640}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(GetParam(), Dir()
+                                                          .nest(330, Dir().longs(271, {1, 2, 3}))
+                                                          .nest(34665, Dir().shorts(37383, {5}))
+                                                          .nest(34853, Dir().bytes(0, {2, 2, 0, 0}))
+                                                          .nest(40965, Dir().longs(4097, {640}))));
     EXPECT_THAT(run.numbers({"SubIFDs", "Make"}), ElementsAre(1, 2, 3));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 2, 0, 0));
@@ -24,9 +23,9 @@ TEST_P(SubDirectories, NestUnderTheirPointers) {
 }
 
 TEST_P(SubDirectories, LeaveTheRestOfTheirDirectoryReadable) {
-    file.image().nest(34665, Dir().shorts(37383, {5})).longs(271, {7, 8, 9});
-    file.addImage().shorts(271, {6});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(), Dir().nest(34665, Dir().shorts(37383, {5})).longs(271, {7, 8, 9}),
+               Dir().shorts(271, {6})));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     EXPECT_THAT(run.numbers({"Make"}), ElementsAre(7, 8, 9));
     EXPECT_EQ(run.number({"Make"}, 1), 6);
