@@ -8,6 +8,7 @@
 #include "entry/errors.h"
 #include "entry/guarded_read.h"
 #include "ifd/ifd_set.h"
+#include "support/messages.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
 #include "tagfile/classic_tiff_tag_file.h"
@@ -177,8 +178,7 @@ TEST_P(OtherException, IsUnknownAndLeavesReaderAndNameBehind) {
     EXPECT_EQ(outcome.blocksLeft, 1U);
 }
 
-const zephra::Message kUnknown =
-    message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
+const zephra::Message kUnknown = unknownException();
 
 INSTANTIATE_TEST_SUITE_P(
     Exceptions, OtherException,

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "ifd/ifd_set.h"
+#include "support/messages.h"
 #include "support/opened_tiff.h"
 #include "support/quiet_call.h"
 #include "support/thrown.h"
@@ -114,13 +115,7 @@ TEST(ShiftedChain, NextPointerPastTheEndOfTheFileIsAWarning) {
         const IFDSet chain(*opened, IfdId::image);
         EXPECT_EQ(chain.getNumIfds(), 1U);
     });
-    EXPECT_THAT(result.warnings(),
-                ElementsAre(message("ZEPHRA:veltrace:badNextIfdPointer",
-                                    "The pointer to a secondary IFD exceeds the size of the image "
-                                    "file \"" +
-                                        opened.name() +
-                                        "\" and therefore cannot be valid.  Some metadata might "
-                                        "not be returned. ")));
+    EXPECT_THAT(result.warnings(), ElementsAre(nextPointerPastTheEnd(opened.name())));
     EXPECT_FALSE(result.error());
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "support/messages.h"
 #include "support/opened_tiff.h"
 #include "support/quiet_call.h"
 #include "support/thrown.h"
@@ -21,28 +22,16 @@ TiffBuilder rotatedImage() {
     return file;
 }
 
-zephra::Message badCount(const std::string& fileName) {
-    return message("ZEPHRA:veltrace:numIfdEntriesReadError",
-                   "Unable to read the number of entries in one of the image file directories, the "
-                   "metadata in \"" +
-                       fileName + "\" may be corrupt.");
-}
-
-zephra::Message badTable(const std::string& what) {
-    return message("ZEPHRA:veltrace:badRawIfdRead",
-                   "Could not read " + what +
-                       " into memory, some of the metadata in the image file may be corrupt.\n");
-}
-
 TEST(UnreadableCount, IsFatalInAnImageDirectory) {
     OpenedTiff<> file(TiffBuilder().firstOffset(8));
-    EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(); }), badCount(file.name()));
+    EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(); }), unreadableCount(file.name()));
 }
 
 TEST(UnreadableCount, IsRecoverableInAnyOtherDirectory) {
     for (const IfdId id : {IfdId::gps, IfdId::interoperability, IfdId::exif, kImpossible}) {
         OpenedTiff<> file(TiffBuilder().firstOffset(8));
-        EXPECT_EQ(recoverableErrorOf([&] { file.readDirectory(id); }), badCount(file.name()));
+        EXPECT_EQ(recoverableErrorOf([&] { file.readDirectory(id); }),
+                  unreadableCount(file.name()));
     }
 }
 
@@ -53,7 +42,7 @@ TEST(UnreadableCount, IsRecoverableInAnImageDirectoryThatHasFields) {
         IFD directory(*file, IfdId::image);
         directory.readIfd();
         ASSERT_TRUE((*file).seek((*file).fileSize()));
-        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badCount(file.name()));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), unreadableCount(file.name()));
     });
 }
 
@@ -68,7 +57,7 @@ TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
               {kImpossible, ""}}) {
             OpenedTiff<> opened(file);
             EXPECT_EQ(recoverableErrorOf([&, id = id] { opened.readDirectory(id); }),
-                      badTable(what));
+                      unreadableTable(what));
         }
     });
 }
@@ -79,7 +68,8 @@ TEST(TruncatedTable, IsNumberedByTheFieldsOfItsDirectory) {
         IFD directory(*opened, IfdId::image);
         directory.readIfd();
         ASSERT_TRUE((*opened).seek(26));
-        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badTable("IFD table #22"));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }),
+                  unreadableTable("IFD table #22"));
     });
 }
 
@@ -88,10 +78,7 @@ TEST(DirectoryWithoutEntries, IsRecoverable) {
         TiffBuilder file;
         file.image();
         OpenedTiff<> opened(file);
-        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }),
-                  message("ZEPHRA:veltrace:zeroLengthIfdTable",
-                          "The image file directory at byte position 8 has zero entries and is "
-                          "being ignored."));
+        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }), zeroEntries(8));
     });
 }
 

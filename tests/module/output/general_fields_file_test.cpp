@@ -9,10 +9,7 @@ namespace veltrace::test {
 
 namespace {
 
-class GeneralFields : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class GeneralFields : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(GeneralFields, AreInEveryElement) {
     const Bytes bytes = tiffOf(GetParam(), Dir().shorts(271, {1}), Dir().shorts(271, {2}));

@@ -5,10 +5,7 @@ namespace veltrace::test {
 
 namespace {
 
-class SubDirectories : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class SubDirectories : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(SubDirectories, NestUnderTheirPointers) {
     const ModuleRun run = quietRun(tiffOf(GetParam(), Dir()

@@ -10,6 +10,7 @@
 
 #include "ifd/ifd_set.h"
 #include "support/memory_file.h"
+#include "support/messages.h"
 #include "support/module_run.h"
 #include "support/one_tag.h"
 #include "support/quiet_call.h"
@@ -221,13 +222,8 @@ TEST(TiffTag, RejectsAnEntryWithAnInvalidType) {
             return recoverableErrorOf(
                 [&] { const TiffTag tag(reader, entry.data(), IfdId::image); });
         };
-        EXPECT_EQ(errorOf(0),
-                  message("ZEPHRA:veltrace:TiffTag:noTypeFormatId",
-                          "Tag ID 271 has datatype format \"TIFF_NOTYPE\" and cannot be "
-                          "processed.\n"));
-        EXPECT_EQ(errorOf(14), message("ZEPHRA:veltrace:badTagFormat",
-                                       "Tag ID 271 with datatype format value 14 is invalid.  Only "
-                                       "values 0-13 are allowed.\n"));
+        EXPECT_EQ(errorOf(0), noType(271));
+        EXPECT_EQ(errorOf(14), badType(271, 14));
     });
 }
 
@@ -240,8 +236,7 @@ TEST(TiffTag, RejectsATypeThatCannotBeDecoded) {
     EXPECT_EQ(decode(0),
               message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
                       "Encountered tag with datatype format TIFF_NOTYPE.  Skipping... \n"));
-    EXPECT_EQ(decode(13), message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd",
-                                  "Tag 259 has an unrecognized TIFF_IFD data format.\n"));
+    EXPECT_EQ(decode(13), ifdType(259));
     EXPECT_EQ(decode(14), message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
                                   "Did not recognize tag format 14\n"));
     EXPECT_EQ(decode(65535), message("ZEPHRA:veltrace:TiffTag:unrecognizedTagFormatId",
