@@ -9,9 +9,7 @@ namespace veltrace::test {
 namespace {
 
 Bytes smallFile(Flavour flavour = Flavour::classic) {
-    TiffBuilder file(Order::little, flavour);
-    file.image().shorts(271, {7});
-    return file.bytes();
+    return tiffOf({Order::little, flavour}, Dir().shorts(271, {7}));
 }
 
 struct Kind {
@@ -84,13 +82,14 @@ TEST_F(ChangingFile, ThatShrinksBeforeItsStatusPointsPastItsEnd) {
 // The description stands behind the table, at byte 8 + 2 + 3 * 12 + 4, and is longer than what is
 // read ahead; the value of Make is read fifth, after two format tests and two reads of the above.
 TEST_F(ChangingFile, ThatIsCutBetweenTableAndValueLosesTheValue) {
-    TiffBuilder file;
-    file.image().ascii(270, std::string(40'001, 'd')).ascii(271, "a long name").shorts(274, {6});
     std::size_t reads = 0;
     const When fifthRead = [&reads](std::size_t, Step step) {
         return step == Step::read && ++reads == 5;
     };
-    const ModuleRun result = run(file.bytes(), fifthRead, [this] { resize(40'060); });
+    const ModuleRun result = run(
+        tiffOf(
+            Dir().ascii(270, std::string(40'001, 'd')).ascii(271, "a long name").shorts(274, {6})),
+        fifthRead, [this] { resize(40'060); });
     EXPECT_THAT(result.messages(), ElementsAre(unreadableValue("Make", 40052)));
     EXPECT_FALSE(result.hasField({"Make"}));
     EXPECT_EQ(result.number({"Orientation"}), 6);

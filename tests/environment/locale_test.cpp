@@ -59,10 +59,8 @@ protected:
 
     static ModuleRun runAt(std::time_t time) {
         ++cases;
-        TiffBuilder file;
-        file.image().shorts(271, {1});
         const ModifiedAt modified(time);
-        return ModuleRun(file.bytes());
+        return ModuleRun(tiffOf(Dir().shorts(271, {1})));
     }
 
     static void expectSameAs(const BoundedRead& plain, const BoundedRead& local) {

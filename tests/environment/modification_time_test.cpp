@@ -56,11 +56,9 @@ constexpr std::time_t kNever[] = {
 };
 
 std::vector<Bytes> oneOfEachFormat() {
-    TiffBuilder classic;
-    classic.image().shorts(271, {1});
-    TiffBuilder big(Order::little, Flavour::big);
-    big.image().shorts(271, {1});
-    return {classic.bytes(), big.bytes(), jpegWithExif(classic.bytes())};
+    const Bytes classic = tiffOf(Dir().shorts(271, {1}));
+    return {classic, tiffOf({Order::little, Flavour::big}, Dir().shorts(271, {1})),
+            jpegWithExif(classic)};
 }
 
 class ModificationTime : public testing::Test {

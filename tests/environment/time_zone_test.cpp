@@ -20,11 +20,9 @@ protected:
 
     static std::string dateIn(const std::string& zone, std::time_t time) {
         ++cases;
-        TiffBuilder file;
-        file.image().shorts(271, {1});
         const TimeZone here(zone);
         const ModifiedAt modified(time);
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(tiffOf(Dir().shorts(271, {1})));
         EXPECT_THAT(run.messages(), testing::IsEmpty()) << zone;
         return run.text({"FileModDate"});
     }

@@ -60,9 +60,7 @@ namespace {
 /// The module keeps the stand-ins for baseline tags from its first TIFF file on.
 void makeWhatAllCallsShare() {
     static const bool isMade = [] {
-        TiffBuilder file;
-        file.image().shorts(274, {1});
-        const MemoryFile memory(file.bytes());
+        const MemoryFile memory(tiffOf(Dir().shorts(274, {1})));
         const zephra::Argument name{memory.name()};
         return !zephra::Host().call(moduleUnderTest(), {&name, 1}).error();
     }();

@@ -143,7 +143,7 @@ std::vector<Case> withOpenings(const std::vector<Case>& others) {
 TEST(FileFaultOutcome, OfASmallClassicTiff) {
     using enum Request;
     TiffBuilder file;
-    file.image().ascii(305, "the kiln").sub(34665, file.child().shorts(37383, {5}));
+    file.image().ascii(305, "the kiln").nest(34665, Dir().shorts(37383, {5}));
     file.addImage().shorts(274, {6});
     expectOutcomes(
         file.bytes(),

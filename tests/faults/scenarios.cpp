@@ -36,9 +36,8 @@ Bytes manyPages(std::size_t count) {
 
 /// A value for which the module asks the system for large pages.
 Bytes largeValue() {
-    TiffBuilder file(Order::big);
-    file.image().shorts(274, {6}).doubles(65000, std::vector<double>(std::size_t{1} << 19, 0.5));
-    return file.bytes();
+    return tiffOf({Order::big}, Dir().shorts(274, {6}).doubles(
+                                    65000, std::vector<double>(std::size_t{1} << 19, 0.5)));
 }
 
 Bytes manyWarnings(std::uint16_t count) {
@@ -53,24 +52,17 @@ Bytes manyWarnings(std::uint16_t count) {
 /// An Exif directory that has a tag with the name of a default field of images, which no Exif
 /// directory of a TIFF file has.
 Bytes namesWithoutAPlace() {
-    TiffBuilder file;
-    auto& exif = file.child().shorts(37383, {5}).shorts(274, {6});
-    file.image().sub(34665, exif);
-    return file.bytes();
+    return tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}).shorts(274, {6})));
 }
 
 Bytes gpsWithin(std::uint16_t pointer) {
-    TiffBuilder file(Order::big, Flavour::big);
-    auto& inner = file.child().shorts(1, {1});
-    auto& outer = file.child().bytes(0, {2, 3, 0, 0}).sub(34853, inner);
-    file.image().sub(pointer, outer);
-    return file.bytes();
+    return tiffOf(
+        {Order::big, Flavour::big},
+        Dir().nest(pointer, Dir().bytes(0, {2, 3, 0, 0}).nest(34853, Dir().shorts(1, {1}))));
 }
 
 Bytes linked(std::uint64_t next) {
-    TiffBuilder file;
-    file.image().shorts(274, {6}).next(next);
-    return file.bytes();
+    return tiffOf(Dir().shorts(274, {6}).next(next));
 }
 
 Bytes cutShort(Bytes bytes, std::size_t by) {
@@ -85,9 +77,7 @@ Bytes firstDirectoryAt(std::uint64_t offset, Flavour flavour) {
 }
 
 Bytes withSubDirectoryAt(std::uint16_t pointer, std::uint32_t offset) {
-    TiffBuilder file;
-    file.image().shorts(274, {6}).entryAt(pointer, 4, 1, offset);
-    return file.bytes();
+    return tiffOf(Dir().shorts(274, {6}).entryAt(pointer, 4, 1, offset));
 }
 
 std::vector<Scenario> callsWithoutAFile() {

@@ -14,18 +14,15 @@ constexpr std::size_t kEntries = 8;
 /// Each kind of value once: numbers, text, colour map, sample formats, a nested directory, unknown
 /// numbers and unknown text.
 Bytes oneOfEach() {
-    TiffBuilder file;
-    auto& exif = file.child().shorts(37383, {5});
-    file.image()
-        .shorts(256, {10})
-        .shorts(258, {8, 8, 8})
-        .ascii(305, "kiln")
-        .shorts(320, {0, 1, 2, 3, 4, 5})
-        .shorts(339, {1, 1})
-        .sub(34665, exif)
-        .shorts(50000, {1})
-        .ascii(50001, "x");
-    return file.bytes();
+    return tiffOf(Dir()
+                      .shorts(256, {10})
+                      .shorts(258, {8, 8, 8})
+                      .ascii(305, "kiln")
+                      .shorts(320, {0, 1, 2, 3, 4, 5})
+                      .shorts(339, {1, 1})
+                      .nest(34665, Dir().shorts(37383, {5}))
+                      .shorts(50000, {1})
+                      .ascii(50001, "x"));
 }
 
 zephra::Settings refusingBlock(std::uint64_t k) {

@@ -25,10 +25,7 @@ const IFDSet* exifOf(const IFDSet& chain) {
 }
 
 TEST(Copy, OwnsItsSubDirectories) {
-    TiffBuilder file;
-    auto& exif = file.child().shorts(37383, {5});
-    file.image().sub(34665, exif);
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}))));
     const auto result = inCall([&memory] {
         std::optional<IFDSet> copy;
         {

@@ -90,9 +90,7 @@ TEST(DataModel, StoresAChainAsItsDirectoriesByValueAndAnOrderedMapOfNames) {
 }
 
 TEST(DataModel, StoresAReaderAsItsFileAndItsLayout) {
-    TiffBuilder file;
-    file.image().shorts(258, {8});
-    OpenedTiff<> opened(file);
+    OpenedTiff<> opened(tiffOf(Dir().shorts(258, {8})));
     const Members<FormatType, InputFile, std::string, bool, std::int64_t, HeaderByteOrder, bool,
                   bool, struct stat64, std::unique_ptr<IFDSet>, std::int32_t, std::int32_t,
                   std::int32_t, std::array<unsigned char, 2>, std::uint16_t,

@@ -19,10 +19,11 @@ struct Outcome {
 };
 
 Bytes fileNumber(std::uint16_t number) {
-    TiffBuilder file(number % 2 == 0 ? Order::little : Order::big);
-    auto& gps = file.child().rationals(2, {{number, 1}, {number, 0}, {1, 3}});
-    file.image().shorts(258, {number, number, number}).sub(34853, gps).shorts(50000, {number});
-    return file.bytes();
+    return tiffOf({number % 2 == 0 ? Order::little : Order::big},
+                  Dir()
+                      .shorts(258, {number, number, number})
+                      .nest(34853, Dir().rationals(2, {{number, 1}, {number, 0}, {1, 3}}))
+                      .shorts(50000, {number}));
 }
 
 Outcome outcomeOf(const MemoryFile& file) {

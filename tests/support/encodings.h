@@ -8,11 +8,6 @@
 
 namespace veltrace::test {
 
-struct Encoding {
-    Order order;
-    Flavour flavour;
-};
-
 inline constexpr Encoding kEveryEncoding[] = {
     {Order::little, Flavour::classic},
     {Order::big, Flavour::classic},

@@ -36,9 +36,6 @@ constexpr std::uint16_t kModel = 272;
 
 constexpr std::uint16_t kPointerTags[] = {330, 34665, 34853, 40965};
 
-/// A directory that a row of a table fills.
-using Dir = TiffDirectory;
-
 /// A call without a message.
 template <class... Arguments>
 [[nodiscard]] ModuleRun quietRun(const Arguments&... arguments) {

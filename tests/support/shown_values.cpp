@@ -111,18 +111,14 @@ void expectShown(const std::vector<ShownRow>& rows) {
     for (const Encoding& encoding : kEveryEncoding) {
         SCOPED_TRACE(encodingName({encoding, 0}));
         for (const ShownRow& row : rows) {
-            TiffBuilder file(encoding.order, encoding.flavour);
-            row.build(file.image());
-            expectRow(row, file.bytes());
+            expectRow(row, tiffOf(encoding, row.directory));
         }
     }
 }
 
 void expectShownInJpeg(const std::vector<ShownRow>& rows) {
     for (const ShownRow& row : rows) {
-        TiffBuilder file;
-        row.build(file.image());
-        expectRow(row, jpegWithExif(file.bytes()));
+        expectRow(row, jpegWithExif(tiffOf(row.directory)));
     }
 }
 

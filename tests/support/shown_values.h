@@ -1,7 +1,6 @@
 // Tables of tags and of what the module reports for them.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,7 @@ namespace veltrace::test {
 [[nodiscard]] std::string shown(zephra::Value value);
 
 struct ShownRow {
-    std::function<void(TiffDirectory&)> build;
+    TiffDirectory directory;
     std::string fields;  ///< names with blanks between them
     std::string shown;   ///< as many values with "; " between them; `no field` for no such field
     std::vector<zephra::Message> messages = {};

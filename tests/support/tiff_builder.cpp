@@ -31,22 +31,24 @@ std::size_t padded(std::size_t size) {
 template <class Number>
 TiffDirectory& TiffDirectory::numbers(std::uint16_t tag, std::uint16_t type,
                                       const std::vector<Number>& values) {
-    Bytes value;
+    entries_.push_back({tag, type, static_cast<std::uint32_t>(values.size()), {}, sizeof(Number)});
     for (const Number number : values) {
-        append(value, order_, number);
+        append(entries_.back().value, Order::little, number);
     }
-    return entry(tag, type, static_cast<std::uint32_t>(values.size()), value);
+    return *this;
 }
 
 template <class Number>
 TiffDirectory& TiffDirectory::fractions(std::uint16_t tag, std::uint16_t type,
                                         const std::vector<Fraction<Number>>& values) {
-    Bytes value;
+    std::vector<Number> halves;
     for (const Fraction<Number>& fraction : values) {
-        append(value, order_, fraction.numerator);
-        append(value, order_, fraction.denominator);
+        halves.push_back(fraction.numerator);
+        halves.push_back(fraction.denominator);
     }
-    return entry(tag, type, static_cast<std::uint32_t>(values.size()), value);
+    numbers(tag, type, halves);
+    entries_.back().count /= 2;
+    return *this;
 }
 
 TiffDirectory& TiffDirectory::bytes(std::uint16_t tag, const std::vector<std::uint8_t>& values) {
@@ -111,18 +113,25 @@ TiffDirectory& TiffDirectory::doubles(std::uint16_t tag, const std::vector<doubl
 
 TiffDirectory& TiffDirectory::entry(std::uint16_t tag, std::uint16_t type, std::uint32_t count,
                                     const Bytes& value) {
-    entries_.push_back({tag, type, count, value, std::nullopt});
+    entries_.push_back({tag, type, count, value});
     return *this;
 }
 
 TiffDirectory& TiffDirectory::entryAt(std::uint16_t tag, std::uint16_t type, std::uint32_t count,
                                       std::uint32_t offset) {
-    entries_.push_back({tag, type, count, {}, offset});
+    entries_.push_back({tag, type, count, {}, 1, offset});
     return *this;
 }
 
 TiffDirectory& TiffDirectory::sub(std::uint16_t tag, const TiffDirectory& directory) {
-    entries_.push_back({tag, 4, 1, {}, std::nullopt, &directory});
+    entries_.push_back({tag, 4, 1, {}, 1, std::nullopt, &directory});
+    return *this;
+}
+
+TiffDirectory& TiffDirectory::nest(std::uint16_t tag, const TiffDirectory& directory) {
+    const auto nested = std::make_shared<TiffDirectory>(directory);
+    sub(tag, *nested);
+    entries_.back().nested = nested;
     return *this;
 }
 
@@ -136,28 +145,16 @@ TiffDirectory& TiffDirectory::next(std::uint64_t offset) {
     return *this;
 }
 
-std::size_t TiffDirectory::inlineCapacity() const {
-    return flavour_ == Flavour::big ? 8 : 4;
-}
-
-std::size_t TiffDirectory::tableBytes() const {
-    return flavour_ == Flavour::big ? 8 + entries_.size() * 20 + 8 : 2 + entries_.size() * 12 + 4;
-}
-
-bool TiffDirectory::isOutside(const Entry& entry) const {
-    return entry.value.size() > inlineCapacity();
-}
-
 TiffDirectory& TiffBuilder::image() {
     return images_.empty() ? addImage() : images_.front();
 }
 
-TiffDirectory& TiffBuilder::addImage() {
-    return images_.emplace_back(order_, flavour_);
+TiffDirectory& TiffBuilder::addImage(const TiffDirectory& directory) {
+    return images_.emplace_back(directory);
 }
 
 TiffDirectory& TiffBuilder::child() {
-    return children_.emplace_back(order_, flavour_);
+    return children_.emplace_back();
 }
 
 TiffBuilder& TiffBuilder::firstOffset(std::uint64_t offset) {
@@ -185,9 +182,9 @@ std::uint64_t TiffBuilder::positionOf(const TiffDirectory& directory) const {
         if (candidate == &directory) {
             return position;
         }
-        position += candidate->tableBytes();
+        position += tableBytes(*candidate);
         for (const TiffDirectory::Entry& entry : candidate->entries_) {
-            position += candidate->isOutside(entry) ? padded(entry.value.size()) : 0;
+            position += isOutside(entry) ? padded(entry.value.size()) : 0;
         }
     }
     throw std::logic_error("the directory belongs to another builder");
@@ -205,6 +202,13 @@ std::vector<const TiffDirectory*> TiffBuilder::allDirectories() const {
     }
     for (const TiffDirectory& directory : children_) {
         all.push_back(&directory);
+    }
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        for (const TiffDirectory::Entry& entry : all[i]->entries_) {
+            if (entry.nested) {
+                all.push_back(entry.nested.get());
+            }
+        }
     }
     return all;
 }
@@ -230,12 +234,11 @@ void TiffBuilder::appendDirectory(Bytes& bytes, const TiffDirectory& directory) 
         append(bytes, order_, static_cast<std::uint16_t>(count));
     }
     Bytes values;
-    const std::uint64_t valuesBegin = positionOf(directory) + directory.tableBytes();
+    const std::uint64_t valuesBegin = positionOf(directory) + tableBytes(directory);
     for (const TiffDirectory::Entry& entry : directory.entries_) {
-        const bool isOutside = directory.isOutside(entry);
-        appendEntry(bytes, entry, isOutside, valuesBegin + values.size());
-        if (isOutside) {
-            values = values + entry.value;
+        appendEntry(bytes, entry, valuesBegin + values.size());
+        if (isOutside(entry)) {
+            values = values + valueOf(entry);
             values.resize(padded(values.size()));
         }
     }
@@ -243,7 +246,7 @@ void TiffBuilder::appendDirectory(Bytes& bytes, const TiffDirectory& directory) 
     bytes.insert(bytes.end(), values.begin(), values.end());
 }
 
-void TiffBuilder::appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry, bool isOutside,
+void TiffBuilder::appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry,
                               std::uint64_t valuePosition) const {
     append(bytes, order_, entry.tag);
     append(bytes, order_, entry.type);
@@ -251,10 +254,10 @@ void TiffBuilder::appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry, b
     std::optional<std::uint64_t> offset = entry.offset;
     if (entry.target != nullptr) {
         offset = positionOf(*entry.target);
-    } else if (isOutside) {
+    } else if (isOutside(entry)) {
         offset = valuePosition;
     }
-    Bytes inlineValue = offset ? Bytes{} : entry.value;
+    Bytes inlineValue = offset ? Bytes{} : valueOf(entry);
     inlineValue.resize(flavour_ == Flavour::big ? 8 : 4);
     if (flavour_ == Flavour::big || offset) {
         append(bytes, order_, static_cast<std::uint32_t>(offset.value_or(0)));
@@ -262,6 +265,26 @@ void TiffBuilder::appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry, b
     if (flavour_ == Flavour::big || !offset) {
         bytes.insert(bytes.end(), inlineValue.begin(), inlineValue.end());
     }
+}
+
+Bytes TiffBuilder::valueOf(const TiffDirectory::Entry& entry) const {
+    Bytes value = entry.value;
+    if (order_ == Order::big) {
+        const auto width = static_cast<std::ptrdiff_t>(entry.width);
+        for (auto number = value.begin(); number != value.end(); number += width) {
+            std::reverse(number, number + width);
+        }
+    }
+    return value;
+}
+
+bool TiffBuilder::isOutside(const TiffDirectory::Entry& entry) const {
+    return entry.value.size() > (flavour_ == Flavour::big ? 8U : 4U);
+}
+
+std::size_t TiffBuilder::tableBytes(const TiffDirectory& directory) const {
+    const std::size_t count = directory.entries_.size();
+    return flavour_ == Flavour::big ? 8 + count * 20 + 8 : 2 + count * 12 + 4;
 }
 
 void TiffBuilder::appendOffset(Bytes& bytes, std::uint64_t offset) const {

@@ -1,8 +1,10 @@
 // Builds TIFF structures in words.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -19,6 +21,11 @@ enum class Order { little, big };
 /// value inside this is BigTIFF as published.
 enum class Flavour { classic, big };
 
+struct Encoding {
+    Order order = Order::little;
+    Flavour flavour = Flavour::classic;
+};
+
 /// Appends `number` in a byte order.
 template <class Number>
 void append(Bytes& bytes, Order order, Number number);
@@ -30,11 +37,10 @@ struct Fraction {
 };
 
 /// One directory: its entries in the order of the calls, with any damage that is asked for.
-/// Values that fit are written into the entry, others behind the table.
+/// Values that fit are written into the entry, others behind the table, in the order of the file
+/// that the directory is added to.
 class TiffDirectory {
 public:
-    TiffDirectory(Order order, Flavour flavour) : order_(order), flavour_(flavour) {}
-
     TiffDirectory& bytes(std::uint16_t tag, const std::vector<std::uint8_t>& values);
     /// Adds the terminating NUL of the format.
     TiffDirectory& ascii(std::uint16_t tag, std::string_view text);
@@ -60,6 +66,9 @@ public:
                            std::uint32_t offset);
     /// A pointer tag (type LONG, count 1) to a directory of the same builder.
     TiffDirectory& sub(std::uint16_t tag, const TiffDirectory& directory);
+    TiffDirectory& sub(std::uint16_t tag, const TiffDirectory&& directory) = delete;
+    /// A pointer tag to a copy of this directory, which is written behind all others.
+    TiffDirectory& nest(std::uint16_t tag, const TiffDirectory& directory);
 
     /// States this entry count, whatever was added.
     TiffDirectory& statedCount(std::uint64_t count);
@@ -74,8 +83,10 @@ private:
         std::uint16_t type;
         std::uint32_t count;
         Bytes value;
-        std::optional<std::uint32_t> offset;
+        std::size_t width = 1;  ///< of the little-endian numbers in the value
+        std::optional<std::uint32_t> offset = std::nullopt;
         const TiffDirectory* target = nullptr;
+        std::shared_ptr<const TiffDirectory> nested = nullptr;  ///< the target, if it is owned
     };
 
     template <class Number>
@@ -84,16 +95,13 @@ private:
     template <class Number>
     TiffDirectory& fractions(std::uint16_t tag, std::uint16_t type,
                              const std::vector<Fraction<Number>>& values);
-    [[nodiscard]] std::size_t inlineCapacity() const;
-    [[nodiscard]] std::size_t tableBytes() const;
-    [[nodiscard]] bool isOutside(const Entry& entry) const;
 
-    Order order_;
-    Flavour flavour_;
     std::vector<Entry> entries_;
     std::optional<std::uint64_t> statedCount_;
     std::optional<std::uint64_t> next_;
 };
+
+using Dir = TiffDirectory;
 
 /// A whole TIFF structure: header, main chain, and directories outside the chain. References to
 /// directories stay valid as long as the builder.
@@ -105,7 +113,7 @@ public:
     /// The first directory of the main chain.
     TiffDirectory& image();
     /// A further directory at the end of the main chain.
-    TiffDirectory& addImage();
+    TiffDirectory& addImage(const TiffDirectory& directory = {});
     /// A directory outside the main chain, for `TiffDirectory::sub`.
     TiffDirectory& child();
 
@@ -126,8 +134,11 @@ private:
     [[nodiscard]] std::vector<const TiffDirectory*> allDirectories() const;
     void appendHeader(Bytes& bytes) const;
     void appendDirectory(Bytes& bytes, const TiffDirectory& directory) const;
-    void appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry, bool isOutside,
+    void appendEntry(Bytes& bytes, const TiffDirectory::Entry& entry,
                      std::uint64_t valuePosition) const;
+    [[nodiscard]] Bytes valueOf(const TiffDirectory::Entry& entry) const;
+    [[nodiscard]] bool isOutside(const TiffDirectory::Entry& entry) const;
+    [[nodiscard]] std::size_t tableBytes(const TiffDirectory& directory) const;
     void appendOffset(Bytes& bytes, std::uint64_t offset) const;
     [[nodiscard]] std::uint64_t successorOf(const TiffDirectory& directory) const;
 
@@ -138,6 +149,19 @@ private:
     std::optional<std::uint64_t> firstOffset_;
     std::optional<std::uint16_t> version_;
 };
+
+/// A TIFF structure whose main chain has these directories.
+template <std::same_as<TiffDirectory>... Images>
+[[nodiscard]] Bytes tiffOf(Encoding encoding, const Images&... images) {
+    TiffBuilder file(encoding.order, encoding.flavour);
+    (file.addImage(images), ...);
+    return file.bytes();
+}
+
+template <std::same_as<TiffDirectory>... Images>
+[[nodiscard]] Bytes tiffOf(const Images&... images) {
+    return tiffOf(Encoding{}, images...);
+}
 
 /// A JPEG file: SOI, an APP1 segment that holds `tiff` behind the Exif identifier, EOI.
 [[nodiscard]] Bytes jpegWithExif(const Bytes& tiff);

@@ -93,14 +93,14 @@ void words(TiffBuilder& file) {
 }
 
 void camera(TiffBuilder& file) {
-    auto& interoperability = file.child().ascii(1, "R98").shorts(4097, {640});
-    auto& exif = file.child()
-                     .rationals(33434, {{1, 125}})
-                     .undefined(36864, {'0', '2', '3', '0'})
-                     .shorts(37383, {5})
-                     .sub(40965, interoperability);
-    auto& gps = file.child().bytes(0, {2, 3, 0, 0}).rationals(2, {{48, 1}, {8, 1}, {0, 1}});
-    file.image().ascii(271, "Kiln").sub(34665, exif).sub(34853, gps);
+    file.image()
+        .ascii(271, "Kiln")
+        .nest(34665, Dir()
+                         .rationals(33434, {{1, 125}})
+                         .undefined(36864, {'0', '2', '3', '0'})
+                         .shorts(37383, {5})
+                         .nest(40965, Dir().ascii(1, "R98").shorts(4097, {640})))
+        .nest(34853, Dir().bytes(0, {2, 3, 0, 0}).rationals(2, {{48, 1}, {8, 1}, {0, 1}}));
 }
 
 void subImages(TiffBuilder& file) {
@@ -129,14 +129,13 @@ void unknownTags(TiffBuilder& file) {
 
 /// Entries that fail among others; then a directory that has no other.
 void damagedEntries(TiffBuilder& file) {
-    auto& nested = file.child().sub(34665, file.child().shorts(1, {1}));
     file.image()
         .entry(271, 0, 1, {1, 0, 0, 0})
         .entry(272, 14, 1, {1, 0, 0, 0})
         .entryAt(305, 13, 1, 1)
         .entryAt(306, 12, 9, 60000)
         .entryAt(307, 12, 0x7FFFFFFF, 8)
-        .sub(34853, nested)
+        .nest(34853, Dir().nest(34665, Dir().shorts(1, {1})))
         .shorts(274, {6});
     file.addImage().entry(271, 16, 1, {0, 0, 0, 0});
 }

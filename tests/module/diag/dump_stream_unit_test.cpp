@@ -23,9 +23,8 @@ namespace {
 template <class Body>
 void withEachKind(const Body& body) {
     inQuietCall([&] {
-        TiffBuilder tiff;
-        tiff.image().sub(34665, tiff.child().shorts(305, {31}).shorts(65000, {32}));
-        const MemoryFile file(tiff.bytes());
+        const Bytes tiff = tiffOf(Dir().nest(34665, Dir().shorts(305, {31}).shorts(65000, {32})));
+        const MemoryFile file(tiff);
         ClassicTiffTagFile reader(file.name().c_str());
         reader.readAll();
         body(static_cast<const TagFile&>(reader));

@@ -133,9 +133,6 @@ const std::vector<Fallback> kFallbacks{{"254", "NewSubFileType", "0 "},
                                        {"325", "TileByteCounts", ""}};
 
 TEST(FileDump, OfAnImageFileHasInEachDirectoryItsTagsThenItsFallbacks) {
-    TiffBuilder tiff(Order::big, Flavour::big);
-    tiff.image().shorts(65001, {7, 8}).rationals(282, {{1, 3}}).shorts(65000, {6});
-    tiff.addImage().signedRationals(282, {{-1, 3}, {2, 3}}).rawAscii(700, "a\n");
     std::string fallbacks;
     std::map<int, std::string> names{{282, "XResolution"}, {700, "XMP"}};
     for (const auto& [id, name, processed, count] : kFallbacks) {
@@ -157,7 +154,10 @@ TEST(FileDump, OfAnImageFileHasInEachDirectoryItsTagsThenItsFallbacks) {
     const std::string directories = "IFD # 0\n" + directory("22", first + fallbacks, "2", unknown) +
                                     "IFD # 1\n" + directory("23", second + fallbacks);
     EXPECT_EQ(
-        dumpOfFile<BigTiffTagFile>(MemoryFile(tiff.bytes())),
+        dumpOfFile<BigTiffTagFile>(MemoryFile(
+            tiffOf({Order::big, Flavour::big},
+                   Dir().shorts(65001, {7, 8}).rationals(282, {{1, 3}}).shorts(65000, {6}),
+                   Dir().signedRationals(282, {{-1, 3}, {2, 3}}).rawAscii(700, "a\n")))),
         file("FILE", "148", "164", "0", "Big Endian", chain("2", directories, "23", nameLines)));
 }
 
@@ -261,9 +261,11 @@ TEST(DirectoryDump, HasTheNumbersOfEveryDataType) {
 }
 
 TEST(DirectoryDump, HasInterpretedNumbersAndTextsButNoWords) {
-    TiffBuilder tiff;
-    tiff.image().ascii(270, "abc").shorts(296, {2}).rationals(282, {{1, 0}, {3, 2}});
-    tiff.image().undefined(34675, {1, 2, 3, 4, 5});
+    const Bytes tiff = tiffOf(Dir()
+                                  .ascii(270, "abc")
+                                  .shorts(296, {2})
+                                  .rationals(282, {{1, 0}, {3, 2}})
+                                  .undefined(34675, {1, 2, 3, 4, 5}));
     // Values outside the entries begin at 8 + 2 + 4 * 12 + 4.
     const std::string tags =
         written({"270: ImageDescription", "2", "4", "4", "0", "", "", "abc", ""}) +
@@ -291,9 +293,7 @@ TEST(DirectoryDump, HasTypeAndCountOfAPointerAsTheEntryStatesThem) {
 }
 
 TEST(DirectoryDump, HasAnOffsetBeyond2Gigabytes) {
-    TiffBuilder tiff;
-    tiff.image().entryAt(37510, 1, 5, 3'000'000'000);
-    const MemoryFile memory(tiff.bytes());
+    const MemoryFile memory(tiffOf(Dir().entryAt(37510, 1, 5, 3'000'000'000)));
     memory.put(3'000'000'000, bytesOf("ember"));
     const std::string numbers = "101 109 98 101 114 ";
     inQuietCall([&] {

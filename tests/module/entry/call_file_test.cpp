@@ -12,15 +12,11 @@ namespace veltrace::test {
 namespace {
 
 Bytes rotatedImage() {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    return file.bytes();
+    return tiffOf(Dir().shorts(274, {6}));
 }
 
 Bytes withoutEntries() {
-    TiffBuilder file;
-    file.image();
-    return file.bytes();
+    return tiffOf(Dir());
 }
 
 TEST(Call, StoresItsOutputWhateverTheOutputCountSays) {
@@ -37,10 +33,7 @@ TEST(Call, StoresItsOutputWhateverTheOutputCountSays) {
 }
 
 TEST(Call, OutputIsAColumnWithOneElementForEachDirectory) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    file.addImage().shorts(274, {8});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().shorts(274, {6}), Dir().shorts(274, {8})));
     EXPECT_EQ(run.output().className(), "struct");
     EXPECT_THAT(run.dimensions({}), ElementsAre(2, 1));
 }

@@ -8,6 +8,7 @@
 #include "entry/errors.h"
 #include "entry/guarded_read.h"
 #include "ifd/ifd_set.h"
+#include "support/messages.h"
 #include "support/module_run.h"
 #include "support/tiff_builder.h"
 #include "tagfile/classic_tiff_tag_file.h"
@@ -55,9 +56,7 @@ struct Outcome {
 
 /// Reads a file of one directory. The file name is the only host block that outlives the read.
 Outcome guardedRead(const ScriptedReader::Script& script) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     Outcome outcome;
     auto* const reader = new ScriptedReader(memory, script, &outcome.readerDestroyed);
     const auto result = inCall([&] {
@@ -101,9 +100,7 @@ TEST(GuardedRead, RecoverableErrorAfterADirectoryIsAWarning) {
 }
 
 TEST(GuardedRead, RecoverableErrorAfterADirectoryKeepsItForTheOutput) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     bool destroyed = false;
     ScriptedReader reader(
         memory,
@@ -181,8 +178,7 @@ TEST_P(OtherException, IsUnknownAndLeavesReaderAndNameBehind) {
     EXPECT_EQ(outcome.blocksLeft, 1U);
 }
 
-const zephra::Message kUnknown =
-    message("ZEPHRA:veltrace:unknownException", "Caught an unknown exception in veltrace.");
+const zephra::Message kUnknown = unknownException();
 
 INSTANTIATE_TEST_SUITE_P(
     Exceptions, OtherException,

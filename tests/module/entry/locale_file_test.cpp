@@ -17,9 +17,7 @@ TEST_F(GroupingLocale, LeavesPositionsAndSizesAlone) {
 }
 
 TEST_F(GroupingLocale, LeavesEntryCountsAlone) {
-    TiffBuilder tiff;
-    tiff.image().statedCount(5462);
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir().statedCount(5462))));
     EXPECT_THAT(run.messages(),
                 ElementsAre(message("ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded",
                                     "The  image file directory at byte position 20 claims to have "

@@ -27,9 +27,8 @@ TEST(App1Limit, DirectoryOf5461EntriesIsRead) {
 TEST(App1Limit, DirectoryOf5462EntriesFails) {
     for (const Order order : {Order::little, Order::big}) {
         for (const std::uint16_t entries : std::vector<std::uint16_t>{5462, 65535}) {
-            TiffBuilder tiff(order);
-            tiff.image().shorts(274, {6}).statedCount(entries);
-            const ModuleRun run(jpegWithExif(tiff.bytes()));
+            const ModuleRun run(
+                jpegWithExif(tiffOf({order}, Dir().shorts(274, {6}).statedCount(entries))));
             EXPECT_THAT(run.messages(),
                         ElementsAre(tooManyEntries("", kHeaderPosition + 8, entries)));
             EXPECT_FALSE(run.output());

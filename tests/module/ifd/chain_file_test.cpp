@@ -167,18 +167,14 @@ INSTANTIATE_TEST_SUITE_P(Orders, BigChain, testing::Values(kEveryEncoding[2], kE
 
 TEST_P(BigChain, NextPointerIsComparedAsASignedNumber) {
     for (const std::uint64_t next : {0x8000'0000'0000'0000U, 0xFFFF'FFFF'FFFF'FFFFU}) {
-        TiffBuilder file(GetParam().order, GetParam().flavour);
-        file.image().shorts(274, {3}).next(next);
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(tiffOf(GetParam(), Dir().shorts(274, {3}).next(next)));
         EXPECT_THAT(run.messages(), ElementsAre(badDirectorySeek(run)));
         expectOrientations(run, {3});
     }
 }
 
 TEST_P(BigChain, LargestSignedNextPointerIsPastTheEnd) {
-    TiffBuilder file(GetParam().order, GetParam().flavour);
-    file.image().shorts(274, {3}).next(0x7FFF'FFFF'FFFF'FFFF);
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(), Dir().shorts(274, {3}).next(0x7FFF'FFFF'FFFF'FFFF)));
     EXPECT_THAT(run.messages(), ElementsAre(nextPointerPastTheEnd(run.fileName())));
     expectOrientations(run, {3});
 }
@@ -186,12 +182,8 @@ TEST_P(BigChain, LargestSignedNextPointerIsPastTheEnd) {
 // Kept: the position of a next pointer loses its high half, so the pointer that ends this chain is
 // the zero far in front of the directory, not the one behind it.
 TEST_P(BigChain, PositionOfANextPointerKeepsItsLow32Bits) {
-    TiffBuilder far(GetParam().order, GetParam().flavour);
-    far.image().shorts(274, {6}).next(16);
-    const Bytes farBytes = far.bytes();
-    TiffBuilder file(GetParam().order, GetParam().flavour);
-    file.image().shorts(274, {3}).next(4 * kGigabyte + 1016);
-    const MemoryFile memory(file.bytes());
+    const Bytes farBytes = tiffOf(GetParam(), Dir().shorts(274, {6}).next(16));
+    const MemoryFile memory(tiffOf(GetParam(), Dir().shorts(274, {3}).next(4 * kGigabyte + 1016)));
     memory.put(4 * kGigabyte + 1000, farBytes);
     const ModuleRun run = quietRun(memory);
     expectOrientations(run, {3, 6});

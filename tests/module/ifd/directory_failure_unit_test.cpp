@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "support/messages.h"
 #include "support/opened_tiff.h"
 #include "support/quiet_call.h"
 #include "support/thrown.h"
@@ -21,28 +22,16 @@ TiffBuilder rotatedImage() {
     return file;
 }
 
-zephra::Message badCount(const std::string& fileName) {
-    return message("ZEPHRA:veltrace:numIfdEntriesReadError",
-                   "Unable to read the number of entries in one of the image file directories, the "
-                   "metadata in \"" +
-                       fileName + "\" may be corrupt.");
-}
-
-zephra::Message badTable(const std::string& what) {
-    return message("ZEPHRA:veltrace:badRawIfdRead",
-                   "Could not read " + what +
-                       " into memory, some of the metadata in the image file may be corrupt.\n");
-}
-
 TEST(UnreadableCount, IsFatalInAnImageDirectory) {
     OpenedTiff<> file(TiffBuilder().firstOffset(8));
-    EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(); }), badCount(file.name()));
+    EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(); }), unreadableCount(file.name()));
 }
 
 TEST(UnreadableCount, IsRecoverableInAnyOtherDirectory) {
     for (const IfdId id : {IfdId::gps, IfdId::interoperability, IfdId::exif, kImpossible}) {
         OpenedTiff<> file(TiffBuilder().firstOffset(8));
-        EXPECT_EQ(recoverableErrorOf([&] { file.readDirectory(id); }), badCount(file.name()));
+        EXPECT_EQ(recoverableErrorOf([&] { file.readDirectory(id); }),
+                  unreadableCount(file.name()));
     }
 }
 
@@ -53,14 +42,13 @@ TEST(UnreadableCount, IsRecoverableInAnImageDirectoryThatHasFields) {
         IFD directory(*file, IfdId::image);
         directory.readIfd();
         ASSERT_TRUE((*file).seek((*file).fileSize()));
-        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badCount(file.name()));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), unreadableCount(file.name()));
     });
 }
 
 TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(274, {6}).statedCount(2);
+        const Bytes file = tiffOf(Dir().shorts(274, {6}).statedCount(2));
         for (const auto& [id, what] :
              {std::pair{IfdId::image, "IFD table #0"},
               {IfdId::gps, "the GPSInfo sub IFD table"},
@@ -69,21 +57,19 @@ TEST(TruncatedTable, IsRecoverableAndNamesTheKindOfDirectory) {
               {kImpossible, ""}}) {
             OpenedTiff<> opened(file);
             EXPECT_EQ(recoverableErrorOf([&, id = id] { opened.readDirectory(id); }),
-                      badTable(what));
+                      unreadableTable(what));
         }
     });
 }
 
 TEST(TruncatedTable, IsNumberedByTheFieldsOfItsDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(274, {6});
-        file.addImage().shorts(274, {6}).statedCount(2);
-        OpenedTiff<> opened(file);
+        OpenedTiff<> opened(tiffOf(Dir().shorts(274, {6}), Dir().shorts(274, {6}).statedCount(2)));
         IFD directory(*opened, IfdId::image);
         directory.readIfd();
         ASSERT_TRUE((*opened).seek(26));
-        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }), badTable("IFD table #22"));
+        EXPECT_EQ(recoverableErrorOf([&] { directory.readIfd(); }),
+                  unreadableTable("IFD table #22"));
     });
 }
 
@@ -92,18 +78,13 @@ TEST(DirectoryWithoutEntries, IsRecoverable) {
         TiffBuilder file;
         file.image();
         OpenedTiff<> opened(file);
-        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }),
-                  message("ZEPHRA:veltrace:zeroLengthIfdTable",
-                          "The image file directory at byte position 8 has zero entries and is "
-                          "being ignored."));
+        EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }), zeroEntries(8));
     });
 }
 
 TEST(App1Limit, ReportsALargerTableAsRecoverable) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().statedCount(5462);
-        OpenedTiff<JpegTagFile> opened(file);
+        OpenedTiff<JpegTagFile> opened(tiffOf(Dir().statedCount(5462)));
         EXPECT_EQ(recoverableErrorOf([&] { opened.readDirectory(); }).identifier,
                   "ZEPHRA:veltrace:jpegApp1MaximumLengthExceeded");
     });
@@ -181,9 +162,7 @@ TEST(ImpossibleIfdId, OfATagEndsTheWholeRead) {
 TEST(ImpossibleIfdId, OfATagWithAnInvalidTypeEndsTheWholeReadToo) {
     inQuietCall([] {
         for (const std::uint16_t type : {std::uint16_t{0}, std::uint16_t{14}}) {
-            TiffBuilder tiff;
-            tiff.image().entryAt(271, type, 1, 0);
-            OpenedTiff<> file(tiff);
+            OpenedTiff<> file(tiffOf(Dir().entryAt(271, type, 1, 0)));
             EXPECT_EQ(fatalErrorOf([&] { file.readDirectory(kImpossible); }).identifier,
                       "ZEPHRA:veltrace:getTagName:unrecognizedIfdId");
         }

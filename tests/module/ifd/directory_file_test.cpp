@@ -29,9 +29,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Encodings, Directory, testing::ValuesIn(kEveryEncoding), encodingName);
 
 TEST_P(Directory, WithoutEntriesIsAnErrorWithItsAbsolutePosition) {
-    TiffBuilder file = newFile();
-    file.image();
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(), Dir()));
     EXPECT_THAT(run.messages(), ElementsAre(zeroEntries(firstPosition())));
     EXPECT_FALSE(run.output());
 }
@@ -60,9 +58,8 @@ TEST_P(Directory, WithHalfACountIsAnError) {
 }
 
 TEST_P(Directory, WithoutMemoryForItsTableIsAnError) {
-    TiffBuilder file = newFile();
-    file.image().shorts(274, {6}).shorts(266, {2});
-    const ModuleRun run(file.bytes(), hostWithoutBlock(2));
+    const ModuleRun run(tiffOf(GetParam(), Dir().shorts(274, {6}).shorts(266, {2})),
+                        hostWithoutBlock(2));
     EXPECT_THAT(run.messages(), ElementsAre(badAllocation(2 * entrySize())));
     EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
 }
@@ -77,15 +74,13 @@ TEST_P(Directory, OfAnySizeIsRead) {
 }
 
 TEST_P(Directory, FailingEntryCostsOneWarningAndNothingElse) {
-    TiffBuilder file = newFile();
-    file.image()
-        .shorts(266, {2})
-        .entryAt(271, 14, 1, 0)
-        .shorts(274, {6})
-        .entryAt(305, 0, 1, 0)
-        .entryAt(315, 13, 1, 0)
-        .ascii(306, "noon");
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(), Dir()
+                                               .shorts(266, {2})
+                                               .entryAt(271, 14, 1, 0)
+                                               .shorts(274, {6})
+                                               .entryAt(305, 0, 1, 0)
+                                               .entryAt(315, 13, 1, 0)
+                                               .ascii(306, "noon")));
     EXPECT_THAT(run.warnings(), ElementsAre(badType(271, 14), noType(305), ifdType(315)));
     EXPECT_FALSE(run.error());
     EXPECT_EQ(run.number({"FillOrder"}), 2);
@@ -97,14 +92,12 @@ TEST_P(Directory, FailingEntryCostsOneWarningAndNothingElse) {
 }
 
 TEST_P(Directory, WarningsOfItsEntriesComeInTheirOrder) {
-    TiffBuilder file = newFile();
-    file.image()
-        .entryAt(271, 14, 1, 0)
-        .rationals(282, {{1, 0}})
-        .entryAt(272, 15, 1, 0)
-        .rationals(283, {{1, 0}})
-        .entryAt(274, 16, 1, 0);
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(), Dir()
+                                               .entryAt(271, 14, 1, 0)
+                                               .rationals(282, {{1, 0}})
+                                               .entryAt(272, 15, 1, 0)
+                                               .rationals(283, {{1, 0}})
+                                               .entryAt(274, 16, 1, 0)));
     std::vector<std::string> places;
     for (const zephra::Message& warning : run.warnings()) {
         for (const char* place : {"ID 271", "ID 272", "ID 274", "XResolution", "YResolution"}) {
@@ -208,9 +201,8 @@ TEST_P(SubDirectoryOf, WithAnUnreadableCountIsAWarningUnlessItHoldsAnImage) {
 class BigDirectory : public testing::Test {
 protected:
     static Bytes fileOfStatedCount(std::uint64_t count) {
-        TiffBuilder file(Order::little, Flavour::big);
-        file.image().shorts(274, {6}).shorts(266, {2}).statedCount(count);
-        return file.bytes();
+        return tiffOf({Order::little, Flavour::big},
+                      Dir().shorts(274, {6}).shorts(266, {2}).statedCount(count));
     }
 };
 

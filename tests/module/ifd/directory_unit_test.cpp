@@ -13,6 +13,7 @@ using namespace module;
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 const std::vector<std::uint16_t> kBaseline{254, 258, 259, 263, 266, 273, 274, 277, 278, 279, 280,
@@ -62,15 +63,15 @@ TEST(NewDirectory, HasNoTagsWithoutAReader) {
 
 TEST(ReadDirectory, HasItsPositionAndTheSizeOfItsTable) {
     inQuietCall([] {
-        TiffBuilder classic;
-        classic.image().shorts(274, {6}).shorts(266, {2});
-        const IFD directory = OpenedTiff<>(classic).readDirectory();
+        const IFD directory =
+            OpenedTiff<>(tiffOf(Dir().shorts(274, {6}).shorts(266, {2}))).readDirectory();
         EXPECT_EQ(directory.position(), 8);
         EXPECT_EQ(directory.tableSize(), 24U);
 
-        TiffBuilder big(Order::little, Flavour::big);
-        big.image().shorts(274, {6}).shorts(266, {2});
-        const IFD bigDirectory = OpenedTiff<BigTiffTagFile>(big).readDirectory();
+        const IFD bigDirectory =
+            OpenedTiff<BigTiffTagFile>(
+                tiffOf({Order::little, Flavour::big}, Dir().shorts(274, {6}).shorts(266, {2})))
+                .readDirectory();
         EXPECT_EQ(bigDirectory.position(), 16);
         EXPECT_EQ(bigDirectory.tableSize(), 40U);
     });
@@ -88,16 +89,15 @@ TEST(ReadDirectory, LargestTableOfAJpegFileHas65532Bytes) {
 
 TEST(ReadDirectory, KeepsKnownAndUnknownTagsInEntryOrder) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image()
-            .ascii(305, "kiln")
-            .shorts(60'001, {1})
-            .shorts(256, {640})
-            .shorts(271, {1})
-            .shorts(60'000, {2})
-            .shorts(257, {480})
-            .ascii(305, "oven");
-        const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
+        const IFD directory = OpenedTiff<>(tiffOf(Dir()
+                                                      .ascii(305, "kiln")
+                                                      .shorts(60'001, {1})
+                                                      .shorts(256, {640})
+                                                      .shorts(271, {1})
+                                                      .shorts(60'000, {2})
+                                                      .shorts(257, {480})
+                                                      .ascii(305, "oven")))
+                                  .readDirectory(IfdId::exif);
         EXPECT_THAT(idsOf(directory.knownTags()), ElementsAre(305, 271, 305));
         EXPECT_THAT(idsOf(directory.unknownTags()), ElementsAre(60'001, 60'000));
         EXPECT_EQ(directory.width(), 640);
@@ -109,10 +109,9 @@ TEST(ReadDirectory, KeepsKnownAndUnknownTagsInEntryOrder) {
 
 TEST(ReadDirectory, KeepsWidthAndHeightOutOfItsKnownTags) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(256, {640}).shorts(257, {480});
         for (const IfdId id : {IfdId::image, IfdId::gps, IfdId::interoperability, IfdId::exif}) {
-            const IFD directory = OpenedTiff<>(file).readDirectory(id);
+            const IFD directory =
+                OpenedTiff<>(tiffOf(Dir().shorts(256, {640}).shorts(257, {480}))).readDirectory(id);
             EXPECT_EQ(idsOf(directory.knownTags()),
                       id == IfdId::image ? kBaseline : std::vector<std::uint16_t>{});
             EXPECT_THAT(directory.unknownTags(), IsEmpty());
@@ -124,15 +123,14 @@ TEST(ReadDirectory, KeepsWidthAndHeightOutOfItsKnownTags) {
 
 TEST(ReadDirectory, CopiesEveryMember) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image()
-            .shorts(256, {640})
-            .shorts(257, {480})
-            .shorts(258, {8, 4})
-            .shorts(262, {2})
-            .shorts(277, {1, 1, 1})
-            .shorts(60'000, {1});
-        const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::exif);
+        const IFD directory = OpenedTiff<>(tiffOf(Dir()
+                                                      .shorts(256, {640})
+                                                      .shorts(257, {480})
+                                                      .shorts(258, {8, 4})
+                                                      .shorts(262, {2})
+                                                      .shorts(277, {1, 1, 1})
+                                                      .shorts(60'000, {1})))
+                                  .readDirectory(IfdId::exif);
         IFD copy;
         copy = directory;
         EXPECT_THAT(idsOf(copy.knownTags()), ElementsAre(258, 262, 277));
@@ -215,14 +213,24 @@ TEST(Fallbacks, AreAddedOnlyToImageDirectoriesOfTiffFiles) {
     });
 }
 
-TEST(Fallbacks, RecordBitsPerSampleOnceForEachSample) {
+struct SampleCase {
+    TiffDirectory directory;
+    std::vector<double> bitsPerSample;
+    std::uint32_t sampleCount;
+};
+
+// The count of SamplesPerPixel (277) decides, not its value.
+TEST(Samples, HaveTheBitsOfTheFileOrOneForEachValueOfSamplesPerPixel) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(277, {1, 1, 1});
-        const IFD directory = OpenedTiff<>(file).readDirectory();
-        EXPECT_EQ(directory.sampleCount(), 3U);
-        EXPECT_THAT(directory.bitsPerSample(), ElementsAre(1, 1, 1));
-        EXPECT_FALSE(directory.has(258));
+        for (const auto& [entries, bits, count] :
+             {SampleCase{Dir().shorts(277, {1, 1, 1}), {1, 1, 1}, 3},
+              SampleCase{Dir().shorts(277, {3}), {1}, 1},
+              SampleCase{Dir().shorts(258, {8, 4}).shorts(277, {3}), {8, 4}, 1}}) {
+            const IFD directory = OpenedTiff<>(tiffOf(entries)).readDirectory();
+            EXPECT_EQ(directory.sampleCount(), count);
+            EXPECT_THAT(directory.bitsPerSample(), ElementsAreArray(bits));
+            EXPECT_EQ(directory.has(258), bits.front() == 8);
+        }
     });
 }
 
@@ -238,29 +246,11 @@ TEST(Fallbacks, AreOneForBitsPerSampleAndMaxSampleValue) {
     });
 }
 
-TEST(SampleCount, IsTheCountOfSamplesPerPixelAndNotItsValue) {
-    inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(277, {3});
-        EXPECT_EQ(OpenedTiff<>(file).readDirectory().sampleCount(), 1U);
-    });
-}
-
-TEST(Fallbacks, KeepTheBitsPerSampleOfTheFile) {
-    inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(258, {8, 4}).shorts(277, {3});
-        const IFD directory = OpenedTiff<>(file).readDirectory();
-        EXPECT_THAT(directory.bitsPerSample(), ElementsAre(8, 4));
-        EXPECT_EQ(directory.sampleCount(), 1U);
-    });
-}
-
 TEST(Presence, IsRecordedInEveryKindOfDirectory) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(258, {8, 8}).shorts(262, {2}).shorts(277, {1, 1});
-        const IFD directory = OpenedTiff<>(file).readDirectory(IfdId::gps);
+        const IFD directory =
+            OpenedTiff<>(tiffOf(Dir().shorts(258, {8, 8}).shorts(262, {2}).shorts(277, {1, 1})))
+                .readDirectory(IfdId::gps);
         EXPECT_TRUE(directory.has(258));
         EXPECT_TRUE(directory.has(277));
         EXPECT_THAT(directory.bitsPerSample(), ElementsAre(8, 8));

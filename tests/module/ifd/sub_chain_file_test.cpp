@@ -88,10 +88,8 @@ TEST(MainChain, DirectoryOf65536FieldsIsDroppedAndTheChainGoesOn) {
 
 // In a TIFF file such a directory holds its fallbacks.
 TEST(MainChain, DirectoryWhoseEntriesAllFailHasFallbacksAloneAndTheChainGoesOn) {
-    TiffBuilder file;
-    file.image().entryAt(271, 14, 1, 0).entryAt(274, 15, 1, 0);
-    file.addImage().shorts(274, {6});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(Dir().entryAt(271, 14, 1, 0).entryAt(274, 15, 1, 0), Dir().shorts(274, {6})));
     EXPECT_THAT(run.warnings(), SizeIs(2));
     EXPECT_FALSE(run.error());
     ASSERT_EQ(run.directories(), 2U);
@@ -115,9 +113,7 @@ TEST(JpegChain, OfImagesIsOneDirectoryToo) {
 }
 
 TEST(JpegChain, DirectoryWhoseEntriesAllFailIsDropped) {
-    TiffBuilder tiff;
-    tiff.image().entryAt(271, 14, 1, 0).entryAt(272, 15, 1, 0);
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir().entryAt(271, 14, 1, 0).entryAt(272, 15, 1, 0))));
     EXPECT_THAT(run.messages(), SizeIs(2));
     EXPECT_FALSE(run.error());
     ASSERT_TRUE(run.output());
@@ -126,16 +122,13 @@ TEST(JpegChain, DirectoryWhoseEntriesAllFailIsDropped) {
 }
 
 TEST(JpegChain, DirectoryOfWidthAndHeightAloneIsDropped) {
-    TiffBuilder tiff;
-    tiff.image().shorts(256, {640}).shorts(257, {480});
-    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir().shorts(256, {640}).shorts(257, {480}))));
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
 }
 
 TEST(JpegChain, DirectoryOfOneUnknownTagIsKept) {
-    TiffBuilder tiff;
-    tiff.image().shorts(60'000, {1});
-    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
+    const ModuleRun run = quietRun(jpegWithExif(tiffOf(Dir().shorts(60'000, {1}))));
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"UnknownTags", "ID"}), 60'000);
 }

@@ -27,23 +27,22 @@ protected:
 };
 
 TEST_P(FieldOrder, BeginsWithTheThirtyFourDefaultNames) {
-    file.image().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(), Dir().shorts(256, {4}).shorts(257, {3}).shorts(262, {1}).shorts(259, {1})));
     EXPECT_THAT(run.dimensions({}), ElementsAre(1, 1));
     EXPECT_EQ(run.fieldNames().size(), 34U);
     EXPECT_THAT(run.fieldNames(), ElementsAreArray(joined({kGeneralNames, kBaselineNames})));
 }
 
 TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
-    file.image()
-        .bytes(65000, {1})
-        .ascii(33432, "(c)")
-        .shorts(37383, {5})
-        .ascii(305, "kiln")
-        .shorts(259, {1})
-        .ascii(270, "a pot")
-        .shorts(255, {1});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(GetParam(), Dir()
+                                                          .bytes(65000, {1})
+                                                          .ascii(33432, "(c)")
+                                                          .shorts(37383, {5})
+                                                          .ascii(305, "kiln")
+                                                          .shorts(259, {1})
+                                                          .ascii(270, "a pot")
+                                                          .shorts(255, {1})));
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined({kGeneralNames,
                                          kBaselineNames,
@@ -52,8 +51,9 @@ TEST_P(FieldOrder, GoesOnWithOtherTagsByIdAndEndsWithUnknownTags) {
 }
 
 TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
-    file.image().sub(330, file.child().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(),
+               Dir().nest(330, Dir().shorts(37383, {5}).ascii(305, "kiln").bytes(65000, {1}))));
     EXPECT_THAT(run.fieldNames({"SubIFDs"}),
                 ElementsAreArray(joined(
                     {kGeneralNames, kBaselineNames, {"Software", "MeteringMode", "UnknownTags"}})));
@@ -61,9 +61,9 @@ TEST_P(FieldOrder, IsTheSameForGenericSubDirectories) {
 
 // The check for default names looks at the format of the file, not at the kind of directory.
 TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
-    file.image().sub(34665,
-                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(),
+        Dir().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}))));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("MeteringMode"));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     // Both values are made and offered all the same, and have no place.
@@ -72,10 +72,10 @@ TEST_P(FieldOrder, LeavesTheDefaultNamesOutOfExifDirectories) {
 
 // Replaced directories are gone with all that is in them, but not with what never had a place.
 TEST_P(FieldOrder, LeavesThemOutOfExifDirectoriesThatALaterEntryReplaces) {
-    auto& exif = file.child().shorts(274, {6}).shorts(37383, {5});
-    auto& replaced = file.child().sub(34665, exif);
-    file.image().sub(330, replaced).sub(330, file.child().shorts(37383, {3}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        GetParam(), Dir()
+                        .nest(330, Dir().nest(34665, Dir().shorts(274, {6}).shorts(37383, {5})))
+                        .nest(330, Dir().shorts(37383, {3}))));
     EXPECT_FALSE(run.hasField({"SubIFDs", "DigitalCamera"}));
     EXPECT_EQ(run.number({"SubIFDs", "MeteringMode"}), 3);
     EXPECT_EQ(run.leftovers().arrays, 1U);
@@ -85,14 +85,13 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, FieldOrder, ::testing::ValuesIn(kEvery
                          encodingName);
 
 TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
-    TiffBuilder file;
-    file.image()
-        .bytes(65000, {1})
-        .ascii(305, "kiln")
-        .shorts(274, {6})
-        .sub(330, file.child().shorts(274, {6}).shorts(259, {1}))
-        .shorts(259, {6});
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir()
+                                         .bytes(65000, {1})
+                                         .ascii(305, "kiln")
+                                         .shorts(274, {6})
+                                         .nest(330, Dir().shorts(274, {6}).shorts(259, {1}))
+                                         .shorts(259, {6}))));
     EXPECT_THAT(run.fieldNames(),
                 ElementsAreArray(joined(
                     {kGeneralNames,
@@ -102,11 +101,8 @@ TEST(JpegFieldOrder, HasTheTenGeneralNamesThenAllTagsById) {
 }
 
 TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    file.addImage().ascii(305, "kiln").shorts(271, {2});
-    file.addImage().shorts(272, {3});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(
+        Dir().shorts(271, {1}), Dir().ascii(305, "kiln").shorts(271, {2}), Dir().shorts(272, {3})));
     EXPECT_THAT(run.dimensions({}), ElementsAre(3, 1));
     EXPECT_THAT(
         run.fieldNames(),
@@ -122,9 +118,9 @@ TEST(Fields, AreEmptyWhereOnlyAnotherOfThreeDirectoriesHasTheTag) {
 }
 
 TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2}));
-    for (const Bytes& bytes : {file.bytes(), jpegWithExif(file.bytes())}) {
+    const Bytes file =
+        tiffOf(Dir().nest(34665, Dir().shorts(256, {9}).shorts(37383, {5}).shorts(33434, {2})));
+    for (const Bytes& bytes : {file, jpegWithExif(file)}) {
         const ModuleRun run = quietRun(bytes);
         EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
         EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
@@ -133,10 +129,8 @@ TEST(Fields, OfExifDirectoriesAreTheirTagsWithoutFilenameWidthAndColorType) {
 }
 
 TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
-    TiffBuilder file;
-    file.image().sub(34665,
-                     file.child().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5}));
-    const ModuleRun jpeg(jpegWithExif(file.bytes()));
+    const ModuleRun jpeg(jpegWithExif(tiffOf(
+        Dir().nest(34665, Dir().shorts(274, {6}).rationals(282, {{72, 1}}).shorts(37383, {5})))));
     EXPECT_EQ(jpeg.leftovers().arrays, 0U);
     EXPECT_THAT(jpeg.fieldNames({"DigitalCamera"}),
                 ElementsAre("Orientation", "XResolution", "MeteringMode"));
@@ -144,9 +138,7 @@ TEST(JpegFieldOrder, HasTheDefaultNamesOfTiffFilesInExifDirectories) {
 }
 
 TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(274, {6}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(34665, Dir().shorts(274, {6}))));
     EXPECT_EQ(run.value({"DigitalCamera"}).className(), "struct");
     EXPECT_THAT(run.dimensions({"DigitalCamera"}), ElementsAre(1, 1));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), IsEmpty());
@@ -154,48 +146,30 @@ TEST(Fields, OfAnExifDirectoryMayAllBeMissing) {
 
 TEST(Fields, HoldTheLastOfSeveralTagsOfOneName) {
     expectShown({
-        {[](Dir& d) { d.shorts(kMake, {1}).shorts(kMake, {2}); }, "Make", "2"},
-        {[](Dir& d) { d.shorts(kModel, {3}).shorts(kModel, {}); }, "Model", "3"},
+        {Dir().shorts(kMake, {1}).shorts(kMake, {2}), "Make", "2"},
+        {Dir().shorts(kModel, {3}).shorts(kModel, {}), "Model", "3"},
     });
 }
 
 TEST(Fields, HoldBitsPerSampleAndMaxSampleValueInARowAndOtherNumbersInAColumn) {
     expectShown({
-        {[](Dir& d) {
-             d.shorts(258, {8, 8, 8});
-         },
-         "BitsPerSample", "1x3 [8 8 8]"},
-        {[](Dir& d) {
-             d.shorts(281, {255, 254, 253});
-         },
-         "MaxSampleValue", "1x3 [255 254 253]"},
-        {[](Dir& d) {
-             d.longs(273, {10, 20, 30});
-         },
-         "StripOffsets", "3x1 [10 20 30]"},
-        {[](Dir& d) {
-             d.shorts(280, {0, 1, 2});
-         },
-         "MinSampleValue", "3x1 [0 1 2]"},
+        {Dir().shorts(258, {8, 8, 8}), "BitsPerSample", "1x3 [8 8 8]"},
+        {Dir().shorts(281, {255, 254, 253}), "MaxSampleValue", "1x3 [255 254 253]"},
+        {Dir().longs(273, {10, 20, 30}), "StripOffsets", "3x1 [10 20 30]"},
+        {Dir().shorts(280, {0, 1, 2}), "MinSampleValue", "3x1 [0 1 2]"},
     });
 }
 
 TEST(Output, WithoutAnyFieldIsAnEmptyMatrix) {
-    TiffBuilder file;
-    file.image().entry(271, 0, 1, {});
-    const ModuleRun run(jpegWithExif(file.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir().entry(271, 0, 1, {}))));
     EXPECT_THAT(run.messages(), ElementsAre(noType(271)));
     EXPECT_EQ(run.output().className(), "double");
     EXPECT_THAT(run.dimensions({}), ElementsAre(0, 0));
 }
 
 TEST(Output, LeavesNothingBehind) {
-    TiffBuilder file;
-    file.image()
-        .shorts(271, {1, 2, 3})
-        .bytes(65000, {1})
-        .sub(34665, file.child().shorts(37383, {5}));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(
+        Dir().shorts(271, {1, 2, 3}).bytes(65000, {1}).nest(34665, Dir().shorts(37383, {5}))));
     EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
 }
 

@@ -9,15 +9,10 @@ namespace veltrace::test {
 
 namespace {
 
-class GeneralFields : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class GeneralFields : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(GeneralFields, AreInEveryElement) {
-    file.image().shorts(271, {1});
-    file.addImage().shorts(271, {2});
-    const Bytes bytes = file.bytes();
+    const Bytes bytes = tiffOf(GetParam(), Dir().shorts(271, {1}), Dir().shorts(271, {2}));
     const MemoryFile memory(bytes);
     memory.setModificationTime(1000000000);
     const TimeZone zone("UTC0");
@@ -35,8 +30,8 @@ TEST_P(GeneralFields, AreInEveryElement) {
 }
 
 TEST_P(GeneralFields, AreInGenericSubDirectoriesToo) {
-    file.image().sub(330, file.child().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}));
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(
+        GetParam(), Dir().nest(330, Dir().shorts(256, {7}).shorts(257, {5}).shorts(262, {2}))));
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.text({"SubIFDs", "Filename"}), memory.name());
     EXPECT_EQ(run.text({"SubIFDs", "Format"}), "tif");
@@ -71,9 +66,7 @@ TEST(FormatSignature, OfABigEndianBigTiffFileHasItsVersionSwapped) {
 }
 
 TEST(JpegFile, IsJpgWithAnEmptySignatureAndNoByteOrder) {
-    TiffBuilder file(Order::big);
-    file.image().shorts(271, {1});
-    const MemoryFile memory(jpegWithExif(file.bytes()));
+    const MemoryFile memory(jpegWithExif(tiffOf({Order::big}, Dir().shorts(271, {1}))));
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.text({"Filename"}), memory.name());
     EXPECT_EQ(run.text({"Format"}), "jpg");
@@ -86,9 +79,7 @@ TEST(JpegFile, IsJpgWithAnEmptySignatureAndNoByteOrder) {
 }
 
 Bytes smallFile() {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    return file.bytes();
+    return tiffOf(Dir().shorts(271, {1}));
 }
 
 TEST(FileSize, MayNeedMoreThan32Bits) {

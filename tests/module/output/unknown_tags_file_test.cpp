@@ -5,14 +5,11 @@ namespace veltrace::test {
 
 namespace {
 
-class UnknownTags : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class UnknownTags : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(UnknownTags, AreListedInEntryOrderWithTheirIdsPlacesAndValues) {
-    file.image().longs(65001, {7, 8, 9}).bytes(65000, {1}).ascii(2, "pot");
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(), Dir().longs(65001, {7, 8, 9}).bytes(65000, {1}).ascii(2, "pot")));
     EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(3, 1));
     EXPECT_THAT(run.fieldNames({"UnknownTags"}), ElementsAre("ID", "Offset", "Value"));
     const bool big = GetParam().flavour == Flavour::big;
@@ -33,37 +30,28 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, UnknownTags, ::testing::ValuesIn(kEver
                          encodingName);
 
 TEST(UnknownTag, OfOneDirectoryLeavesTheFieldOfOthersEmpty) {
-    TiffBuilder file;
-    file.image().shorts(271, {1});
-    file.addImage().shorts(65000, {2});
-    file.addImage().shorts(271, {3});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().shorts(271, {1}), Dir().shorts(65000, {2}), Dir().shorts(271, {3})));
     EXPECT_FALSE(run.value({"UnknownTags"}, 0));
     EXPECT_THAT(run.dimensions({"UnknownTags"}, 1), ElementsAre(1, 1));
     EXPECT_FALSE(run.value({"UnknownTags"}, 2));
 }
 
 TEST(UnknownTag, AloneMakesAFieldOfASubDirectory) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(65000, {2}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(34665, Dir().shorts(65000, {2}))));
     EXPECT_THAT(run.fieldNames({"DigitalCamera"}), ElementsAre("UnknownTags"));
     EXPECT_EQ(run.number({"DigitalCamera", "UnknownTags", "Value"}), 2);
 }
 
 TEST(UnknownTag, MayHaveTheSameIdAsAnother) {
-    TiffBuilder file;
-    file.image().shorts(65000, {2}).shorts(65000, {3});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().shorts(65000, {2}).shorts(65000, {3})));
     EXPECT_THAT(run.dimensions({"UnknownTags"}), ElementsAre(2, 1));
     EXPECT_THAT(run.value({"UnknownTags"}).field(1, "Value").numbers(), ElementsAre(3));
 }
 
 TEST(UnknownTag, WithoutAValueIsListedWithAWarning) {
     for (const std::uint16_t type : {std::uint16_t{2}, std::uint16_t{3}, std::uint16_t{5}}) {
-        TiffBuilder file;
-        file.image().entryAt(65000, type, 0, 77);
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(tiffOf(Dir().entryAt(65000, type, 0, 77)));
         EXPECT_THAT(run.messages(), ElementsAre(noPayload(65000)));
         EXPECT_EQ(run.number({"UnknownTags", "ID"}), 65000);
         EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 0);
@@ -80,22 +68,20 @@ zephra::Message unrecognizedState(const char* tag) {
 
 // Known tags are reported before unknown ones, and a sub-directory is the value of a known tag.
 TEST(UnknownTag, WithoutAValueIsReportedAfterTheReadAndAfterSubDirectories) {
-    TiffBuilder file;
-    file.image()
-        .entryAt(65000, 3, 0, 0)
-        .entryAt(65001, 3, 0, 0)
-        .sub(34665, file.child().entryAt(65002, 3, 0, 0))
-        .entry(271, 0, 1, {});
-    file.addImage().entryAt(65003, 3, 0, 0);
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir()
+                                     .entryAt(65000, 3, 0, 0)
+                                     .entryAt(65001, 3, 0, 0)
+                                     .nest(34665, Dir().entryAt(65002, 3, 0, 0))
+                                     .entry(271, 0, 1, {}),
+                                 Dir().entryAt(65003, 3, 0, 0)))
+                    .messages(),
                 ElementsAre(noType(271), unrecognizedState("65002"), unrecognizedState("65000"),
                             unrecognizedState("65001"), unrecognizedState("65003")));
 }
 
 TEST(UnknownTag, OfTheIdOfWidthOrHeightIsNotListed) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().shorts(256, {9}).shorts(257, {9}).shorts(258, {1, 2, 3}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(Dir().nest(34853, Dir().shorts(256, {9}).shorts(257, {9}).shorts(258, {1, 2, 3}))));
     EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("UnknownTags"));
     EXPECT_EQ(run.number({"GPSInfo", "UnknownTags", "ID"}), 258);
     EXPECT_THAT(run.dimensions({"GPSInfo", "UnknownTags", "Value"}), ElementsAre(3, 1));

@@ -1,7 +1,6 @@
 // Entries that cannot be decoded. Each failure is a warning and costs that entry alone.
-#include <locale>
-
 #include "support/file_test.h"
+#include "support/grouping_locale.h"
 
 namespace veltrace::test {
 
@@ -13,8 +12,8 @@ protected:
 };
 
 TEST_P(EntryErrors, CostTheirEntryAlone) {
-    file.image().shorts(kMake, {1}).entry(kModel, 0, 1, {}).shorts(305, {3});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(GetParam(), Dir().shorts(kMake, {1}).entry(kModel, 0, 1, {}).shorts(305, {3})));
     EXPECT_THAT(run.messages(), ElementsAre(noType(272)));
     EXPECT_EQ(run.number({"Make"}), 1);
     EXPECT_FALSE(run.hasField({"Model"}));
@@ -22,42 +21,42 @@ TEST_P(EntryErrors, CostTheirEntryAlone) {
 }
 
 TEST_P(EntryErrors, AreNoTypeForCodeZeroBadFormatFor14And16AndUnrecognizedIfdFor13) {
-    file.image()
-        .entry(kMake, 0, 1, {})
-        .entry(kMake, 14, 1, {})
-        .entry(kMake, 16, 1, {})
-        .entry(kMake, 13, 1, {});
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(GetParam(), Dir()
+                                                 .entry(kMake, 0, 1, {})
+                                                 .entry(kMake, 14, 1, {})
+                                                 .entry(kMake, 16, 1, {})
+                                                 .entry(kMake, 13, 1, {})))
+                    .messages(),
                 ElementsAre(noType(271), badType(271, 14), badType(271, 16), ifdType(271)));
 }
 
 TEST_P(EntryErrors, NameTheInvalidType) {
     for (const std::uint16_t type :
          std::vector<std::uint16_t>{14, 15, 16, 17, 18, 255, 256, 32768, 65535}) {
-        TiffBuilder one(GetParam().order, GetParam().flavour);
-        one.image().entry(kMake, type, 1, {});
-        EXPECT_THAT(ModuleRun(one.bytes()).messages(), ElementsAre(badType(271, type)));
+        EXPECT_THAT(ModuleRun(tiffOf(GetParam(), Dir().entry(kMake, type, 1, {}))).messages(),
+                    ElementsAre(badType(271, type)));
     }
 }
 
 TEST_P(EntryErrors, RefuseTheIfdTypeForTagsThatPointNowhere) {
-    file.image().entry(kMake, 13, 1, {1, 0, 0, 0}).entry(65000, 13, 0, {});
     const auto refusal = [](const char* text) {
         return message("ZEPHRA:veltrace:TiffTag:unrecognizedIfd", text);
     };
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(GetParam(),
+                                 Dir().entry(kMake, 13, 1, {1, 0, 0, 0}).entry(65000, 13, 0, {})))
+                    .messages(),
                 ElementsAre(refusal("Tag 271 has an unrecognized TIFF_IFD data format.\n"),
                             refusal("Tag 65000 has an unrecognized TIFF_IFD data format.\n")));
 }
 
 TEST_P(EntryErrors, OfMissingValuesCostTheirEntriesAlone) {
-    file.image()
-        .shorts(274, {6})
-        .entryAt(kMake, 12, 2, 5000)
-        .entryAt(65000, 12, 2, 6000)
-        .shorts(305, {3});
-    file.addImage().shorts(274, {8});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(GetParam(),
+                               Dir()
+                                   .shorts(274, {6})
+                                   .entryAt(kMake, 12, 2, 5000)
+                                   .entryAt(65000, 12, 2, 6000)
+                                   .shorts(305, {3}),
+                               Dir().shorts(274, {8})));
     EXPECT_THAT(run.warnings(),
                 ElementsAre(unreadableValue("Make", 5000), unreadableValue(65000, 6000)));
     EXPECT_FALSE(run.error());
@@ -72,68 +71,47 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, EntryErrors, ::testing::ValuesIn(kEver
                          encodingName);
 
 TEST(EntryError, OfAPointerTagIsTheSameAsOfAnyTag) {
-    TiffBuilder file;
-    file.image().entry(34665, 0, 1, {}).entry(34853, 14, 1, {});
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(), ElementsAre(noType(34665), badType(34853, 14)));
+    EXPECT_THAT(ModuleRun(tiffOf(Dir().entry(34665, 0, 1, {}).entry(34853, 14, 1, {}))).messages(),
+                ElementsAre(noType(34665), badType(34853, 14)));
 }
 
 TEST(UnreadableValue, IsReportedWithItsTagAndItsPosition) {
     expectShown({
-        {[](Dir& d) { d.entryAt(kMake, 5, 3, 5000); },
-         "Make",
-         "no field",
-         {unreadableValue("Make", 5000)}},
-        {[](Dir& d) { d.entryAt(65000, 5, 3, 5000); },
+        {Dir().entryAt(kMake, 5, 3, 5000), "Make", "no field", {unreadableValue("Make", 5000)}},
+        {Dir().entryAt(65000, 5, 3, 5000),
          "UnknownTags",
          "no field",
          {unreadableValue(65000, 5000)}},
-        {[](Dir& d) { d.entryAt(kMake, 5, 3, 4294967295); },
+        {Dir().entryAt(kMake, 5, 3, 4294967295),
          "Make",
          "no field",
          {unreadableValue("Make", 4294967295)}},
         // before its type is refused
-        {[](Dir& d) { d.entryAt(kMake, 13, 3, 5000); },
-         "Make",
-         "no field",
-         {unreadableValue("Make", 5000)}},
+        {Dir().entryAt(kMake, 13, 3, 5000), "Make", "no field", {unreadableValue("Make", 5000)}},
     });
 }
 
 TEST(UnreadableValue, HasItsPositionInTheWholeJpegFile) {
-    TiffBuilder file;
-    file.image().entryAt(kMake, 3, 3, 5000);
-    EXPECT_THAT(ModuleRun(jpegWithExif(file.bytes())).messages(),
+    EXPECT_THAT(ModuleRun(jpegWithExif(tiffOf(Dir().entryAt(kMake, 3, 3, 5000)))).messages(),
                 ElementsAre(unreadableValue("Make", 5012)));
 }
 
 TEST(UnreadableValue, IsOneThatMissesItsLastByte) {
-    TiffBuilder file;
-    file.image().rationals(kMake, {{1, 2}, {3, 4}});
-    Bytes bytes = file.bytes();
+    Bytes bytes = tiffOf(Dir().rationals(kMake, {{1, 2}, {3, 4}}));
     EXPECT_THAT(ModuleRun(bytes).numbers({"Make"}), ElementsAre(0.5, 0.75));
     bytes.pop_back();
     EXPECT_THAT(ModuleRun(bytes).messages(), ElementsAre(unreadableValue("Make", 26)));
 }
 
 TEST(UnreadableValue, UsesTheNamesOfItsOwnDirectory) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().shorts(0, {1}).entryAt(2, 5, 3, 9000));
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir().nest(34853, Dir().shorts(0, {1}).entryAt(2, 5, 3, 9000))))
+                    .messages(),
                 ElementsAre(unreadableValue("GPSLatitude", 9000)));
 }
 
-struct GroupedThousands : std::numpunct<char> {
-    [[nodiscard]] char do_thousands_sep() const override { return '.'; }
-    [[nodiscard]] std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(UnreadableValue, HasNoDigitGroupingWhateverTheLocale) {
-    TiffBuilder file;
-    file.image().entryAt(65000, 3, 3, 123456789);
-    const std::locale before =
-        std::locale::global(std::locale(std::locale::classic(), new GroupedThousands));
-    const ModuleRun run(file.bytes());
-    std::locale::global(before);
+    const GlobalGroupingLocale locale;
+    const ModuleRun run(tiffOf(Dir().entryAt(65000, 3, 3, 123456789)));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableValue(65000, 123456789)));
 }
 
@@ -150,18 +128,16 @@ zephra::Settings refusingTheFirstValue() {
 }
 
 TEST(RefusedBlock, CostsItsEntryAlone) {
-    TiffBuilder file;
-    file.image().shorts(kMake, {1, 2}).shorts(kModel, {3});
-    const ModuleRun run(file.bytes(), refusingTheFirstValue());
+    const ModuleRun run(tiffOf(Dir().shorts(kMake, {1, 2}).shorts(kModel, {3})),
+                        refusingTheFirstValue());
     EXPECT_THAT(run.messages(), ElementsAre(refusedBlock("4", "271")));
     EXPECT_FALSE(run.hasField({"Make"}));
     EXPECT_EQ(run.number({"Model"}), 3);
 }
 
 TEST(RefusedBlock, OfNoBytesIsNoFailure) {
-    TiffBuilder file;
-    file.image().shorts(kMake, {}).shorts(kModel, {3});
-    const ModuleRun run = quietRun(file.bytes(), refusingTheFirstValue());
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().shorts(kMake, {}).shorts(kModel, {3})), refusingTheFirstValue());
     EXPECT_TRUE(run.hasField({"Make"}));
     EXPECT_EQ(run.number({"Model"}), 3);
 }
@@ -169,36 +145,32 @@ TEST(RefusedBlock, OfNoBytesIsNoFailure) {
 TEST(RefusedBlock, IsReportedBeforeAnUnreadableValue) {
     zephra::Settings settings = strictHost();
     settings.largestBlock = 1000;
-    TiffBuilder file;
-    file.image().entryAt(kMake, 4, 251, 5000).shorts(kModel, {3});
-    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir().entryAt(kMake, 4, 251, 5000).shorts(kModel, {3})), settings)
+                    .messages(),
                 ElementsAre(refusedBlock("1004", "271")));
 }
 
 // A Compression of 1000 codes is reported as one word, so no array is larger than the block.
 TEST(RefusedBlock, HasExactlyTheBytesOfTheValue) {
-    TiffBuilder file;
-    file.image().bytes(259, std::vector<std::uint8_t>(1000, 5));
+    const Bytes file = tiffOf(Dir().bytes(259, std::vector<std::uint8_t>(1000, 5)));
     zephra::Settings settings = strictHost();
     settings.largestBlock = 1000;
-    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(), IsEmpty());
+    EXPECT_THAT(ModuleRun(file, settings).messages(), IsEmpty());
     settings.largestBlock = 999;
-    EXPECT_THAT(ModuleRun(file.bytes(), settings).messages(),
-                ElementsAre(refusedBlock("1000", "259")));
+    EXPECT_THAT(ModuleRun(file, settings).messages(), ElementsAre(refusedBlock("1000", "259")));
 }
 
 TEST(RefusedBlock, IsForPointerTagsToo) {
-    TiffBuilder file;
-    file.image().entryAt(34665, 4, 0x3FFFFFFF, 26).shorts(kModel, {3});
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
-                ElementsAre(refusedBlock("4294967292", "34665")));
+    EXPECT_THAT(
+        ModuleRun(tiffOf(Dir().entryAt(34665, 4, 0x3FFFFFFF, 26).shorts(kModel, {3}))).messages(),
+        ElementsAre(refusedBlock("4294967292", "34665")));
 }
 
 // Its size is not zero, although the block that is asked for is empty.
 TEST(RefusedBlock, OfAPointerTagIsReportedWithItsWholeSize) {
-    TiffBuilder file;
-    file.image().entryAt(34665, 4, 0x40000000, 26).shorts(kModel, {3});
-    EXPECT_THAT(ModuleRun(file.bytes(), refusingTheFirstValue()).messages(),
+    EXPECT_THAT(ModuleRun(tiffOf(Dir().entryAt(34665, 4, 0x40000000, 26).shorts(kModel, {3})),
+                          refusingTheFirstValue())
+                    .messages(),
                 ElementsAre(refusedBlock("4294967296", "34665")));
 }
 
@@ -217,9 +189,8 @@ constexpr HugeValue kHugeValues[] = {
 TEST(HugeValue, IsRefusedWithItsWholeSizeWhateverTheHostGrants) {
     for (const HugeValue& huge : kHugeValues) {
         SCOPED_TRACE(huge.bytes);
-        TiffBuilder file;
-        file.image().entryAt(kMake, huge.type, huge.count, 8).shorts(kModel, {3});
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(
+            tiffOf(Dir().entryAt(kMake, huge.type, huge.count, 8).shorts(kModel, {3})));
         EXPECT_THAT(run.messages(), ElementsAre(refusedBlock(huge.bytes, "271")));
         EXPECT_EQ(run.number({"Model"}), 3);
         EXPECT_EQ(run.leftovers(), zephra::Leftovers{});

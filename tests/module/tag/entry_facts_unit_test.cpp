@@ -25,9 +25,7 @@ TEST(EntryFacts, OfAFallbackTagAreZero) {
 }
 
 TEST(EntryFacts, LowWordOfAnOffsetHas32Bits) {
-    TiffBuilder file;
-    file.image().entryAt(37510, 1, 5, 3'000'000'000);
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().entryAt(37510, 1, 5, 3'000'000'000)));
     memory.put(3'000'000'000, bytesOf("ember"));
     inQuietCall([&] {
         ClassicTiffTagFile reader(memory.name().c_str());

@@ -39,9 +39,7 @@ TEST(Interpretation, SkipsTagsOfGpsAndInteroperabilityDirectories) {
 
 TEST(Interpretation, KeepsTheNumbersOfAWord) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(290, {0, 8});
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().shorts(290, {0, 8})));
         EXPECT_EQ(one.tag().outputText(), "Unknown");
         EXPECT_THAT(one.tag().outputValues(), ElementsAre(0, 8));
     });
@@ -49,9 +47,7 @@ TEST(Interpretation, KeepsTheNumbersOfAWord) {
 
 TEST(Interpretation, KeepsTheRawValuesOfReplacedNumbers) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(290, {3, 4});
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().shorts(290, {3, 4})));
         EXPECT_THAT(one.tag().rawValues(), ElementsAre(3, 4));
         EXPECT_THAT(one.tag().outputValues(), ElementsAre(0.001, 4));
         EXPECT_THAT(one.tag().outputText(), IsEmpty());
@@ -63,9 +59,7 @@ TEST(Interpretation, ReportsWordsAndTextsInPlaceOfNumbers) {
     inQuietCall([] {
         TiffTag tag(259, IfdId::image);
         EXPECT_EQ(zephra::Value(tag.outputValue()).text(), "Uncompressed");
-        TiffBuilder file;
-        file.image().rawAscii(259, "text");
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().rawAscii(259, "text")));
         TiffTag text = one.tag();
         EXPECT_EQ(zephra::Value(text.outputValue()).text(), "text");
     });
@@ -73,9 +67,7 @@ TEST(Interpretation, ReportsWordsAndTextsInPlaceOfNumbers) {
 
 TEST(Nesting, ReportsAnImpossibleKindOfDirectoryInTwoSentences) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().sub(34665, file.child().shorts(37383, {5}));
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}))));
         TiffTag tag = one.tag();
         TiffTagPeer::setIfdId(tag, IfdId{4});
         EXPECT_EQ(recoverableErrorOf([&] { TiffTagPeer::checkNesting(tag); }),
@@ -88,9 +80,7 @@ TEST(Nesting, ReportsAnImpossibleKindOfDirectoryInTwoSentences) {
 // The stored values stay scaled, so a second output scales them again.
 TEST(Colormap, IsScaledInPlace) {
     inQuietCall([] {
-        TiffBuilder file;
-        file.image().shorts(320, {65535, 0, 13107});
-        const OneTag one(file.bytes());
+        const OneTag one(tiffOf(Dir().shorts(320, {65535, 0, 13107})));
         TiffTag tag = one.tag();
         EXPECT_NE(tag.outputValue(), nullptr);
         EXPECT_THAT(tag.outputValues(), ElementsAre(1, 0, 0.2));

@@ -21,9 +21,7 @@ TEST(LargestValue, IsReadIntoTheHostsMemory) {
     }
     zephra::Settings settings = strictHost();
     settings.largestBlock = kLargestSize;
-    TiffBuilder file;
-    file.image().entryAt(271, 1, kLargestSize, 8);
-    const ModuleRun run(file.bytes(), settings);
+    const ModuleRun run(tiffOf(Dir().entryAt(271, 1, kLargestSize, 8)), settings);
     EXPECT_THAT(run.messages(), testing::ElementsAre(unreadableValue("Make", 8)));
 }
 

@@ -18,38 +18,21 @@ const zephra::Message kSignedWarning = divisionByZero("signedRational", "Make");
 
 TEST(Rational, IsAQuotientOfUnsignedNumbers) {
     expectShown({
-        {[](Dir& d) {
-             d.rationals(kMake, {{4294967295, 1}});
-         },
-         "Make", "4294967295"},
-        {[](Dir& d) {
-             d.rationals(kMake, {{4294967295, 4294967295}, {1, 4294967295}});
-         },
-         "Make", "2x1 [1 2.3283064370807974e-10]"},
-        {[](Dir& d) {
-             d.rationals(kMake, {{3, 4294967295}});
-         },
-         "Make", "6.984919311242392e-10"},
+        {Dir().rationals(kMake, {{4294967295, 1}}), "Make", "4294967295"},
+        {Dir().rationals(kMake, {{4294967295, 4294967295}, {1, 4294967295}}), "Make",
+         "2x1 [1 2.3283064370807974e-10]"},
+        {Dir().rationals(kMake, {{3, 4294967295}}), "Make", "6.984919311242392e-10"},
     });
 }
 
 TEST(Rational, IsNaNWithOneWarningForATagWhereADenominatorIsZero) {
     expectShown({
-        {[](Dir& d) {
-             d.rationals(kMake, {{1, 0}, {3, 2}});
-         },
-         "Make",
-         "2x1 [nan 1.5]",
-         {kWarning}},
-        {[](Dir& d) {
-             d.rationals(kMake, {{1, 0}, {0, 0}, {0, 7}, {4294967295, 0}});
-         },
+        {Dir().rationals(kMake, {{1, 0}, {3, 2}}), "Make", "2x1 [nan 1.5]", {kWarning}},
+        {Dir().rationals(kMake, {{1, 0}, {0, 0}, {0, 7}, {4294967295, 0}}),
          "Make",
          "4x1 [nan nan 0 nan]",
          {kWarning}},
-        {[](Dir& d) {
-             d.rationals(272, {{1, 0}}).rationals(kMake, {{2, 0}});
-         },
+        {Dir().rationals(272, {{1, 0}}).rationals(kMake, {{2, 0}}),
          "Model Make",
          "nan; nan",
          {divisionByZero("rational", "Model"), kWarning}},
@@ -58,9 +41,7 @@ TEST(Rational, IsNaNWithOneWarningForATagWhereADenominatorIsZero) {
 
 TEST(Rational, WarnsWithAnEmptyNameForAnUnknownTag) {
     expectShown({
-        {[](Dir& d) {
-             d.rationals(65000, {{1, 0}}).signedRationals(65001, {{1, 0}});
-         },
+        {Dir().rationals(65000, {{1, 0}}).signedRationals(65001, {{1, 0}}),
          "UnknownTags",
          "2x1 struct",
          {divisionByZero("rational", ""), divisionByZero("signedRational", "")}},
@@ -68,12 +49,10 @@ TEST(Rational, WarnsWithAnEmptyNameForAnUnknownTag) {
 }
 
 TEST(Rational, IsComputedInEveryKindOfDirectory) {
-    TiffBuilder file;
-    file.image()
-        .sub(34665, file.child().rationals(33434, {{1, 0}, {1, 2}}))
-        .sub(34853, file.child().rationals(2, {{1, 0}, {1, 4}}))
-        .sub(40965, file.child().signedRationals(4097, {{1, 0}, {-1, 8}}));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir()
+                                   .nest(34665, Dir().rationals(33434, {{1, 0}, {1, 2}}))
+                                   .nest(34853, Dir().rationals(2, {{1, 0}, {1, 4}}))
+                                   .nest(40965, Dir().signedRationals(4097, {{1, 0}, {-1, 8}}))));
     EXPECT_THAT(run.messages(), ElementsAre(divisionByZero("rational", "ExposureTime"),
                                             divisionByZero("rational", "GPSLatitude"),
                                             divisionByZero("signedRational", "RelatedImageWidth")));
@@ -84,26 +63,16 @@ TEST(Rational, IsComputedInEveryKindOfDirectory) {
 
 TEST(SignedRational, KeepsItsSignSoMinusOneOverTwoIsMinusOneHalf) {
     expectShown({
-        {[](Dir& d) {
-             d.signedRationals(kMake, {{-1, 2}, {1, -2}, {-1, -2}});
-         },
-         "Make", "3x1 [-0.5 -0.5 0.5]"},
-        {[](Dir& d) {
-             d.signedRationals(kMake, {{kLowest, -1}, {kLowest, 1}, {1, kLowest}});
-         },
-         "Make", "3x1 [2147483648 -2147483648 -4.656612873077393e-10]"},
-        {[](Dir& d) {
-             d.signedRationals(kMake, {{0, 5}, {0, -5}});
-         },
-         "Make", "2x1 [0 -0]"},
+        {Dir().signedRationals(kMake, {{-1, 2}, {1, -2}, {-1, -2}}), "Make", "3x1 [-0.5 -0.5 0.5]"},
+        {Dir().signedRationals(kMake, {{kLowest, -1}, {kLowest, 1}, {1, kLowest}}), "Make",
+         "3x1 [2147483648 -2147483648 -4.656612873077393e-10]"},
+        {Dir().signedRationals(kMake, {{0, 5}, {0, -5}}), "Make", "2x1 [0 -0]"},
     });
 }
 
 TEST(SignedRational, IsNaNWithItsOwnWarningWhereTheDenominatorIsZeroAsInZeroOverZero) {
     expectShown({
-        {[](Dir& d) {
-             d.signedRationals(kMake, {{0, 0}, {-1, 0}, {1, 4}});
-         },
+        {Dir().signedRationals(kMake, {{0, 0}, {-1, 0}, {1, 4}}),
          "Make",
          "3x1 [nan nan 0.25]",
          {kSignedWarning}},

@@ -5,18 +5,14 @@ namespace veltrace::test {
 
 namespace {
 
-class SubDirectories : public ::testing::TestWithParam<Encoding> {
-protected:
-    TiffBuilder file{GetParam().order, GetParam().flavour};
-};
+class SubDirectories : public ::testing::TestWithParam<Encoding> {};
 
 TEST_P(SubDirectories, NestUnderTheirPointers) {
-    file.image()
-        .sub(330, file.child().longs(271, {1, 2, 3}))
-        .sub(34665, file.child().shorts(37383, {5}))
-        .sub(34853, file.child().bytes(0, {2, 2, 0, 0}))
-        .sub(40965, file.child().longs(4097, {640}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(GetParam(), Dir()
+                                                          .nest(330, Dir().longs(271, {1, 2, 3}))
+                                                          .nest(34665, Dir().shorts(37383, {5}))
+                                                          .nest(34853, Dir().bytes(0, {2, 2, 0, 0}))
+                                                          .nest(40965, Dir().longs(4097, {640}))));
     EXPECT_THAT(run.numbers({"SubIFDs", "Make"}), ElementsAre(1, 2, 3));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 2, 0, 0));
@@ -24,9 +20,9 @@ TEST_P(SubDirectories, NestUnderTheirPointers) {
 }
 
 TEST_P(SubDirectories, LeaveTheRestOfTheirDirectoryReadable) {
-    file.image().sub(34665, file.child().shorts(37383, {5})).longs(271, {7, 8, 9});
-    file.addImage().shorts(271, {6});
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(
+        tiffOf(GetParam(), Dir().nest(34665, Dir().shorts(37383, {5})).longs(271, {7, 8, 9}),
+               Dir().shorts(271, {6})));
     EXPECT_EQ(run.number({"DigitalCamera", "MeteringMode"}), 5);
     EXPECT_THAT(run.numbers({"Make"}), ElementsAre(7, 8, 9));
     EXPECT_EQ(run.number({"Make"}, 1), 6);
@@ -73,34 +69,29 @@ TEST(SubDirectory, IsReadOnceWhateverTheCountOfItsPointer) {
 
 // Two offsets are a list elsewhere in the file, and the list is taken for a directory.
 TEST(SubDirectory, OfTwoOffsetsBeginsAtTheirList) {
-    TiffBuilder file;
-    file.image().longs(330, {0x02BC0000, 34});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().longs(330, {0x02BC0000, 34})));
     EXPECT_THAT(run.messages(), ElementsAre(zeroEntries(26)));
 }
 
 TEST(SubDirectory, OfTwoOffsetsIsReadFromTheirListAsIfItWereADirectory) {
     const Bytes listThatIsADirectory{1, 0, 0x0F, 1, 3, 0, 1, 0, 0, 0, 77, 0, 0, 0, 0, 0, 0, 0};
-    TiffBuilder file;
-    file.image().entryAt(330, 4, 2, kFirstChild);
-    const ModuleRun run = quietRun(file.bytes() + listThatIsADirectory);
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().entryAt(330, 4, 2, kFirstChild)) + listThatIsADirectory);
     EXPECT_EQ(run.number({"SubIFDs", "Make"}), 77);
 }
 
 // The offset of a published BigTIFF pointer is where entries of this layout have their value, so
 // the pointer leads to the header of the file, whose first bytes count more entries than there are.
 TEST(SubDirectory, OfAPublishedBigTiffPointerIsTheHeader) {
-    TiffBuilder file(Order::little, Flavour::big);
-    file.image().entry(34665, 4, 1, {52, 0, 0, 0}).shorts(271, {7});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf({Order::little, Flavour::big},
+                               Dir().entry(34665, 4, 1, {52, 0, 0, 0}).shorts(271, {7})));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableTable("the Exif sub IFD table")));
     EXPECT_EQ(run.number({"Make"}), 7);
 }
 
 TEST(SubDirectory, CountsItsPositionFromTheHeaderInsideAJpegFile) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().longs(271, {1, 2, 3}));
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run =
+        quietRun(jpegWithExif(tiffOf(Dir().nest(34665, Dir().longs(271, {1, 2, 3})))));
     EXPECT_THAT(run.numbers({"DigitalCamera", "Make"}), ElementsAre(1, 2, 3));
 }
 
@@ -151,11 +142,12 @@ TEST(Nesting, OfAnyPointerIsForbiddenInsideInteroperabilityDirectories) {
 
 // Its warnings and errors stay untold.
 TEST(Nesting, IsForbiddenBeforeTheSubDirectoryIsRead) {
-    TiffBuilder file;
-    file.image().sub(
-        34853, file.child().sub(34665, file.child().entry(271, 0, 1, {})).entryAt(330, 4, 1, 5000));
-    EXPECT_THAT(ModuleRun(file.bytes()).messages(),
-                ElementsAre(gpsNesting("34665"), gpsNesting("330")));
+    EXPECT_THAT(
+        ModuleRun(
+            tiffOf(Dir().nest(
+                34853, Dir().nest(34665, Dir().entry(271, 0, 1, {})).entryAt(330, 4, 1, 5000))))
+            .messages(),
+        ElementsAre(gpsNesting("34665"), gpsNesting("330")));
 }
 
 TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectories) {
@@ -173,9 +165,7 @@ TEST(Nesting, OfAGenericOrAnyOtherPointerIsAllowedInsideExifAndGenericDirectorie
 }
 
 TEST(Nesting, OfAGpsDirectoryThatHoldsNothingElseLeavesAnEmptyMatrix) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().sub(34665, file.child().shorts(37383, {5})));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().nest(34853, Dir().nest(34665, Dir().shorts(37383, {5})))));
     EXPECT_THAT(run.messages(), ElementsAre(gpsNesting("34665")));
     EXPECT_EQ(run.value({"GPSInfo"}).className(), "double");
     EXPECT_THAT(run.dimensions({"GPSInfo"}), ElementsAre(0, 0));

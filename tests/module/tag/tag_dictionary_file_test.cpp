@@ -88,38 +88,33 @@ TEST(TagNames, AreMissingForTheGapsBetweenBaselineTags) {
 }
 
 TEST(TagNames, LeaveTagZeroUnknownOutsideGpsDirectories) {
-    TiffBuilder file;
-    file.image()
-        .bytes(0, {2})
-        .sub(34665, file.child().bytes(0, {3}))
-        .sub(34853, file.child().bytes(0, {2, 3, 0, 0}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir()
+                                              .bytes(0, {2})
+                                              .nest(34665, Dir().bytes(0, {3}))
+                                              .nest(34853, Dir().bytes(0, {2, 3, 0, 0}))));
     EXPECT_EQ(run.number({"UnknownTags", "ID"}), 0);
     EXPECT_EQ(run.number({"DigitalCamera", "UnknownTags", "ID"}), 0);
     EXPECT_THAT(run.numbers({"GPSInfo", "GPSVersionID"}), ElementsAre(2, 3, 0, 0));
 }
 
 TEST(TagNames, EndAtThirtySoThatTag31IsUnknownInGpsDirectories) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().shorts(30, {1}).shorts(31, {2}));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run =
+        quietRun(tiffOf(Dir().nest(34853, Dir().shorts(30, {1}).shorts(31, {2}))));
     EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSDifferential", "UnknownTags"));
     EXPECT_EQ(run.number({"GPSInfo", "UnknownTags", "ID"}), 31);
 }
 
 TEST(TagNames, TellOneIdApartInGpsAndInteroperabilityDirectories) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().ascii(1, "N")).sub(40965, file.child().ascii(1, "R98"));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(Dir().nest(34853, Dir().ascii(1, "N")).nest(40965, Dir().ascii(1, "R98"))));
     EXPECT_THAT(run.fieldNames({"GPSInfo"}), ElementsAre("GPSLatitudeRef"));
     EXPECT_THAT(run.fieldNames({"InteroperabilityIFD"}), ElementsAre("InteroperabilityIndex"));
 }
 
 // The width of a directory is not a field of its own there, so a failing entry shows its name.
 TEST(TagNames, CallTag256WidthInAnExifDirectoryToo) {
-    TiffBuilder file;
-    file.image().sub(34665, file.child().shorts(37383, {5}).entryAt(256, 4, 2, 4096));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(Dir().nest(34665, Dir().shorts(37383, {5}).entryAt(256, 4, 2, 4096))));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableValue("Width", 4096)));
 }
 

@@ -21,80 +21,37 @@ namespace {
 
 using ::testing::IsEmpty;
 
-void expectExactly(IfdId ifdId, std::span<const NameRow> rows) {
+struct DirectoryNames {
+    IfdId ifdId;
+    std::span<const NameRow> rows;
+    std::size_t count;
+};
+
+class TagDictionaryOf : public ::testing::TestWithParam<DirectoryNames> {};
+
+INSTANTIATE_TEST_SUITE_P(Directories, TagDictionaryOf,
+                         ::testing::Values(DirectoryNames{IfdId::image, kMainRows, 272},
+                                           DirectoryNames{IfdId::exif, kMainRows, 272},
+                                           DirectoryNames{IfdId::gps, kGpsRows, 31},
+                                           DirectoryNames{IfdId::interoperability,
+                                                          kInteroperabilityRows, 5}));
+
+TEST_P(TagDictionaryOf, NamesExactlyTheListedTags) {
     std::map<std::uint32_t, std::string_view> names;
-    for (const auto& [id, name] : rows) {
+    for (const auto& [id, name] : GetParam().rows) {
         names[id] = name;
     }
+    EXPECT_EQ(names.size(), GetParam().count);
     for (std::uint32_t id = 0; id <= 65535; ++id) {
-        EXPECT_EQ(tagNameFor(ifdId, static_cast<std::uint16_t>(id)), names[id]) << "tag " << id;
+        EXPECT_EQ(tagNameFor(GetParam().ifdId, static_cast<std::uint16_t>(id)), names[id])
+            << "tag " << id;
     }
-}
-
-TEST(TagDictionary, NamesExactlyTheListedTagsOfAnImageDirectory) {
-    static_assert(std::size(kMainRows) == 272);
-    expectExactly(IfdId::image, kMainRows);
-}
-
-TEST(TagDictionary, UsesOneTableForImageAndExifDirectories) {
-    expectExactly(IfdId::exif, kMainRows);
-}
-
-TEST(TagDictionary, NamesExactlyTheListedTagsOfAGpsDirectory) {
-    static_assert(std::size(kGpsRows) == 31);
-    expectExactly(IfdId::gps, kGpsRows);
-}
-
-TEST(TagDictionary, NamesExactlyTheListedTagsOfAnInteroperabilityDirectory) {
-    static_assert(std::size(kInteroperabilityRows) == 5);
-    expectExactly(IfdId::interoperability, kInteroperabilityRows);
 }
 
 TEST(TagDictionary, EndsEveryNameWithANul) {
     for (const auto& [id, name] : kMainRows) {
         const std::string_view found = tagNameFor(IfdId::image, id);
         EXPECT_EQ(found.data()[found.size()], '\0') << name;
-    }
-}
-
-TEST(TagDictionary, NamesTag1ByItsDirectory) {
-    EXPECT_EQ(tagNameFor(IfdId::image, 1), "");
-    EXPECT_EQ(tagNameFor(IfdId::gps, 1), "GPSLatitudeRef");
-    EXPECT_EQ(tagNameFor(IfdId::interoperability, 1), "InteroperabilityIndex");
-}
-
-TEST(TagDictionary, NamesTag0OnlyInGpsDirectories) {
-    EXPECT_EQ(tagNameFor(IfdId::gps, 0), "GPSVersionID");
-    EXPECT_EQ(tagNameFor(IfdId::image, 0), "");
-    EXPECT_EQ(tagNameFor(IfdId::exif, 0), "");
-}
-
-TEST(TagDictionary, NamesTheExifPointerOnlyInImageAndExifDirectories) {
-    EXPECT_EQ(tagNameFor(IfdId::image, 34665), "DigitalCamera");
-    EXPECT_EQ(tagNameFor(IfdId::exif, 34665), "DigitalCamera");
-    EXPECT_EQ(tagNameFor(IfdId::gps, 34665), "");
-    EXPECT_EQ(tagNameFor(IfdId::interoperability, 34665), "");
-}
-
-TEST(TagDictionary, KeepsSpellingsThatDifferFromThePublishedOnes) {
-    const NameRow rows[] = {{254, "NewSubFileType"},
-                            {255, "SubFileType"},
-                            {256, "Width"},
-                            {257, "Height"},
-                            {289, "FreeByteCount"},
-                            {33723, "ITPC"},
-                            {34031, "IT8TRapIndicator"},
-                            {34665, "DigitalCamera"},
-                            {34675, "ICCProfileOffset"},
-                            {34853, "GPSInfo"},
-                            {37439, "StoNITS"},
-                            {40962, "CPixelXDimension"},
-                            {40963, "CPixelYDimension"},
-                            {40965, "InteroperabilityIFD"},
-                            {42112, "GDAL_METADATA"},
-                            {42113, "GDAL_NODATA"}};
-    for (const auto& [id, name] : rows) {
-        EXPECT_EQ(tagNameFor(IfdId::image, id), name);
     }
 }
 

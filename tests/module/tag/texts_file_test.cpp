@@ -9,12 +9,12 @@ using namespace std::string_view_literals;
 
 TEST(Text, OfAKnownTagKeepsEveryCharacter) {
     expectShown({
-        {[](Dir& d) { d.rawAscii(305, "AB\0"sv); }, "Software", "'AB\\0'"},
-        {[](Dir& d) { d.rawAscii(305, "one\0two\0\0"sv); }, "Software", "'one\\0two\\0\\0'"},
-        {[](Dir& d) { d.rawAscii(305, "kiln"); }, "Software", "'kiln'"},
-        {[](Dir& d) { d.rawAscii(305, "\0"sv); }, "Software", "'\\0'"},
-        {[](Dir& d) { d.rawAscii(305, ""); }, "Software", "none"},
-        {[](Dir& d) { d.rawAscii(305, "\xE9\x80\xFF"); }, "Software", "'\\xE9\\x80\\xFF'"},
+        {Dir().rawAscii(305, "AB\0"sv), "Software", "'AB\\0'"},
+        {Dir().rawAscii(305, "one\0two\0\0"sv), "Software", "'one\\0two\\0\\0'"},
+        {Dir().rawAscii(305, "kiln"), "Software", "'kiln'"},
+        {Dir().rawAscii(305, "\0"sv), "Software", "'\\0'"},
+        {Dir().rawAscii(305, ""), "Software", "none"},
+        {Dir().rawAscii(305, "\xE9\x80\xFF"), "Software", "'\\xE9\\x80\\xFF'"},
     });
 }
 
@@ -22,17 +22,14 @@ TEST(Text, OfAnUnknownTagEndsAtItsFirstNul) {
     const std::pair<std::string_view, std::string_view> texts[] = {
         {"AB\0"sv, "'AB'"}, {"\0AB"sv, "''"}, {"kiln"sv, "'kiln'"}, {"\xE9\xFF", "'\\xE9\\xFF'"}};
     for (const auto& [stored, expected] : texts) {
-        TiffBuilder file;
-        file.image().rawAscii(65000, stored);
-        const ModuleRun run = quietRun(file.bytes());
+        const ModuleRun run = quietRun(tiffOf(Dir().rawAscii(65000, stored)));
         EXPECT_EQ(shown(run.value({"UnknownTags", "Value"})), expected);
     }
 }
 
 TEST(Text, OfGpsAndInteroperabilityTagsKeepsItsTerminatingNul) {
-    TiffBuilder file;
-    file.image().sub(34853, file.child().ascii(1, "N")).sub(40965, file.child().ascii(1, "R98"));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf(Dir().nest(34853, Dir().ascii(1, "N")).nest(40965, Dir().ascii(1, "R98"))));
     EXPECT_EQ(run.text({"GPSInfo", "GPSLatitudeRef"}), "N\0"sv);
     EXPECT_EQ(run.text({"InteroperabilityIFD", "InteroperabilityIndex"}), "R98\0"sv);
 }

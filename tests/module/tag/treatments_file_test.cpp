@@ -9,102 +9,76 @@ using namespace std::string_view_literals;
 
 TEST(ImageDescription, LosesItsLastCharacterWhateverItIs) {
     expectShown({
-        {[](Dir& d) { d.ascii(270, "a kiln"); }, "ImageDescription", "'a kiln'"},
-        {[](Dir& d) { d.rawAscii(270, "one\0two"sv); }, "ImageDescription", "'one\\0tw'"},
-        {[](Dir& d) { d.rawAscii(270, "\0"sv); }, "ImageDescription", "none"},
-        {[](Dir& d) { d.rawAscii(270, ""); }, "ImageDescription", "none"},
-        {[](Dir& d) {
-             d.bytes(270, {65, 66, 0});
-         },
-         "ImageDescription", "3x1 [65 66 0]"},
+        {Dir().ascii(270, "a kiln"), "ImageDescription", "'a kiln'"},
+        {Dir().rawAscii(270, "one\0two"sv), "ImageDescription", "'one\\0tw'"},
+        {Dir().rawAscii(270, "\0"sv), "ImageDescription", "none"},
+        {Dir().rawAscii(270, ""), "ImageDescription", "none"},
+        {Dir().bytes(270, {65, 66, 0}), "ImageDescription", "3x1 [65 66 0]"},
     });
 }
 
 TEST(GrayResponseUnit, BecomesItsMultiplier) {
     expectShown({
-        {[](Dir& d) { d.shorts(290, {1}); }, "GrayResponseUnit", "0.1"},
-        {[](Dir& d) { d.shorts(290, {2}); }, "GrayResponseUnit", "0.01"},
-        {[](Dir& d) { d.shorts(290, {3}); }, "GrayResponseUnit", "0.001"},
-        {[](Dir& d) { d.shorts(290, {4}); }, "GrayResponseUnit", "1e-04"},
-        {[](Dir& d) { d.shorts(290, {5}); }, "GrayResponseUnit", "1e-05"},
-        {[](Dir& d) {
-             d.shorts(290, {3, 4});
-         },
-         "GrayResponseUnit", "2x1 [0.001 4]"},
-        {[](Dir& d) { d.floats(290, {5.9F}); }, "GrayResponseUnit", "1e-05"},
+        {Dir().shorts(290, {1}), "GrayResponseUnit", "0.1"},
+        {Dir().shorts(290, {2}), "GrayResponseUnit", "0.01"},
+        {Dir().shorts(290, {3}), "GrayResponseUnit", "0.001"},
+        {Dir().shorts(290, {4}), "GrayResponseUnit", "1e-04"},
+        {Dir().shorts(290, {5}), "GrayResponseUnit", "1e-05"},
+        {Dir().shorts(290, {3, 4}), "GrayResponseUnit", "2x1 [0.001 4]"},
+        {Dir().floats(290, {5.9F}), "GrayResponseUnit", "1e-05"},
     });
 }
 
 TEST(GrayResponseUnit, IsUnknownForEveryOtherCode) {
     for (const double code : {0.0, -1.0, 6.0, 7.0, 100000.0, -2147483648.0, 0.9, -0.9, kNaN}) {
-        expectShown({{[&](Dir& d) { d.doubles(290, {code}); }, "GrayResponseUnit", "'Unknown'"}});
+        expectShown({{Dir().doubles(290, {code}), "GrayResponseUnit", "'Unknown'"}});
     }
 }
 
 TEST(GrayResponseUnit, IsLeftAloneWithoutANumber) {
     expectShown({
-        {[](Dir& d) { d.shorts(290, {}); }, "GrayResponseUnit", "none"},
-        {[](Dir& d) { d.rawAscii(290, "3"); }, "GrayResponseUnit", "'3'"},
+        {Dir().shorts(290, {}), "GrayResponseUnit", "none"},
+        {Dir().rawAscii(290, "3"), "GrayResponseUnit", "'3'"},
     });
 }
 
 TEST(Xmp, BecomesTextWithTheLowByteOfEachNumber) {
     expectShown({
-        {[](Dir& d) {
-             d.bytes(700, {'<', 'x', 0, 0xE9, '>'});
-         },
-         "XMP", "'<x\\0\\xE9>'"},
-        {[](Dir& d) {
-             d.undefined(700, {'<', '/', '>', 0});
-         },
-         "XMP", "'</>\\0'"},
-        {[](Dir& d) {
-             d.signedLongs(700, {321, -191, 65601});
-         },
-         "XMP", "'AAA'"},
-        {[](Dir& d) {
-             d.doubles(700, {65.9, kNaN, 4294967361.0, 66});
-         },
-         "XMP", "'A\\0\\0B'"},
-        {[](Dir& d) {
-             d.rationals(700, {{130, 2}, {133, 2}});
-         },
-         "XMP", "'AB'"},
-        {[](Dir& d) { d.ascii(700, "<x/>"); }, "XMP", "'<x/>\\0'"},
-        {[](Dir& d) { d.bytes(700, {}); }, "XMP", "none"},
+        {Dir().bytes(700, {'<', 'x', 0, 0xE9, '>'}), "XMP", "'<x\\0\\xE9>'"},
+        {Dir().undefined(700, {'<', '/', '>', 0}), "XMP", "'</>\\0'"},
+        {Dir().signedLongs(700, {321, -191, 65601}), "XMP", "'AAA'"},
+        {Dir().doubles(700, {65.9, kNaN, 4294967361.0, 66}), "XMP", "'A\\0\\0B'"},
+        {Dir().rationals(700, {{130, 2}, {133, 2}}), "XMP", "'AB'"},
+        {Dir().ascii(700, "<x/>"), "XMP", "'<x/>\\0'"},
+        {Dir().bytes(700, {}), "XMP", "none"},
     });
 }
 
 TEST(IccProfile, IsReportedAsItsOffsetFromTheHeader) {
-    TiffBuilder file;
-    file.image().undefined(34675, {1, 2, 3, 4, 5, 6});
-    EXPECT_EQ(ModuleRun(file.bytes()).number({"ICCProfileOffset"}), 26);
-    EXPECT_EQ(ModuleRun(jpegWithExif(file.bytes())).number({"ICCProfileOffset"}), 26);
+    const Bytes file = tiffOf(Dir().undefined(34675, {1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(ModuleRun(file).number({"ICCProfileOffset"}), 26);
+    EXPECT_EQ(ModuleRun(jpegWithExif(file)).number({"ICCProfileOffset"}), 26);
 }
 
 TEST(IccProfile, HasOffsetZeroInsideItsEntryAndKeepsAText) {
     expectShown({
-        {[](Dir& d) {
-             d.undefined(34675, {1, 2, 3, 4});
-         },
-         "ICCProfileOffset", "0"},
-        {[](Dir& d) { d.undefined(34675, {}); }, "ICCProfileOffset", "0"},
-        {[](Dir& d) { d.rawAscii(34675, "profile"); }, "ICCProfileOffset", "'profile'"},
+        {Dir().undefined(34675, {1, 2, 3, 4}), "ICCProfileOffset", "0"},
+        {Dir().undefined(34675, {}), "ICCProfileOffset", "0"},
+        {Dir().rawAscii(34675, "profile"), "ICCProfileOffset", "'profile'"},
     });
 }
 
 TEST(IccProfile, HasAPositiveOffsetBeyondTwoGigabytes) {
     constexpr std::uint32_t kFarAway = 4'000'000'000;
-    TiffBuilder file;
-    file.image().entryAt(34675, 7, 6, kFarAway);
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().entryAt(34675, 7, 6, kFarAway)));
     memory.put(kFarAway, {1, 2, 3, 4, 5, 6});
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.number({"ICCProfileOffset"}), 4'000'000'000.0);
 }
 
-TiffDirectory& withEveryTreatedTag(TiffDirectory& directory) {
-    return directory.shorts(259, {5})
+TiffDirectory withEveryTreatedTag() {
+    return Dir()
+        .shorts(259, {5})
         .shorts(262, {2})
         .rawAscii(270, "ABC")
         .shorts(284, {2})
@@ -121,9 +95,7 @@ TiffDirectory& withEveryTreatedTag(TiffDirectory& directory) {
 }
 
 TEST(Treatments, ApplyInExifDirectories) {
-    TiffBuilder file;
-    file.image().sub(34665, withEveryTreatedTag(file.child()));
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run = quietRun(jpegWithExif(tiffOf(Dir().nest(34665, withEveryTreatedTag()))));
     const std::pair<const char*, const char*> treated[] = {
         {"Compression", "'LZW'"},
         {"PhotometricInterpretation", "'RGB'"},
@@ -147,9 +119,7 @@ TEST(Treatments, ApplyInExifDirectories) {
 class UntreatedDirectories : public ::testing::TestWithParam<std::uint16_t> {};
 
 TEST_P(UntreatedDirectories, OfGpsAndInteroperabilityReportTheSameTagsAsTheyAre) {
-    TiffBuilder file;
-    file.image().sub(GetParam(), withEveryTreatedTag(file.child()));
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run = quietRun(tiffOf(Dir().nest(GetParam(), withEveryTreatedTag())));
     const zephra::Value unknown =
         run.value({GetParam() == 34853 ? "GPSInfo" : "InteroperabilityIFD", "UnknownTags"});
     ASSERT_EQ(unknown.size(), 14U);

@@ -17,9 +17,9 @@ constexpr ElementSize kElementSizes[] = {{1, 1}, {2, 1}, {3, 2}, {4, 4},  {5, 8}
 class ValuePlaces : public ::testing::TestWithParam<Encoding> {
 protected:
     [[nodiscard]] double reportedOffset(const ElementSize& element, std::uint32_t count) const {
-        TiffBuilder file(GetParam().order, GetParam().flavour);
-        file.image().entry(kUnknown, element.type, count, Bytes(count * element.bytes, 1));
-        const ModuleRun run = quietRun(file.bytes());
+        const ModuleRun run =
+            quietRun(tiffOf(GetParam(), Dir().entry(kUnknown, element.type, count,
+                                                    Bytes(count * element.bytes, 1))));
         return run.number({"UnknownTags", "Offset"});
     }
 };
@@ -42,9 +42,7 @@ INSTANTIATE_TEST_SUITE_P(InEveryEncoding, ValuePlaces, ::testing::ValuesIn(kEver
                          encodingName);
 
 TEST(ValuePlace, OfTwoShortsIsAClassicEntryAndOfThreeIsElsewhere) {
-    TiffBuilder file;
-    file.image().shorts(65000, {7, 8}).shorts(65001, {7, 8, 9});
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(tiffOf(Dir().shorts(65000, {7, 8}).shorts(65001, {7, 8, 9})));
     const zephra::Value unknown = run.value({"UnknownTags"});
     EXPECT_THAT(unknown.field(0, "Offset").numbers(), ElementsAre(0));
     EXPECT_THAT(unknown.field(0, "Value").numbers(), ElementsAre(7, 8));
@@ -53,18 +51,19 @@ TEST(ValuePlace, OfTwoShortsIsAClassicEntryAndOfThreeIsElsewhere) {
 }
 
 TEST(ValuePlace, OfARationalIsTheEntryOnlyInBigTiff) {
-    TiffBuilder classic(Order::little, Flavour::classic);
-    classic.image().rationals(kUnknown, {{1, 4}});
-    EXPECT_EQ(ModuleRun(classic.bytes()).number({"UnknownTags", "Offset"}), 26);
-    TiffBuilder big(Order::little, Flavour::big);
-    big.image().rationals(kUnknown, {{1, 4}});
-    EXPECT_EQ(ModuleRun(big.bytes()).number({"UnknownTags", "Offset"}), 0);
+    EXPECT_EQ(
+        ModuleRun(tiffOf({Order::little, Flavour::classic}, Dir().rationals(kUnknown, {{1, 4}})))
+            .number({"UnknownTags", "Offset"}),
+        26);
+    EXPECT_EQ(ModuleRun(tiffOf({Order::little, Flavour::big}, Dir().rationals(kUnknown, {{1, 4}})))
+                  .number({"UnknownTags", "Offset"}),
+              0);
 }
 
 TEST(ValuePlace, StartsAtByteEightOfAClassicEntry) {
-    TiffBuilder file(Order::big, Flavour::classic);
-    file.image().entry(kMake, 3, 1, {1, 2});
-    EXPECT_EQ(ModuleRun(file.bytes()).number({"Make"}), 258);
+    EXPECT_EQ(ModuleRun(tiffOf({Order::big, Flavour::classic}, Dir().entry(kMake, 3, 1, {1, 2})))
+                  .number({"Make"}),
+              258);
 }
 
 TEST(ValuePlace, StartsAtByteTwelveOfABigTiffEntry) {
@@ -80,24 +79,20 @@ TEST(ValuePlace, StartsAtByteTwelveOfABigTiffEntry) {
 
 // A BigTIFF entry as published has the upper half of its count at byte 8, which is 0.
 TEST(ValuePlace, OfAPublishedBigTiffEntryOutsideItIsTheStartOfTheFile) {
-    TiffBuilder file(Order::little, Flavour::big);
-    file.image().entryAt(kMake, 1, 9, 0);
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run =
+        quietRun(tiffOf({Order::little, Flavour::big}, Dir().entryAt(kMake, 1, 9, 0)));
     EXPECT_THAT(run.numbers({"Make"}), ElementsAre('I', 'I', 43, 0, 8, 0, 0, 0, 16));
 }
 
 // In big-endian order the upper half of a published count comes first.
 TEST(ValuePlace, OfAPublishedBigEndianBigTiffEntryIsNowhere) {
-    TiffBuilder file(Order::big, Flavour::big);
-    file.image().entryAt(kMake, 3, 0, 1);
-    const ModuleRun run = quietRun(file.bytes());
+    const ModuleRun run =
+        quietRun(tiffOf({Order::big, Flavour::big}, Dir().entryAt(kMake, 3, 0, 1)));
     EXPECT_FALSE(run.value({"Make"}));
 }
 
 TEST(ValuePlace, CountsFromTheHeaderInsideAJpegFileAndIsReportedSo) {
-    TiffBuilder file;
-    file.image().longs(kUnknown, {4, 5, 6});
-    const ModuleRun run = quietRun(jpegWithExif(file.bytes()));
+    const ModuleRun run = quietRun(jpegWithExif(tiffOf(Dir().longs(kUnknown, {4, 5, 6}))));
     EXPECT_THAT(run.numbers({"UnknownTags", "Value"}), ElementsAre(4, 5, 6));
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 26);
 }
@@ -105,9 +100,7 @@ TEST(ValuePlace, CountsFromTheHeaderInsideAJpegFileAndIsReportedSo) {
 // The offset is unsigned, and the file has a hole up to the value.
 TEST(ValuePlace, BeyondTwoGigabytesIsReadAndReportedAsItIs) {
     constexpr std::uint32_t kFarAway = 3'000'000'000;
-    TiffBuilder file;
-    file.image().entryAt(kUnknown, 3, 3, kFarAway);
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().entryAt(kUnknown, 3, 3, kFarAway)));
     memory.put(kFarAway, {7, 0, 8, 0, 9, 0});
     const ModuleRun run = quietRun(memory);
     EXPECT_EQ(run.number({"UnknownTags", "Offset"}), 3'000'000'000.0);
@@ -117,26 +110,28 @@ TEST(ValuePlace, BeyondTwoGigabytesIsReadAndReportedAsItIs) {
 TEST(ByteOrder, SwapsEachHalfOfARationalAlone) {
     const Bytes twoFifths{0, 0, 0, 2, 0, 0, 0, 5};
     for (const Flavour flavour : {Flavour::classic, Flavour::big}) {
-        TiffBuilder file(Order::big, flavour);
-        file.image().entry(kMake, 5, 1, twoFifths).entry(272, 10, 1, twoFifths);
-        const ModuleRun run(file.bytes());
+        const ModuleRun run(
+            tiffOf({Order::big, flavour},
+                   Dir().entry(kMake, 5, 1, twoFifths).entry(272, 10, 1, twoFifths)));
         EXPECT_EQ(run.number({"Make"}), 0.4);
         EXPECT_EQ(run.number({"Model"}), 0.4);
     }
 }
 
 TEST(ByteOrder, LeavesSingleBytesAlone) {
-    TiffBuilder file(Order::big, Flavour::classic);
-    file.image().entry(kMake, 1, 3, {1, 2, 3}).entry(272, 2, 5, bytesOf("abcde"));
-    const ModuleRun run(file.bytes());
+    const ModuleRun run(
+        tiffOf({Order::big, Flavour::classic},
+               Dir().entry(kMake, 1, 3, {1, 2, 3}).entry(272, 2, 5, bytesOf("abcde"))));
     EXPECT_THAT(run.numbers({"Make"}), ElementsAre(1, 2, 3));
     EXPECT_EQ(run.text({"Model"}), "abcde");
 }
 
 TEST(ByteOrder, ReversesAllEightBytesOfADouble) {
-    TiffBuilder file(Order::big, Flavour::classic);
-    file.image().entry(kMake, 12, 1, {0x40, 0x09, 0x21, 0xFB, 0x54, 0x44, 0x2D, 0x18});
-    EXPECT_EQ(ModuleRun(file.bytes()).number({"Make"}), 3.141592653589793);
+    EXPECT_EQ(ModuleRun(tiffOf({Order::big, Flavour::classic},
+                               Dir().entry(kMake, 12, 1,
+                                           {0x40, 0x09, 0x21, 0xFB, 0x54, 0x44, 0x2D, 0x18})))
+                  .number({"Make"}),
+              3.141592653589793);
 }
 
 }  // namespace

@@ -92,23 +92,17 @@ INSTANTIATE_TEST_SUITE_P(OfEachTag, WordTables, ::testing::ValuesIn(kWordTables)
 
 TEST(Words, AreThoseOfTheTruncatedNumberInItsOwnCase) {
     expectShown({
-        {[](Dir& d) {
-             d.rationals(296, {{29, 10}});
-         },
-         "ResolutionUnit", "'Inch'"},
-        {[](Dir& d) { d.shorts(296, {2}); }, "ResolutionUnit", "'Inch'"},
-        {[](Dir& d) { d.floats(296, {2.9F}); }, "ResolutionUnit", "'Inch'"},
-        {[](Dir& d) {
-             d.signedRationals(284, {{-5, -4}});
-         },
-         "PlanarConfiguration", "'Chunky'"},
-        {[](Dir& d) { d.shorts(284, {3}); }, "PlanarConfiguration", "'Unknown'"},
-        {[](Dir& d) { d.shorts(317, {3}); }, "Predictor", "'unknown'"},
-        {[](Dir& d) { d.shorts(259, {8}); }, "Compression", "'Deflate'"},
-        {[](Dir& d) { d.shorts(259, {32946}); }, "Compression", "'Deflate'"},
-        {[](Dir& d) { d.shorts(259, {0}); }, "Compression", "'unknown'"},
-        {[](Dir& d) { d.shorts(262, {7}); }, "PhotometricInterpretation", "'unknown'"},
-        {[](Dir& d) { d.floats(262, {-0.5F}); }, "PhotometricInterpretation", "'WhiteIsZero'"},
+        {Dir().rationals(296, {{29, 10}}), "ResolutionUnit", "'Inch'"},
+        {Dir().shorts(296, {2}), "ResolutionUnit", "'Inch'"},
+        {Dir().floats(296, {2.9F}), "ResolutionUnit", "'Inch'"},
+        {Dir().signedRationals(284, {{-5, -4}}), "PlanarConfiguration", "'Chunky'"},
+        {Dir().shorts(284, {3}), "PlanarConfiguration", "'Unknown'"},
+        {Dir().shorts(317, {3}), "Predictor", "'unknown'"},
+        {Dir().shorts(259, {8}), "Compression", "'Deflate'"},
+        {Dir().shorts(259, {32946}), "Compression", "'Deflate'"},
+        {Dir().shorts(259, {0}), "Compression", "'unknown'"},
+        {Dir().shorts(262, {7}), "PhotometricInterpretation", "'unknown'"},
+        {Dir().floats(262, {-0.5F}), "PhotometricInterpretation", "'WhiteIsZero'"},
     });
 }
 

@@ -25,9 +25,7 @@ Bytes firstBytes(const Bytes& bytes, std::size_t count) {
 
 /// A directory with Orientation (274) and nothing after it, as it stands in a file.
 Bytes rotatedDirectory(Encoding encoding, std::uint16_t orientation) {
-    TiffBuilder file(encoding.order, encoding.flavour);
-    file.image().shorts(274, {orientation});
-    const Bytes bytes = file.bytes();
+    const Bytes bytes = tiffOf(encoding, Dir().shorts(274, {orientation}));
     return {bytes.begin() + (encoding.flavour == Flavour::big ? 16 : 8), bytes.end()};
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "support/memory_file.h"
+#include "support/messages.h"
 #include "support/quiet_call.h"
 #include "support/thrown.h"
 #include "support/tiff_builder.h"
@@ -17,7 +18,7 @@ using namespace module;
 
 namespace {
 
-using testing::ElementsAre;
+using testing::Each;
 
 template <class Reader>
 std::unique_ptr<TagFile> make(const char* fileName) {
@@ -28,7 +29,6 @@ struct ReaderCase {
     const char* name;
     std::unique_ptr<TagFile> (*make)(const char* fileName);
     Flavour flavour;
-    std::string versionReadIdentifier;
 };
 
 class TiffHeader : public testing::TestWithParam<ReaderCase> {
@@ -41,41 +41,36 @@ protected:
             .bytes();
     }
 
-    static void expectFatal(const Bytes& bytes, const std::string& identifier,
-                            const std::string& text) {
-        const MemoryFile file(bytes);
+    static std::string identifier(const std::string& name) {
+        const bool big = GetParam().flavour == Flavour::big;
+        return std::string("ZEPHRA:veltrace:") + (big ? "bigTiff:" : "") + name;
+    }
+
+    template <class File>
+    static zephra::Message fatalError(const File& file) {
         const auto reader = GetParam().make(file.name().c_str());
-        EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }), message(identifier, text));
+        return fatalErrorOf([&] { reader->readHeader(); });
     }
 };
 
 const ReaderCase kReaders[] = {
-    {"Jpeg", make<JpegTagFile>, Flavour::classic, "ZEPHRA:veltrace:badTiffHeaderVersionRead"},
-    {"ClassicTiff", make<ClassicTiffTagFile>, Flavour::classic,
-     "ZEPHRA:veltrace:badTiffHeaderVersionRead"},
-    {"BigTiff", make<BigTiffTagFile>, Flavour::big,
-     "ZEPHRA:veltrace:bigTiff:badTiffHeaderVersionRead"},
+    {"Jpeg", make<JpegTagFile>, Flavour::classic},
+    {"ClassicTiff", make<ClassicTiffTagFile>, Flavour::classic},
+    {"BigTiff", make<BigTiffTagFile>, Flavour::big},
 };
 
 INSTANTIATE_TEST_SUITE_P(Readers, TiffHeader, testing::ValuesIn(kReaders),
                          [](const auto& test) { return test.param.name; });
 
-TEST_P(TiffHeader, ClearsTheSwapFlagForIIOnALittleEndianComputer) {
-    const MemoryFile file(header(Order::little));
-    const auto reader = GetParam().make(file.name().c_str());
-    reader->readHeader();
-    EXPECT_EQ(reader->headerByteOrder(), HeaderByteOrder::little);
-    EXPECT_THAT(reader->byteOrderMark(), ElementsAre('I', 'I'));
-    EXPECT_FALSE(reader->swapFlag());
-}
-
-TEST_P(TiffHeader, SetsTheSwapFlagForMMOnALittleEndianComputer) {
-    const MemoryFile file(header(Order::big));
-    const auto reader = GetParam().make(file.name().c_str());
-    reader->readHeader();
-    EXPECT_EQ(reader->headerByteOrder(), HeaderByteOrder::big);
-    EXPECT_THAT(reader->byteOrderMark(), ElementsAre('M', 'M'));
-    EXPECT_TRUE(reader->swapFlag());
+TEST_P(TiffHeader, SetsTheSwapFlagForMMOnlyOnALittleEndianComputer) {
+    for (const bool big : {false, true}) {
+        const MemoryFile file(header(big ? Order::big : Order::little));
+        const auto reader = GetParam().make(file.name().c_str());
+        reader->readHeader();
+        EXPECT_EQ(reader->headerByteOrder(), big ? HeaderByteOrder::big : HeaderByteOrder::little);
+        EXPECT_THAT(reader->byteOrderMark(), Each(big ? 'M' : 'I'));
+        EXPECT_EQ(reader->swapFlag(), big);
+    }
 }
 
 TEST_P(TiffHeader, SetsTheSwapFlagAnewAtEachRead) {
@@ -113,46 +108,23 @@ TEST_P(TiffHeader, StartsAtTheCurrentPositionAndOffsetsAreRelativeToIt) {
 TEST_P(TiffHeader, TruncatedByteOrderMarkIsFatal) {
     for (const Bytes& bytes : {Bytes{}, Bytes{'I'}}) {
         const MemoryFile file(bytes);
-        const auto reader = GetParam().make(file.name().c_str());
-        EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-                  message("ZEPHRA:veltrace:tiffHeaderEndianReadFailure",
-                          "Could not read TIFF header byte order the image file \"" + file.name() +
-                              "\" may be corrupt."));
+        EXPECT_EQ(fatalError(file), unreadableByteOrder(file.name()));
     }
 }
 
 TEST_P(TiffHeader, TruncatedVersionIsFatal) {
-    const std::string text = "Could not read TIFF header version number, the image may be corrupt.";
-    expectFatal({'I', 'I'}, GetParam().versionReadIdentifier, text);
-    expectFatal({'M', 'M', 0}, GetParam().versionReadIdentifier, text);
+    for (const Bytes& bytes : {Bytes{'I', 'I'}, Bytes{'M', 'M', 0}}) {
+        EXPECT_EQ(fatalError(MemoryFile(bytes)),
+                  message(identifier("badTiffHeaderVersionRead"),
+                          "Could not read TIFF header version number, the image may be corrupt."));
+    }
 }
-
-TEST_P(TiffHeader, ByteOrderMarkIMIsFatalAndReportedAs73And77) {
-    const MemoryFile file(bytesOf("IM") + Bytes(16, 0));
-    const auto reader = GetParam().make(file.name().c_str());
-    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-              message("ZEPHRA:veltrace:badEndianness",
-                      "The endian signature [73 77] of \"" + file.name() +
-                          "\"  is neither [77 77] (big-endian) nor [73 73] (little-endian),the "
-                          "image file may be corrupt."));
-}
-
-struct MarkCase {
-    Bytes mark;
-    const char* numbers;
-};
 
 TEST_P(TiffHeader, AnyOtherByteOrderMarkIsFatalAndReportedInNumbers) {
-    for (const auto& [mark, numbers] :
-         {MarkCase{{'M', 'I'}, "[77 73]"}, MarkCase{{'i', 'i'}, "[105 105]"},
-          MarkCase{{0, 0xFF}, "[0 255]"}, MarkCase{{0x80, 'M'}, "[128 77]"}}) {
-        const MemoryFile file(mark + Bytes(16, 0));
-        const auto reader = GetParam().make(file.name().c_str());
-        EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-                  message("ZEPHRA:veltrace:badEndianness",
-                          std::string("The endian signature ") + numbers + " of \"" + file.name() +
-                              "\"  is neither [77 77] (big-endian) nor [73 73] (little-endian),the "
-                              "image file may be corrupt."));
+    for (const auto& [first, second] : std::vector<std::pair<std::uint8_t, std::uint8_t>>{
+             {'I', 'M'}, {'M', 'I'}, {'i', 'i'}, {0, 0xFF}, {0x80, 'M'}}) {
+        const MemoryFile file(Bytes{first, second} + Bytes(16, 0));
+        EXPECT_EQ(fatalError(file), badByteOrder(first, second, file.name()));
     }
 }
 
@@ -161,13 +133,8 @@ TEST_P(TiffHeader, AnyOtherByteOrderMarkIsFatalAndReportedInNumbers) {
 TEST_P(TiffHeader, TruncatedFirstOffsetIsFatal) {
     Bytes bytes = header(Order::little);
     bytes.pop_back();
-    const MemoryFile file(bytes);
-    const auto reader = GetParam().make(file.name().c_str());
-    const std::string flavour = GetParam().flavour == Flavour::big ? "bigTiff:" : "";
-    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-              message("ZEPHRA:veltrace:" + flavour + "badTiffHeaderOffsetRead",
-                      "Could not read the location of the first TIFF tag table, the image may be "
-                      "corrupt."));
+    EXPECT_EQ(fatalError(MemoryFile(bytes)),
+              message(identifier("badTiffHeaderOffsetRead"), unreadableFirstOffset().text));
 }
 
 TEST_P(TiffHeader, FirstOffsetPastTheEndIsFatalAndRelativeToTheHeader) {
@@ -178,26 +145,18 @@ TEST_P(TiffHeader, FirstOffsetPastTheEndIsFatalAndRelativeToTheHeader) {
              {static_cast<std::uint8_t>(size + 1)});
     const auto reader = GetParam().make(file.name().c_str());
     ASSERT_TRUE(reader->seek(4));
-    const std::string flavour = GetParam().flavour == Flavour::big ? "bigTiff:" : "";
-    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-              message("ZEPHRA:veltrace:" + flavour + "badTiffIfdOffset",
-                      "The indicated starting byte of the first image file directory (" +
-                          std::to_string(size + 5) + ") exceeds the image file size (" +
-                          std::to_string(size + 4) + "), the image may be corrupt."));
+    EXPECT_EQ(
+        fatalErrorOf([&] { reader->readHeader(); }),
+        message(identifier("badTiffIfdOffset"), firstOffsetPastTheEnd(size + 5, size + 4).text));
 }
 
 TEST_P(TiffHeader, StartsAtMinusOneIfThePositionIsUnknown) {
     const UnseekableFile file;
     file.feed(header(Order::little));
     const auto reader = GetParam().make(file.name().c_str());
-    const bool isBig = GetParam().flavour == Flavour::big;
-    EXPECT_EQ(
-        fatalErrorOf([&] { reader->readHeader(); }),
-        message(std::string("ZEPHRA:veltrace:") + (isBig ? "bigTiff:" : "") + "badTiffIfdOffset",
-                std::string("The indicated starting byte of the first image file directory "
-                            "(") +
-                    (isBig ? "15" : "7") +
-                    ") exceeds the image file size (0), the image may be corrupt."));
+    const int position = GetParam().flavour == Flavour::big ? 15 : 7;
+    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
+              message(identifier("badTiffIfdOffset"), firstOffsetPastTheEnd(position, 0).text));
     EXPECT_EQ(reader->offsetBase(), -1);
 }
 
@@ -205,10 +164,8 @@ TEST_P(TiffHeader, FailedSeekIsFatal) {
     const MemoryFile file(
         TiffBuilder(Order::little, GetParam().flavour).firstOffset(std::uint64_t{1} << 31).bytes());
     file.put(std::int64_t{1} << 31, {0});
-    const auto reader = GetParam().make(file.name().c_str());
-    const std::string flavour = GetParam().flavour == Flavour::big ? "bigTiff:" : "";
-    EXPECT_EQ(fatalErrorOf([&] { reader->readHeader(); }),
-              message("ZEPHRA:veltrace:" + flavour + "badTiffHeaderIfdOffset",
+    EXPECT_EQ(fatalError(file),
+              message(identifier("badTiffHeaderIfdOffset"),
                       "Could not seek to position specified by TIFF header offset pointer,  the "
                       "image may be corrupt.\n"));
 }
@@ -258,10 +215,7 @@ TEST(ReadAll, LeavesNoDirectoriesIfTheHeaderFails) {
 }
 
 TEST(ReadAll, LeavesNoDirectoriesIfALaterDirectoryFails) {
-    TiffBuilder builder;
-    builder.image().shorts(274, {6});
-    builder.addImage();
-    const MemoryFile file(builder.bytes());
+    const MemoryFile file(tiffOf(Dir().shorts(274, {6}), Dir()));
     inQuietCall([&] {
         ClassicTiffTagFile reader(file.name().c_str());
         EXPECT_EQ(recoverableErrorOf([&] { reader.readAll(); }).identifier,
@@ -272,10 +226,8 @@ TEST(ReadAll, LeavesNoDirectoriesIfALaterDirectoryFails) {
 }
 
 TEST(ReadAll, UsesTheHeaderOfItsFormat) {
-    TiffBuilder builder(Order::little, Flavour::big);
-    builder.image().shorts(274, {6});
-    builder.addImage().shorts(274, {8});
-    const MemoryFile file(builder.bytes());
+    const MemoryFile file(
+        tiffOf({Order::little, Flavour::big}, Dir().shorts(274, {6}), Dir().shorts(274, {8})));
     inQuietCall([&] {
         BigTiffTagFile reader(file.name().c_str());
         reader.readAll();

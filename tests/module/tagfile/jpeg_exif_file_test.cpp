@@ -13,10 +13,11 @@ INSTANTIATE_TEST_SUITE_P(LittleAndBig, ExifOrder, testing::Values(Order::little,
 TEST_P(ExifOrder, OffsetsCountFromTheTiffHeader) {
     TiffBuilder tiff(GetParam());
     auto& exif = tiff.child();
-    auto& interoperability = tiff.child().ascii(1, "R98 of the kiln");
-    exif.rationals(33434, {{1, 8}}).sub(40965, interoperability);
-    auto& gps = tiff.child().ascii(29, "2019:07:05");
-    tiff.image().ascii(271, "Kiln & Sons").sub(34665, exif).sub(34853, gps);
+    exif.rationals(33434, {{1, 8}}).nest(40965, Dir().ascii(1, "R98 of the kiln"));
+    tiff.image()
+        .ascii(271, "Kiln & Sons")
+        .sub(34665, exif)
+        .nest(34853, Dir().ascii(29, "2019:07:05"));
     const ModuleRun run =
         quietRun(kStartOfImage + segment(0xE0, Bytes(301, 0xEE)) + app1(kExif, tiff.bytes()));
     EXPECT_EQ(run.directories(), 1U);
@@ -36,10 +37,8 @@ TEST_P(ExifOrder, VersionIsNotCompared) {
 }
 
 TEST_P(ExifOrder, OnlyTheFirstDirectoryIsRead) {
-    TiffBuilder tiff(GetParam());
-    tiff.image().shorts(274, {6});
-    tiff.addImage().shorts(274, {8});
-    const ModuleRun run = quietRun(jpegWithExif(tiff.bytes()));
+    const ModuleRun run = quietRun(
+        jpegWithExif(tiffOf({GetParam()}, Dir().shorts(274, {6}), Dir().shorts(274, {8}))));
     EXPECT_EQ(run.directories(), 1U);
     EXPECT_EQ(run.number({"Orientation"}), 6);
 }
@@ -127,9 +126,7 @@ TEST(ExifHeader, FirstOffsetPastTheEndOfTheFileCountsFromTheHeader) {
 }
 
 TEST(ExifDirectory, WithoutEntriesIsReportedAtItsPositionInTheFile) {
-    TiffBuilder tiff;
-    tiff.image();
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir())));
     EXPECT_THAT(run.messages(), ElementsAre(zeroEntries(kHeaderPosition + 8)));
 }
 

@@ -65,8 +65,7 @@ TEST(JpegIdentifier, ThatIsWrongTwiceIsJudgedInTheFirstSegmentAlone) {
 TEST(ExifOffset, MayLeadBehindTheSegment) {
     // The structure is cut behind its first directory; the rest lies in a segment of its own.
     TiffBuilder tiff;
-    auto& exif = tiff.child().longs(37510, {1, 2, 3});
-    auto& image = tiff.image().ascii(271, "a long name").sub(34665, exif);
+    auto& image = tiff.image().ascii(271, "a long name").nest(34665, Dir().longs(37510, {1, 2, 3}));
     const Bytes all = tiff.bytes();
     const auto table = static_cast<std::ptrdiff_t>(tiff.positionOf(image) + 2 + 2 * 12 + 4);
     const Bytes inside(all.begin(), all.begin() + table);
@@ -79,9 +78,7 @@ TEST(ExifOffset, MayLeadBehindTheSegment) {
 }
 
 TEST(ExifOffset, OfTheFirstDirectoryMayLeadBehindTheSegment) {
-    TiffBuilder tiff;
-    tiff.image().shorts(274, {6});
-    const Bytes all = tiff.bytes();
+    const Bytes all = tiffOf(Dir().shorts(274, {6}));
     const Bytes header(all.begin(), all.begin() + 8);
     const Bytes directory(all.begin() + 8, all.end());
     expectOrientation(ModuleRun(kStartOfImage + app1(kExif, header) + directory), 6);
@@ -93,9 +90,9 @@ INSTANTIATE_TEST_SUITE_P(LittleAndBig, ExifOffsetOutside,
                          testing::Values(Order::little, Order::big));
 
 TEST_P(ExifOffsetOutside, TheFileCostsAValueItsEntry) {
-    TiffBuilder tiff(GetParam());
-    tiff.image().entryAt(271, 2, 9, 60000).entryAt(50000, 3, 5, 0xFFFFFFF0).shorts(274, {6});
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(
+        tiffOf({GetParam()},
+               Dir().entryAt(271, 2, 9, 60000).entryAt(50000, 3, 5, 0xFFFFFFF0).shorts(274, {6}))));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableValue("Make", kHeaderPosition + 60000),
                                             unreadableValue(50000, kHeaderPosition + 0xFFFFFFF0)));
     EXPECT_FALSE(run.error());
@@ -105,9 +102,8 @@ TEST_P(ExifOffsetOutside, TheFileCostsAValueItsEntry) {
 
 TEST_P(ExifOffsetOutside, TheFileCostsADirectoryItsPointer) {
     for (const std::uint16_t pointer : std::vector<std::uint16_t>{34665, 34853, 40965}) {
-        TiffBuilder tiff(GetParam());
-        tiff.image().entryAt(pointer, 4, 1, 60000).shorts(274, {6});
-        const ModuleRun run(jpegWithExif(tiff.bytes()));
+        const ModuleRun run(jpegWithExif(
+            tiffOf({GetParam()}, Dir().entryAt(pointer, 4, 1, 60000).shorts(274, {6}))));
         EXPECT_THAT(run.messages(), ElementsAre(unreadableCount(run.fileName())));
         EXPECT_FALSE(run.error());
         EXPECT_THAT(run.fieldNames().back(), "Orientation");
@@ -116,9 +112,8 @@ TEST_P(ExifOffsetOutside, TheFileCostsADirectoryItsPointer) {
 
 // An unreadable count of image directories is an error, also in those that a pointer leads to.
 TEST_P(ExifOffsetOutside, TheFileInAPointerToImagesEndsTheCall) {
-    TiffBuilder tiff(GetParam());
-    tiff.image().entryAt(330, 4, 1, 60000).shorts(274, {6});
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(
+        jpegWithExif(tiffOf({GetParam()}, Dir().entryAt(330, 4, 1, 60000).shorts(274, {6}))));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableCount(run.fileName())));
     EXPECT_TRUE(run.error());
     EXPECT_EQ(run.leftovers(), zephra::Leftovers{});
@@ -126,9 +121,8 @@ TEST_P(ExifOffsetOutside, TheFileInAPointerToImagesEndsTheCall) {
 
 TEST_P(ExifOffsetOutside, TheSegmentMayReachTheLastByteOfTheFile) {
     // The value ends where the file ends; one byte less is too few.
-    TiffBuilder tiff(GetParam());
-    tiff.image().ascii(271, "a long name");
-    const Bytes content = kStartOfImage + app1(kExif, tiff.bytes());
+    const Bytes content =
+        kStartOfImage + app1(kExif, tiffOf({GetParam()}, Dir().ascii(271, "a long name")));
     EXPECT_EQ(ModuleRun(content).text({"Make"}), std::string("a long name\0", 12));
     const ModuleRun cut(Bytes(content.begin(), content.end() - 1));
     EXPECT_THAT(cut.messages(),
@@ -153,9 +147,7 @@ TEST(ExifTable, OfTheLargestSizeIsReadInEverySubDirectory) {
 }
 
 TEST(ExifTable, OfTheLargestSizeIsReadWholeOrNotAtAll) {
-    TiffBuilder tiff;
-    tiff.image().shorts(274, {6}).statedCount(5461);
-    const ModuleRun run(jpegWithExif(tiff.bytes()));
+    const ModuleRun run(jpegWithExif(tiffOf(Dir().shorts(274, {6}).statedCount(5461))));
     EXPECT_THAT(run.messages(), ElementsAre(unreadableTable("IFD table #0")));
     EXPECT_FALSE(run.output());
 }

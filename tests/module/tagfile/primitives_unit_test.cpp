@@ -29,6 +29,7 @@ public:
         reader_.readHeader();
     }
 
+    Reader& operator*() { return reader_; }
     Reader* operator->() { return &reader_; }
 
 private:
@@ -40,70 +41,54 @@ const Bytes kEight{1, 2, 3, 4, 5, 6, 7, 8};
 
 constexpr std::uint64_t kFilled = 0xAAAA'AAAA'BBBB'BBBB;
 
+using ReadNumber = std::size_t (TagFile::*)(std::uint64_t*);
+
+/// Reads the number at the start of `content`, which has `bytes` bytes.
+template <class Reader>
+void expectNumber(ReadNumber read, Encoding encoding, const Bytes& content, std::uint64_t expected,
+                  std::int64_t bytes) {
+    AtContent<Reader> reader(encoding.order, encoding.flavour, content);
+    const std::int64_t before = reader->position();
+    std::uint64_t number = kFilled;
+    EXPECT_EQ((*reader.*read)(&number), 1U);
+    EXPECT_EQ(number, expected);
+    EXPECT_EQ(reader->position(), before + bytes);
+}
+
+template <class Reader>
+void expectNoItem(ReadNumber read, Flavour flavour, const Bytes& content) {
+    std::uint64_t number = 0;
+    AtContent<Reader> reader(Order::little, flavour, content);
+    EXPECT_EQ((*reader.*read)(&number), 0U);
+}
+
 template <class Reader>
 class ClassicNumbers : public testing::Test {};
 using ClassicReaders = testing::Types<ClassicTiffTagFile, JpegTagFile>;
 TYPED_TEST_SUITE(ClassicNumbers, ClassicReaders);
 
 TYPED_TEST(ClassicNumbers, CountOfTwoBytesKeepsTheHighHalf) {
-    std::uint64_t count = kFilled;
-    AtContent<TypeParam> little(Order::little, Flavour::classic, kEight);
-    EXPECT_EQ(little->readNumEntries(&count), 1U);
-    EXPECT_EQ(count, 0xAAAA'AAAA'0000'0201U);
-    EXPECT_EQ(little->position(), 10);
-
-    count = kFilled;
-    AtContent<TypeParam> big(Order::big, Flavour::classic, kEight);
-    EXPECT_EQ(big->readNumEntries(&count), 1U);
-    EXPECT_EQ(count, 0xAAAA'AAAA'0000'0102U);
+    const auto count = &TagFile::readNumEntries;
+    expectNumber<TypeParam>(count, {Order::little}, kEight, 0xAAAA'AAAA'0000'0201U, 2);
+    expectNumber<TypeParam>(count, {Order::big}, kEight, 0xAAAA'AAAA'0000'0102U, 2);
+    expectNoItem<TypeParam>(count, Flavour::classic, {1});
 }
 
 TYPED_TEST(ClassicNumbers, OffsetOfFourBytesIsWidenedWithZeros) {
-    std::uint64_t offset = kFilled;
-    AtContent<TypeParam> little(Order::little, Flavour::classic, {1, 2, 3, 0xF4});
-    EXPECT_EQ(little->readOffset(&offset), 1U);
-    EXPECT_EQ(offset, 0xF403'0201U);
-    EXPECT_EQ(little->position(), 12);
-
-    offset = kFilled;
-    AtContent<TypeParam> big(Order::big, Flavour::classic, {0xF1, 2, 3, 4});
-    EXPECT_EQ(big->readOffset(&offset), 1U);
-    EXPECT_EQ(offset, 0xF102'0304U);
-}
-
-TYPED_TEST(ClassicNumbers, TruncatedNumberIsNotAnItem) {
-    std::uint64_t number = 0;
-    AtContent<TypeParam> shortCount(Order::little, Flavour::classic, {1});
-    EXPECT_EQ(shortCount->readNumEntries(&number), 0U);
-    AtContent<TypeParam> shortOffset(Order::little, Flavour::classic, {1, 2, 3});
-    EXPECT_EQ(shortOffset->readOffset(&number), 0U);
+    const auto offset = &TagFile::readOffset;
+    expectNumber<TypeParam>(offset, {Order::little}, {1, 2, 3, 0xF4}, 0xF403'0201U, 4);
+    expectNumber<TypeParam>(offset, {Order::big}, {0xF1, 2, 3, 4}, 0xF102'0304U, 4);
+    expectNoItem<TypeParam>(offset, Flavour::classic, {1, 2, 3});
 }
 
 TEST(BigNumbers, CountAndOffsetHaveEightBytes) {
-    std::uint64_t number = kFilled;
-    AtContent<BigTiffTagFile> little(Order::little, Flavour::big, kEight + kEight);
-    EXPECT_EQ(little->readNumEntries(&number), 1U);
-    EXPECT_EQ(number, 0x0807'0605'0403'0201U);
-    number = kFilled;
-    EXPECT_EQ(little->readOffset(&number), 1U);
-    EXPECT_EQ(number, 0x0807'0605'0403'0201U);
-    EXPECT_EQ(little->position(), 32);
-
-    AtContent<BigTiffTagFile> big(Order::big, Flavour::big, kEight + kEight);
-    EXPECT_EQ(big->readNumEntries(&number), 1U);
-    EXPECT_EQ(number, 0x0102'0304'0506'0708U);
-    number = kFilled;
-    EXPECT_EQ(big->readOffset(&number), 1U);
-    EXPECT_EQ(number, 0x0102'0304'0506'0708U);
-}
-
-TEST(BigNumbers, SevenBytesAreNotAnItem) {
-    const Bytes seven(kEight.begin(), kEight.end() - 1);
-    std::uint64_t number = 0;
-    AtContent<BigTiffTagFile> count(Order::little, Flavour::big, seven);
-    EXPECT_EQ(count->readNumEntries(&number), 0U);
-    AtContent<BigTiffTagFile> offset(Order::little, Flavour::big, seven);
-    EXPECT_EQ(offset->readOffset(&number), 0U);
+    for (const ReadNumber read : {&TagFile::readNumEntries, &TagFile::readOffset}) {
+        expectNumber<BigTiffTagFile>(read, {Order::little, Flavour::big}, kEight + kEight,
+                                     0x0807'0605'0403'0201U, 8);
+        expectNumber<BigTiffTagFile>(read, {Order::big, Flavour::big}, kEight + kEight,
+                                     0x0102'0304'0506'0708U, 8);
+        expectNoItem<BigTiffTagFile>(read, Flavour::big, Bytes(7, 1));
+    }
 }
 
 /// Byte i is 0xA0 + i.

@@ -81,9 +81,7 @@ TEST_F(CopiedReader, HasNoFieldNames) {
 }
 
 TEST_F(CopiedReader, HasNoDirectories) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     inQuietCall([&] {
         ClassicTiffTagFile read(memory.name().c_str());
         read.readAll();
@@ -134,9 +132,7 @@ TEST_F(AssignedReader, DescribesTheOtherFile) {
 }
 
 TEST_F(AssignedReader, KeepsItsOtherMembers) {
-    TiffBuilder file;
-    file.image().shorts(274, {6});
-    const MemoryFile memory(file.bytes());
+    const MemoryFile memory(tiffOf(Dir().shorts(274, {6})));
     inQuietCall([&] {
         ClassicTiffTagFile assigned(memory.name().c_str());
         assigned.readAll();
