@@ -14,17 +14,17 @@ namespace {
 using Text = std::optional<std::string>;
 
 /// The first of `fields` with its unit.
-Text measuredOf(const std::function<Fields()>& fields) {
-    const zephra::CallResult result = called([&] { return structures({fields()}); });
+Text measuredOf(const Fields& fields) {
+    const zephra::CallResult result = called(structures({fields}));
     return measured(result.output(), 0, 0);
 }
 
 Text measuredOf(const char* name, double value) {
-    return measuredOf([&] { return Fields{{name, number(value)}}; });
+    return measuredOf(Fields{{name, number(value)}});
 }
 
 Text measuredOf(const char* name, double value, const char* namedBy, std::string_view word) {
-    return measuredOf([&] { return Fields{{name, number(value)}, {namedBy, characters(word)}}; });
+    return measuredOf(Fields{{name, number(value)}, {namedBy, characters(word)}});
 }
 
 TEST(Measured, FieldsWithAFixedUnitShowIt) {
@@ -65,9 +65,8 @@ TEST(Measured, OtherExposuresShowNoFraction) {
 
 TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSide) {
     const auto angle = [](const char* name, const char* namedBy, std::string_view side) {
-        return measuredOf([=] {
-            return Fields{{name, numbers(3, 1, {47, 22, 11.9})}, {namedBy, characters(side)}};
-        });
+        return measuredOf(
+            Fields{{name, numbers(3, 1, {47, 22, 11.9})}, {namedBy, characters(side)}});
     };
     EXPECT_EQ(angle("GPSLatitude", "GPSLatitudeRef", "N\0"s), "47\u00b0 22' 11.9\" N");
     EXPECT_EQ(angle("GPSLongitude", "GPSLongitudeRef", "W"), "47\u00b0 22' 11.9\" W");
@@ -76,21 +75,15 @@ TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSide) {
 }
 
 TEST(Measured, AnAngleWithoutAKnownSideHasNone) {
-    EXPECT_EQ(measuredOf([] {
-                  return Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})}};
-              }),
+    EXPECT_EQ(measuredOf(Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})}}),
               "47\u00b0 22.5' 0\"");
-    EXPECT_EQ(measuredOf([] {
-                  return Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})},
-                                {"GPSLatitudeRef", characters("\x1b")}};
-              }),
+    EXPECT_EQ(measuredOf(Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})},
+                                {"GPSLatitudeRef", characters("\x1b")}}),
               "47\u00b0 22.5' 0\"");
 }
 
 TEST(Measured, ATimeStampHasHoursMinutesAndSeconds) {
-    EXPECT_EQ(measuredOf([] {
-                  return Fields{{"GPSTimeStamp", numbers(3, 1, {14, 27, 5.5})}};
-              }),
+    EXPECT_EQ(measuredOf(Fields{{"GPSTimeStamp", numbers(3, 1, {14, 27, 5.5})}}),
               "14 h 27 min 5.5 s UTC");
 }
 
@@ -109,9 +102,7 @@ TEST(Measured, AnUnknownUnitIsLeftOut) {
 
 TEST(Measured, TheNumberOfAUnitNamesItAsItsWordDoes) {
     const auto resolution = [](const char* name, double unit) {
-        return measuredOf([=] {
-            return Fields{{name, number(2900)}, {"FocalPlaneResolutionUnit", number(unit)}};
-        });
+        return measuredOf(Fields{{name, number(2900)}, {"FocalPlaneResolutionUnit", number(unit)}});
     };
     EXPECT_EQ(resolution("FocalPlaneXResolution", 2), "2900 per inch");
     EXPECT_EQ(resolution("FocalPlaneYResolution", 3), "2900 per centimeter");
@@ -136,12 +127,9 @@ TEST(Measured, IsNothingForAFieldWithoutUnit) {
 
 TEST(Measured, IsNothingForTheWrongCountOfNumbers) {
     EXPECT_EQ(measuredOf("GPSLatitude", 47.5), std::nullopt);
-    EXPECT_EQ(measuredOf([] {
-                  return Fields{{"FocalLength", numbers(2, 1, {35, 70})}};
-              }),
-              std::nullopt);
-    EXPECT_EQ(measuredOf([] { return Fields{{"FocalLength", nullptr}}; }), std::nullopt);
-    EXPECT_EQ(measuredOf([] { return Fields{{"FocalLength", characters("3")}}; }), std::nullopt);
+    EXPECT_EQ(measuredOf(Fields{{"FocalLength", numbers(2, 1, {35, 70})}}), std::nullopt);
+    EXPECT_EQ(measuredOf(Fields{{"FocalLength", nullptr}}), std::nullopt);
+    EXPECT_EQ(measuredOf(Fields{{"FocalLength", characters("3")}}), std::nullopt);
 }
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
