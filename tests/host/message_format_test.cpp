@@ -11,8 +11,7 @@ namespace {
 // The text of the one warning that `format` and `arguments` produce.
 template <class... Arguments>
 std::string warned(const char* format, Arguments... arguments) {
-    const CallResult result =
-        run([&](qvArray*& /*output*/) { qvxWarnMsgIdAndTxt("a:b", format, arguments...); });
+    const CallResult result = run([&] { qvxWarnMsgIdAndTxt("a:b", format, arguments...); });
     return result.warnings().at(0).text;
 }
 
@@ -109,8 +108,7 @@ TEST(ComposedText, IsNotInterpretedEvenWithArguments) {
 
 TEST(ComposedText, OfAnErrorIsPrintedAsItStands) {
     const std::string composed = "file \"%s%n.tif\"";
-    const CallResult result =
-        run([&](qvArray*& /*output*/) { qvxErrMsgIdAndTxt("a:b", composed.c_str()); });
+    const CallResult result = run([&] { qvxErrMsgIdAndTxt("a:b", composed.c_str()); });
     EXPECT_EQ(result.error(), (Message{"a:b", "file \"%s%n.tif\""}));
 }
 
