@@ -29,22 +29,18 @@ Record read(std::string path, std::vector<std::string> cells) {
     return record;
 }
 
-TEST(CsvCell, PlainTextIsUnchanged) {
+TEST(CsvCell, IsQuotedOrMarkedWhereSheetsWouldMisreadIt) {
     EXPECT_EQ(csvCell(""), "");
     EXPECT_EQ(csvCell("47 22 11.9"), "47 22 11.9");
     EXPECT_EQ(csvCell("a=b;c+d\\x1b'"), "a=b;c+d\\x1b'");
-}
-
-TEST(CsvCell, IsQuotedIfItHasASeparatorOrAnOuterBlank) {
+    // Separators and outer blanks are quoted.
     EXPECT_EQ(csvCell("a,b"), "\"a,b\"");
     EXPECT_EQ(csvCell("say \"x\""), "\"say \"\"x\"\"\"");
     EXPECT_EQ(csvCell("a\nb"), "\"a\nb\"");
     EXPECT_EQ(csvCell("a\rb"), "\"a\rb\"");
     EXPECT_EQ(csvCell(" a"), "\" a\"");
     EXPECT_EQ(csvCell("a "), "\"a \"");
-}
-
-TEST(CsvCell, AFormulaGetsAnApostrophe) {
+    // A formula gets an apostrophe, a number gets none.
     EXPECT_EQ(csvCell("=1+1"), "'=1+1");
     EXPECT_EQ(csvCell("+cmd"), "'+cmd");
     EXPECT_EQ(csvCell("-a"), "'-a");
@@ -52,9 +48,6 @@ TEST(CsvCell, AFormulaGetsAnApostrophe) {
     EXPECT_EQ(csvCell("-1 -2"), "'-1 -2");
     EXPECT_EQ(csvCell("@SUM(A1)"), "'@SUM(A1)");
     EXPECT_EQ(csvCell("=A1,\"B\""), "\"'=A1,\"\"B\"\"\"");
-}
-
-TEST(CsvCell, ANumberGetsNone) {
     EXPECT_EQ(csvCell("-12.5"), "-12.5");
     EXPECT_EQ(csvCell("-1e-07"), "-1e-07");
     EXPECT_EQ(csvCell("-Infinity"), "-Infinity");

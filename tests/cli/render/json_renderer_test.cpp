@@ -56,14 +56,15 @@ TEST(JsonRenderer, ADirectoryIsAnObjectWithFieldsInTheirOrder) {
               expected);
 }
 
-TEST(JsonRenderer, RowsAndColumnsAreFlatLists) {
+TEST(JsonRenderer, RowsAndColumnsAreFlatListsAndMatricesListsOfRows) {
     EXPECT_EQ(jsonOf(numbers(1, 3, {8, 8, 8})), "[8,8,8]");
     EXPECT_EQ(jsonOf(numbers(3, 1, {1, 2.5, -0.0})), "[1,2.5,-0.0]");
     EXPECT_EQ(jsonOf(numbers(1, 1, {0.008})), "0.008");
-}
-
-TEST(JsonRenderer, AMatrixIsAListOfItsRows) {
     EXPECT_EQ(jsonOf(numbers(2, 3, {1, 2, 3, 4, 5, 6})), "[[1,3,5],[2,4,6]]");
+    EXPECT_EQ(jsonOf(logicals(2, 2, {0, 1, 0, 0})), "[[false,false],[true,false]]");
+    EXPECT_EQ(jsonOf(nullptr), "null");
+    EXPECT_EQ(jsonOf(numbers(0, 0, {})), "null");
+    EXPECT_EQ(jsonOf(numbers(0, 3, {})), "null");
 }
 
 TEST(JsonRenderer, FurtherDimensionsCountAsColumns) {
@@ -77,28 +78,15 @@ TEST(JsonRenderer, FurtherDimensionsCountAsColumns) {
               "[[0,0],[0,7]]");
 }
 
-TEST(JsonRenderer, EmptyPlacesAndNumbersAreNull) {
-    EXPECT_EQ(jsonOf(nullptr), "null");
-    EXPECT_EQ(jsonOf(numbers(0, 0, {})), "null");
-    EXPECT_EQ(jsonOf(numbers(0, 3, {})), "null");
-}
-
-TEST(JsonRenderer, LogicalsAreBooleans) {
-    EXPECT_EQ(jsonOf(logicals(2, 2, {0, 1, 0, 0})), "[[false,false],[true,false]]");
-}
-
 TEST(JsonRenderer, TextKeepsItsTrailingNuls) {
     EXPECT_EQ(jsonOf(characters("kiln\0\0"s)), R"("kiln\u0000\u0000")");
     EXPECT_EQ(jsonOf(characters("")), R"("")");
 }
 
-TEST(JsonRenderer, CellsAreLists) {
+TEST(JsonRenderer, CellsAndNestedStructuresAreLists) {
     EXPECT_EQ(jsonOf(cells({characters("a"), nullptr, numbers(1, 2, {1, 2})})),
               R"(["a",null,[1,2]])");
     EXPECT_EQ(jsonOf(cells({cells({cells({})})})), "[[[]]]");
-}
-
-TEST(JsonRenderer, NestedStructuresAreListsOfObjects) {
     EXPECT_EQ(jsonOf(structures({{{"Before", number(1)},
                                   {"Inner", structures({{{"X", number(2)}}})},
                                   {"After", cells({structures({{{"Y", number(3)}}})})}}})),

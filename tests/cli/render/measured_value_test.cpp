@@ -37,22 +37,16 @@ TEST(Measured, FieldsWithAFixedUnitShowIt) {
     EXPECT_EQ(measuredOf("GPSTrack", 90), "90\u00b0");
     EXPECT_EQ(measuredOf("GPSImgDirection", 359.99), "359.99\u00b0");
     EXPECT_EQ(measuredOf("GPSDestBearing", 180), "180\u00b0");
-}
-
-TEST(Measured, ApexValuesShowTheirUnit) {
     for (const char* const name : {"ShutterSpeedValue", "ApertureValue", "BrightnessValue",
                                    "ExposureBiasValue", "MaxApertureValue"}) {
         EXPECT_EQ(measuredOf(name, -0.5), "-0.5 APEX") << name;
     }
 }
 
-TEST(Measured, AnExposureOfOneOverNSecondsShowsTheFraction) {
+TEST(Measured, OnlyAnExposureOfOneOverNSecondsShowsTheFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", 0.008), "0.008 s (1/125 s)");
     EXPECT_EQ(measuredOf("ExposureTime", 1.0 / 3.0), "0.3333333 s (1/3 s)");
     EXPECT_EQ(measuredOf("ExposureTime", 1.0 / 4294967295.0), "2.328306e-10 s (1/4294967295 s)");
-}
-
-TEST(Measured, OtherExposuresShowNoFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", 0.3), "0.3 s");
     EXPECT_EQ(measuredOf("ExposureTime", 1), "1 s");
     EXPECT_EQ(measuredOf("ExposureTime", 30), "30 s");
@@ -63,7 +57,7 @@ TEST(Measured, OtherExposuresShowNoFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", HUGE_VAL), "Infinity s");
 }
 
-TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSide) {
+TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSideIfKnown) {
     const auto angle = [](const char* name, const char* namedBy, std::string_view side) {
         return measuredOf(
             Fields{{name, numbers(3, 1, {47, 22, 11.9})}, {namedBy, characters(side)}});
@@ -72,9 +66,6 @@ TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSide) {
     EXPECT_EQ(angle("GPSLongitude", "GPSLongitudeRef", "W"), "47\u00b0 22' 11.9\" W");
     EXPECT_EQ(angle("GPSDestLatitude", "GPSDestLatitudeRef", "S"), "47\u00b0 22' 11.9\" S");
     EXPECT_EQ(angle("GPSDestLongitude", "GPSDestLongitudeRef", "E"), "47\u00b0 22' 11.9\" E");
-}
-
-TEST(Measured, AnAngleWithoutAKnownSideHasNone) {
     EXPECT_EQ(measuredOf(Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})}}),
               "47\u00b0 22.5' 0\"");
     EXPECT_EQ(measuredOf(Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})},
@@ -93,9 +84,6 @@ TEST(Measured, TheResolutionUnitNamesTheUnitOfResolutionsAndPositions) {
               "28.5 per centimeter");
     EXPECT_EQ(measuredOf("XPosition", 1.5, "ResolutionUnit", "Inch"), "1.5 inches");
     EXPECT_EQ(measuredOf("YPosition", 4, "ResolutionUnit", "Centimeter"), "4 centimeters");
-}
-
-TEST(Measured, AnUnknownUnitIsLeftOut) {
     EXPECT_EQ(measuredOf("XResolution", 72, "ResolutionUnit", "None"), "72");
     EXPECT_EQ(measuredOf("XResolution", 72), "72");
 }
@@ -118,14 +106,11 @@ TEST(Measured, TheLetterBesideSpeedsAndDistancesNamesTheirUnit) {
     EXPECT_EQ(measuredOf("GPSDestDistance", 3, "GPSDestDistanceRef", "N"), "3 nautical miles");
 }
 
-TEST(Measured, IsNothingForAFieldWithoutUnit) {
+TEST(Measured, IsNothingWithoutAUnitOrForTheWrongCountOfNumbers) {
     EXPECT_EQ(measuredOf("Width", 640), std::nullopt);
     EXPECT_EQ(measuredOf("FNumber", 2.8), std::nullopt);
     EXPECT_EQ(measuredOf("", 1), std::nullopt);
     EXPECT_EQ(measuredOf("Zzz", 1), std::nullopt);
-}
-
-TEST(Measured, IsNothingForTheWrongCountOfNumbers) {
     EXPECT_EQ(measuredOf("GPSLatitude", 47.5), std::nullopt);
     EXPECT_EQ(measuredOf(Fields{{"FocalLength", numbers(2, 1, {35, 70})}}), std::nullopt);
     EXPECT_EQ(measuredOf(Fields{{"FocalLength", nullptr}}), std::nullopt);
@@ -138,31 +123,19 @@ TEST(ExactNumber, IsTheShortestTextThatReadsBack) {
     EXPECT_EQ(exactNumber(0.1), "0.1");
     EXPECT_EQ(exactNumber(1.0 / 3.0), "0.3333333333333333");
     EXPECT_EQ(exactNumber(5e-324), "5e-324");
-}
-
-TEST(ExactNumber, WholeNumbersHaveNeitherFractionNorExponent) {
     EXPECT_EQ(exactNumber(300), "300");
     EXPECT_EQ(exactNumber(9007199254740991.0), "9007199254740991");
     EXPECT_EQ(exactNumber(-4294967295.0), "-4294967295");
-}
-
-TEST(ExactNumber, KeepsTheSignOfZero) {
     EXPECT_EQ(exactNumber(-0.0), "-0");
-}
-
-TEST(ExactNumber, HasWordsForNonfiniteNumbers) {
     EXPECT_EQ(exactNumber(-std::nan("")), "NaN");
     EXPECT_EQ(exactNumber(kInfinity), "Infinity");
     EXPECT_EQ(exactNumber(-kInfinity), "-Infinity");
 }
 
-TEST(BriefNumber, ShowsFractionsToSevenDigits) {
+TEST(BriefNumber, ShowsFractionsToSevenDigitsAndOtherNumbersExactly) {
     EXPECT_EQ(briefNumber(0.008), "0.008");
     EXPECT_EQ(briefNumber(2.0 / 3.0), "0.6666667");
     EXPECT_EQ(briefNumber(0.3127000033855438), "0.3127");
-}
-
-TEST(BriefNumber, ShowsOtherNumbersExactly) {
     EXPECT_EQ(briefNumber(9007199254740991.0), "9007199254740991");
     EXPECT_EQ(briefNumber(std::nan("")), "NaN");
     EXPECT_EQ(briefNumber(-kInfinity), "-Infinity");

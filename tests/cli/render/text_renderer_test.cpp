@@ -222,16 +222,11 @@ TEST(TextRenderer, RejectsControlCharactersAndInvalidUtf8) {
 TEST(TextRenderer, AcceptsItsOwnMarksWithColourOnly) {
     EXPECT_TRUE(accepts("  \x1b[1ma\x1b[0m \x1b[36mb\x1b[0m \x1b[2mc\x1b[0m\n", coloured()));
     EXPECT_FALSE(accepts("  \x1b[1ma\x1b[0m\n"));
-}
-
-TEST(TextRenderer, RejectsOtherEscapeSequences) {
     for (const char* const line : {"  \x1b\n", "  \x1b[\n", "  \x1b[2J\x1b[0m\n",
                                    "  \x1b[8mhidden\x1b[0m\n", "  \x1b]0;title\x1b[0m\n"}) {
         EXPECT_FALSE(accepts(line, coloured())) << testing::PrintToString(line);
     }
-}
-
-TEST(TextRenderer, RejectsAMarkThatReachesBeyondItsLine) {
+    // A mark ends on its line.
     EXPECT_FALSE(accepts("  \x1b[1mbold\n", coloured()));
     EXPECT_FALSE(accepts("  \x1b[1mbold\n  x\x1b[0m\n", coloured()));
 }

@@ -24,13 +24,10 @@ bool isBlankValue(const Make& make) {
     return isBlank(called(make).output());
 }
 
-TEST(TextValue, TextLosesItsTrailingNulsOnly) {
+TEST(TextValue, TextLosesTrailingNulsAndEscapesControlBytes) {
     EXPECT_EQ(textOf(characters("kiln\0\0"s)), "kiln");
     EXPECT_EQ(textOf(characters("a\0b\0"s)), R"(a\x00b)");
     EXPECT_EQ(textOf(characters("\0\0"s)), "");
-}
-
-TEST(TextValue, NoControlByteIsWritten) {
     EXPECT_EQ(textOf(characters("\x1b[2J\xff\u202e\n")), R"(\x1b[2J\xff\xe2\x80\xae\n)");
 }
 
@@ -40,19 +37,16 @@ TEST(TextValue, LongTextIsCutAndShowsItsSize) {
               std::string(400, 'x') + "... [401 bytes]");
 }
 
-TEST(TextValue, NumbersAreBrief) {
+TEST(TextValue, ElementsAreShownRowByRow) {
     EXPECT_EQ(textOf(number(-4294967295.0)), "-4294967295");
     EXPECT_EQ(textOf(number(2.0 / 3.0)), "0.6666667");
     EXPECT_EQ(textOf(number(-HUGE_VAL)), "-Infinity");
-}
-
-TEST(TextValue, RowsAndColumnsLookAlike) {
     EXPECT_EQ(textOf(numbers(1, 3, {8, 9, 10})), "8, 9, 10");
     EXPECT_EQ(textOf(numbers(3, 1, {1, 2, 3})), "1, 2, 3");
-}
-
-TEST(TextValue, AMatrixIsShownRowByRow) {
     EXPECT_EQ(textOf(numbers(2, 3, {1, 2, 3, 4, 5, 6})), "1, 3, 5; 2, 4, 6");
+    EXPECT_EQ(textOf(logicals(1, 2, {0, 1})), "false, true");
+    EXPECT_EQ(textOf(nullptr), "");
+    EXPECT_EQ(textOf(numbers(0, 3, {})), "");
 }
 
 TEST(TextValue, LongArraysAreCutAndShowTheirSize) {
@@ -69,35 +63,20 @@ TEST(TextValue, SizesAreDimWithColour) {
               std::string(400, 'x') + "... \x1b[2m[401 bytes]\x1b[0m");
 }
 
-TEST(TextValue, LogicalsAreWords) {
-    EXPECT_EQ(textOf(logicals(1, 2, {0, 1})), "false, true");
-}
-
-TEST(TextValue, CellsAreJoinedAndContainersInThemReplacedByTheirSize) {
+TEST(TextValue, CellsAreJoinedAndContainersReplacedByTheirSize) {
     EXPECT_EQ(textOf(cells({characters("Unsigned integer"), numbers(2, 1, {1, 2})})),
               "Unsigned integer, 1, 2");
     EXPECT_EQ(textOf(cells({cells({nullptr, nullptr}), structures({{{"A", nullptr}}})})),
               "[2 x 1 cell], [1 x 1 struct]");
-}
-
-TEST(TextValue, AStructureArrayIsReplacedByItsSize) {
     EXPECT_EQ(textOf(structures({{{"A", nullptr}}, {{"A", nullptr}}})), "[2 x 1 struct]");
 }
 
-TEST(TextValue, AnEmptyPlaceHasNoText) {
-    EXPECT_EQ(textOf(nullptr), "");
-    EXPECT_EQ(textOf(numbers(0, 3, {})), "");
-}
-
-TEST(IsBlank, IsTrueForEmptyValuesAndTextOfNuls) {
+TEST(IsBlank, IsTrueForEmptyValuesAndTextOfNulsOnly) {
     EXPECT_TRUE(isBlankValue(nullptr));
     EXPECT_TRUE(isBlankValue(numbers(0, 3, {})));
     EXPECT_TRUE(isBlankValue(cells({})));
     EXPECT_TRUE(isBlankValue(characters("")));
     EXPECT_TRUE(isBlankValue(characters("\0\0"s)));
-}
-
-TEST(IsBlank, IsFalseForAnythingElse) {
     EXPECT_FALSE(isBlankValue(number(0)));
     EXPECT_FALSE(isBlankValue(characters("\0 "s)));
     EXPECT_FALSE(isBlankValue(structures({{{"A", nullptr}}})));
