@@ -43,9 +43,6 @@ TEST(ImageSignature, IsThatOfJpegTiffAndBigTiff) {
     EXPECT_FALSE(isImageStart("II\0\x2a"s));
     EXPECT_FALSE(isImageStart("IM\x2a\0"s));
     EXPECT_FALSE(isImageStart("%PDF"));
-}
-
-TEST(ImageSignature, NeedsAllItsBytes) {
     for (const std::string& start : {""s, "\xff"s, "I"s, "II"s, "II\x2a"s, "MM\0"s}) {
         EXPECT_FALSE(isImageStart(start)) << start;
     }

@@ -58,9 +58,7 @@ TEST(CsvRecordWriter, TheFirstLineNamesTheColumns) {
               "path,status,error,warnings,directories,Make,GPSInfo.GPSLatitude\n");
     EXPECT_EQ(header(selecting({"a,b", "=\x1b"})),
               "path,status,error,warnings,directories,\"a,b\",'=\\x1b\n");
-}
-
-TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
+    // Without a selection they are the usual fields.
     EXPECT_EQ(header({}),
               "path,status,error,warnings,directories,Format,Width,Height,BitDepth,ColorType,"
               "Compression,DateTime,Make,Model,DigitalCamera.ExposureTime,DigitalCamera.FNumber,"
@@ -70,6 +68,8 @@ TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
 TEST(CsvRecordWriter, WritesARowForAFile) {
     EXPECT_EQ(row(read("a.tif", {"2", "A;B"})), "a.tif,ok,,0,2,A;B\n");
     EXPECT_EQ(row(read("a.tif", {"1", "A, \"B\""})), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
+    // A name that begins with a hyphen gets an apostrophe.
+    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 
 TEST(CsvRecordWriter, CountsAllWarnings) {
@@ -92,10 +92,6 @@ TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
     record.path = "=new\nline,\x1b\xff";
     record.outcome = failure(Status::error, "X:\t\x9b", "It ended.");
     EXPECT_EQ(row(record), "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
-}
-
-TEST(CsvRecordWriter, NamesThatBeginWithAHyphenGetAnApostrophe) {
-    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 
 }  // namespace

@@ -38,14 +38,9 @@ TEST(JsonCheck, AcceptsArraysOfEveryKindOfValue) {
 TEST(JsonCheck, RejectsAnythingButOneArray) {
     for (const char* const json :
          {"", "{}", "null", "\"[]\"", "[", "]", "[]]", "[][]", "[],[]", " []", "[1,]", "[,1]",
-          "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]"}) {
-        EXPECT_FALSE(isJsonArray(json)) << json;
-    }
-}
-
-TEST(JsonCheck, RejectsWordsAndNumbersThatAreNotJson) {
-    for (const char* const json :
-         {"[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
+          "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]",
+          // Words and numbers of other languages.
+          "[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
           "[-]", "[1e]", "[0x1]", "['a']", "[/**/1]"}) {
         EXPECT_FALSE(isJsonArray(json)) << json;
     }
