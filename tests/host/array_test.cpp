@@ -10,6 +10,7 @@
 #include <malloc.h>
 #include <span>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -69,8 +70,10 @@ TEST(Shape, OfNoDimensionsIsEmptyAndOfOneAColumn) {
     EXPECT_THAT(result.output().cell(4).dimensions(), ElementsAre(0, 0));
 }
 
-TEST(Shape, IsRequired) {
+TEST(Shape, IsRequiredAndHasAtMost255Dimensions) {
     run([] {
+        EXPECT_EQ(makeCell(std::vector<std::size_t>(256, 1)), nullptr);
+        EXPECT_NE(makeCell(std::vector<std::size_t>(255, 1)), nullptr);
         EXPECT_EQ(qvCreateNumericArray(2, nullptr, qvClassDouble, qvReal), nullptr);
         EXPECT_EQ(qvCreateCharArray(1, nullptr), nullptr);
     });
@@ -96,13 +99,6 @@ TEST(Shape, WithAZeroIsEmptyHoweverLargeTheRest) {
     EXPECT_TRUE(result.output().empty());
 }
 
-TEST(Shape, HasAtMost255Dimensions) {
-    run([] {
-        EXPECT_EQ(makeCell(std::vector<std::size_t>(256, 1)), nullptr);
-        EXPECT_NE(makeCell(std::vector<std::size_t>(255, 1)), nullptr);
-    });
-}
-
 TEST(DoubleScalar, StoresItsNumber) {
     const CallResult result = run([](qvArray*& output) { output = qvCreateDoubleScalar(-12.75); });
     EXPECT_THAT(result.output().dimensions(), ElementsAre(1, 1));
@@ -116,12 +112,9 @@ TEST(String, HasOneElementForEachByte) {
     EXPECT_THAT(result.output().dimensions(), ElementsAre(1, 3));
     EXPECT_THAT(result.output().characters(), ElementsAre('a', 0x00E9, 'z'));
     EXPECT_EQ(result.output().text(), "a\xE9z");
-}
-
-TEST(String, MayBeEmpty) {
-    const CallResult result = run([](qvArray*& output) { output = qvCreateString(""); });
-    EXPECT_THAT(result.output().dimensions(), ElementsAre(1, 0));
-    EXPECT_EQ(result.output().text(), "");
+    const CallResult empty = run([](qvArray*& output) { output = qvCreateString(""); });
+    EXPECT_THAT(empty.output().dimensions(), ElementsAre(1, 0));
+    EXPECT_EQ(empty.output().text(), "");
 }
 
 TEST(CharArray, IsNulThroughoutAndWritable) {
@@ -187,20 +180,22 @@ TEST(StructArray, FindsEachOfManyFields) {
 
 TEST(Inspection, ReturnsTheClass) {
     run([] {
-        EXPECT_EQ(qvGetClassCode(makeCell({1})), 1);
-        EXPECT_EQ(qvGetClassCode(makeStruct({1}, {"a"})), 2);
-        EXPECT_EQ(qvGetClassCode(makeNumeric({1}, qvClassLogical)), 3);
-        EXPECT_EQ(qvGetClassCode(makeChar({1})), 4);
-        EXPECT_EQ(qvGetClassCode(makeNumeric({1})), 6);
-        EXPECT_STREQ(qvGetClassName(makeCell({1})), "cell");
-        EXPECT_STREQ(qvGetClassName(makeStruct({1}, {"a"})), "struct");
-        EXPECT_STREQ(qvGetClassName(makeNumeric({1}, qvClassLogical)), "logical");
-        EXPECT_STREQ(qvGetClassName(makeChar({1})), "char");
-        EXPECT_STREQ(qvGetClassName(makeNumeric({1})), "double");
+        const std::tuple<qvArray*, int, const char*> arrays[] = {
+            {makeCell({1}), 1, "cell"},
+            {makeStruct({1}, {"a"}), 2, "struct"},
+            {makeNumeric({1}, qvClassLogical), 3, "logical"},
+            {makeChar({1}), 4, "char"},
+            {makeNumeric({1}), 6, "double"},
+        };
+        for (const auto& [array, code, name] : arrays) {
+            EXPECT_EQ(qvGetClassCode(array), code);
+            EXPECT_STREQ(qvGetClassName(array), name);
+        }
     });
 }
 
-TEST(Inspection, NarrowsTextToLowBytes) {
+TEST(Inspection, NarrowsTextToLowBytesAndReturnsNaN) {
+    EXPECT_TRUE(std::isnan(qvGetNaN()));
     run([] {
         qvArray* const wide = makeChar({1, 3});
         auto* const characters = static_cast<qvChar*>(qvGetData(wide));
@@ -209,10 +204,6 @@ TEST(Inspection, NarrowsTextToLowBytes) {
         char* const text = qvArrayToString(wide);
         EXPECT_EQ(std::string(text, 4), std::string("A\0\xFF\0", 4));
     });
-}
-
-TEST(Inspection, ReturnsNaN) {
-    EXPECT_TRUE(std::isnan(qvGetNaN()));
 }
 
 bool isAligned(const void* memory) {

@@ -18,16 +18,11 @@ using testing::IsEmpty;
 
 constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
 
-TEST(LargestBlock, LimitsBlocks) {
+TEST(LargestBlock, LimitsBlocksAndTheElementsOfEachKindOfArray) {
     runWith({.largestBlock = 16}, {}, [] {
         EXPECT_NE(qvMalloc(16), nullptr);
         EXPECT_EQ(qvMalloc(17), nullptr);
         EXPECT_EQ(qvMalloc(kMax), nullptr);
-    });
-}
-
-TEST(LargestBlock, LimitsTheElementsOfEachKindOfArray) {
-    runWith({.largestBlock = 16}, {}, [] {
         EXPECT_NE(makeNumeric({2}), nullptr);
         EXPECT_EQ(makeNumeric({3}), nullptr);
         EXPECT_NE(makeNumeric({1}, qvClassDouble, qvComplex), nullptr);

@@ -13,7 +13,6 @@ using namespace std::string_literals;
 namespace veltrace::cli {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -174,25 +173,29 @@ Make photo() {
                        {{"Make", nullptr}, {"Camera", nullptr}, {"Width", number(5)}}});
 }
 
-TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
-    const Rendering rendering = rendered(selecting({"Width", "Height", "Make"}), photo());
-    EXPECT_EQ(rendering.body, R"([{"Make":"Kiln","Width":7},{"Make":null,"Width":5}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
-}
-
-TEST(JsonRenderer, WritesTheSelectedFieldsOfANestedDirectory) {
-    const Rendering rendering = rendered(selecting({"Camera.FNumber", "Make.FNumber"}), photo());
-    EXPECT_EQ(rendering.body, R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(JsonRenderer, WritesASelectedDirectoryWholeAndReportsSelectedFieldsInIt) {
-    const Rendering rendering =
-        rendered(selecting({"Camera.Flash", "Camera.Iris", "Camera"}), photo());
-    EXPECT_EQ(rendering.body,
-              R"([{"Camera":[{"FNumber":2.8,"Flash":16},{"FNumber":4,"Flash":null}]},)"
-              R"({"Camera":null}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
+TEST(JsonRenderer, WritesSelectedFieldsInTheOrderOfTheModuleAndReportsThem) {
+    struct Selection {
+        std::vector<std::string> fields;
+        std::string body;
+        std::vector<std::uint32_t> seen;
+    };
+    const Selection selections[] = {
+        {{"Width", "Height", "Make"},
+         R"([{"Make":"Kiln","Width":7},{"Make":null,"Width":5}])",
+         {0, 2}},
+        {{"Camera.FNumber", "Make.FNumber"},
+         R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])",
+         {0}},
+        {{"Camera.Flash", "Camera.Iris", "Camera"},
+         R"([{"Camera":[{"FNumber":2.8,"Flash":16},{"FNumber":4,"Flash":null}]},{"Camera":null}])",
+         {0, 2}},
+    };
+    for (const auto& [fields, body, seen] : selections) {
+        const Rendering rendering = rendered(selecting(fields), photo());
+        EXPECT_EQ(rendering.body, body);
+        EXPECT_EQ(rendering.fieldsSeen, seen);
+    }
+    EXPECT_THAT(rendered({}, photo()).fieldsSeen, IsEmpty());
 }
 
 TEST(JsonRenderer, ASelectionGoesThroughCells) {
@@ -207,10 +210,6 @@ TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreOmitted) {
         selecting({"B"}), structures({{{"A", characters("\xff")}, {"B", characters("\xfe")}}}));
     EXPECT_EQ(rendering.body, "[{\"B\":\"\u00fe\"}]");
     EXPECT_EQ(rendering.latin1, R"("/info/0/B")");
-}
-
-TEST(JsonRenderer, WithoutASelectionNoFieldIsReported) {
-    EXPECT_THAT(rendered({}, photo()).fieldsSeen, IsEmpty());
 }
 
 TEST(JsonRenderer, AllTextsOfARenderingShareItsLimit) {

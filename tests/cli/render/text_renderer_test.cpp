@@ -5,7 +5,6 @@
 #include "made_values.h"
 
 using namespace std::string_literals;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace veltrace::cli {
@@ -102,15 +101,12 @@ TEST(TextRenderer, AnOutputWithoutDirectoriesHasNoText) {
     EXPECT_EQ(rendered(nullptr), Rendering());
 }
 
-TEST(TextRenderer, DeepDirectoriesKeepTheIndentAndShowTheirDepth) {
+TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
     const std::string indent(32, ' ');
     EXPECT_THAT(textOf(nestedStructures(18)),
                 testing::EndsWith("\n" + indent + "Next\n" +      //
                                   indent + "Next (depth 17)\n" +  //
                                   indent + "Next (depth 18)\n"));
-}
-
-TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
     EXPECT_THAT(textOf(nestedStructures(200'000)), testing::EndsWith("Next (depth 200000)\n"));
 }
 
@@ -136,52 +132,27 @@ TEST(TextRenderer, ColourMarksHeadingsNamesAndSizes) {
               "    \x1b[1mCamera\x1b[0m\n");
 }
 
-TEST(TextRenderer, WithoutASelectionNoFieldIsReported) {
+TEST(TextRenderer, SelectedFieldsAreShownWithTheirHeadingsAndReported) {
+    struct Selection {
+        std::vector<std::string> fields;
+        std::string body;
+        std::vector<std::uint32_t> seen;
+    };
+    const Selection selections[] = {
+        {{"Width"}, "  Directory 1 of 2\n    Width  1\n  Directory 2 of 2\n    Width  2\n", {0}},
+        {{"Lens", "Make"}, "  Directory 1 of 2\n    Make  A\n", {1}},
+        {{"Camera.FNumber"}, "  Directory 2 of 2\n    Camera\n      FNumber  2.8\n", {0}},
+        {{"Camera", "Camera.Flash"},
+         "  Directory 2 of 2\n    Camera\n      FNumber  2.8\n      Flash    16\n",
+         {0, 1}},
+        {{"Lens", "Width.Depth", "Camera.Lens"}, "  none of the selected fields\n", {}},
+    };
+    for (const auto& [fields, body, seen] : selections) {
+        const Rendering rendering = rendered(photograph(), selecting(fields));
+        EXPECT_EQ(rendering.body, body);
+        EXPECT_EQ(rendering.fieldsSeen, seen);
+    }
     EXPECT_THAT(rendered(photograph()).fieldsSeen, IsEmpty());
-}
-
-TEST(TextRenderer, ASelectedFieldIsShownInEachDirectory) {
-    const Rendering rendering = rendered(photograph(), selecting({"Width"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 1 of 2\n"
-              "    Width  1\n"
-              "  Directory 2 of 2\n"
-              "    Width  2\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(TextRenderer, ADirectoryWithNothingSelectedHasNoHeading) {
-    const Rendering rendering = rendered(photograph(), selecting({"Lens", "Make"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 1 of 2\n"
-              "    Make  A\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(1));
-}
-
-TEST(TextRenderer, ASelectedNestedFieldIsShownWithItsHeadings) {
-    const Rendering rendering = rendered(photograph(), selecting({"Camera.FNumber"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 2 of 2\n"
-              "    Camera\n"
-              "      FNumber  2.8\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(TextRenderer, ASelectedDirectoryIsShownWhole) {
-    const Rendering rendering = rendered(photograph(), selecting({"Camera", "Camera.Flash"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 2 of 2\n"
-              "    Camera\n"
-              "      FNumber  2.8\n"
-              "      Flash    16\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 1));
-}
-
-TEST(TextRenderer, ReportsThatNoSelectedFieldExists) {
-    const Rendering rendering =
-        rendered(photograph(), selecting({"Lens", "Width.Depth", "Camera.Lens"}));
-    EXPECT_EQ(rendering.body, "  none of the selected fields\n");
-    EXPECT_THAT(rendering.fieldsSeen, IsEmpty());
 }
 
 bool accepts(const std::string& body, const RenderOptions& options = {}) {
