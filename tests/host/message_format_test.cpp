@@ -56,13 +56,10 @@ TEST(LiteralFormat, EndsAtAnUnknownConversion) {
     EXPECT_EQ(warned("%-08.3l"), "%-08.3l");
 }
 
-TEST(LiteralFormat, LimitsWidthAndPrecision) {
+TEST(LiteralFormat, LimitsWidthPrecisionAndText) {
     EXPECT_EQ(warned("%99999999d", 7), std::string(1023, ' ') + "7");
     EXPECT_EQ(warned("%.99999999d", 7), std::string(1023, '0') + "7");
     EXPECT_EQ(warned("%99999999999999999999s", "x"), std::string(1023, ' ') + "x");
-}
-
-TEST(LiteralFormat, LimitsTheText) {
     const std::string large(100'000, 'x');
     EXPECT_EQ(warned("%s", large.c_str()), std::string(65'536, 'x'));
     EXPECT_EQ(warned("> %s", large.c_str()), "> " + std::string(65'534, 'x'));

@@ -81,17 +81,13 @@ TEST(CsvRecordWriter, CountsAllWarnings) {
 }
 
 TEST(CsvRecordWriter, WritesARowForAFileThatFailed) {
-    Record record;
-    record.path = "a.tif";
-    record.outcome = failure(Status::limitMemory, "X:end", "It ended.");
-    EXPECT_EQ(row(record), "a.tif,limit-memory,X:end,0,0,\n");
+    EXPECT_EQ(row({0, "a.tif", failure(Status::limitMemory, "X:end", "It ended.")}),
+              "a.tif,limit-memory,X:end,0,0,\n");
 }
 
 TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
-    Record record;
-    record.path = "=new\nline,\x1b\xff";
-    record.outcome = failure(Status::error, "X:\t\x9b", "It ended.");
-    EXPECT_EQ(row(record), "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
+    EXPECT_EQ(row({0, "=new\nline,\x1b\xff", failure(Status::error, "X:\t\x9b", "It ended.")}),
+              "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
 }
 
 }  // namespace

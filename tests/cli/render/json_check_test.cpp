@@ -65,24 +65,18 @@ TEST(JsonCheck, RejectsTextThatIsNotUnicode) {
     }
 }
 
-TEST(JsonCheck, AcceptsEveryPrintableAsciiCharacterAtEveryPlace) {
+TEST(JsonCheck, AcceptsPrintableAsciiAndRejectsOtherBytesAtEveryPlace) {
     for (char character = ' '; character <= '~'; ++character) {
         if (character != '"' && character != '\\') {
             EXPECT_TRUE(saysEverywhere(true, std::string(1, character)));
         }
     }
     EXPECT_TRUE(saysEverywhere(false, "\""));
-}
-
-TEST(JsonCheck, RejectsControlsAtEveryPlace) {
     for (char control = 0; control < ' '; ++control) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, control)));
     }
     EXPECT_TRUE(saysEverywhere(false, "\x7f"));
     EXPECT_TRUE(saysEverywhere(false, "~\x7f\x7f~"));
-}
-
-TEST(JsonCheck, RejectsSingleBytesAboveAsciiAtEveryPlace) {
     for (int byte = 0x80; byte <= 0xFF; ++byte) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, static_cast<char>(byte))));
     }
