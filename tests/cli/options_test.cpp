@@ -158,15 +158,12 @@ TEST(Options, KeepEveryByteOfFileNames) {
     EXPECT_THAT(optionsFrom({"--", "--json", "-x", "--"}).files, ElementsAre("--json", "-x", "--"));
 }
 
-TEST(Options, WithoutFilesAreAnError) {
+TEST(Options, UnknownOnesAndNoFilesAreAnError) {
     for (const Reply& reply : {replyTo({}), replyTo({"--json"}), replyTo({"--"})}) {
         EXPECT_TRUE(reply.isError);
         EXPECT_EQ(reply.text,
                   "veltrace: FILE is required\nRun with --help for more information.\n");
     }
-}
-
-TEST(Options, UnknownOnesAreAnErrorWithTheirVisibleName) {
     const Reply reply = replyTo({"--fo\x1bo", "a.tif"});
     EXPECT_TRUE(reply.isError);
     EXPECT_THAT(reply.text, StartsWith("veltrace: "));

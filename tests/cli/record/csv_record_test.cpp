@@ -80,12 +80,9 @@ TEST(CsvRecordWriter, CountsAllWarnings) {
     EXPECT_EQ(row(record), "a.tif,warned,,42,1,\n");
 }
 
-TEST(CsvRecordWriter, WritesARowForAFileThatFailed) {
+TEST(CsvRecordWriter, WritesARowForAFileThatFailedAndEscapesIt) {
     EXPECT_EQ(row({0, "a.tif", failure(Status::limitMemory, "X:end", "It ended.")}),
               "a.tif,limit-memory,X:end,0,0,\n");
-}
-
-TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
     EXPECT_EQ(row({0, "=new\nline,\x1b\xff", failure(Status::error, "X:\t\x9b", "It ended.")}),
               "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
 }

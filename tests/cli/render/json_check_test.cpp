@@ -82,7 +82,7 @@ TEST(JsonCheck, AcceptsPrintableAsciiAndRejectsOtherBytesAtEveryPlace) {
     }
 }
 
-TEST(JsonCheck, AcceptsOtherCharactersAtEveryPlaceExceptControlsAndSeparators) {
+TEST(JsonCheck, AcceptsOtherCharactersAndItsOwnEscapesAtEveryPlace) {
     for (const char* const taken : {"\u00a0", "\u00ff", "\u0101", "\u07ff", "\u0800", "\u2027",
                                     "\u202a", "\uffff", "\U00010000", "\U0010ffff"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -90,9 +90,6 @@ TEST(JsonCheck, AcceptsOtherCharactersAtEveryPlaceExceptControlsAndSeparators) {
     for (const char* const refused : {"\u0080", "\u009f", "\u2028", "\u2029", "\xed\xa0\x80"}) {
         EXPECT_TRUE(saysEverywhere(false, refused));
     }
-}
-
-TEST(JsonCheck, AcceptsOnlyItsOwnEscapesAtEveryPlace) {
     for (const char* const taken : {R"(\\)", R"(\")", R"(\b)", R"(\n)", R"(\u0000)", R"(\u007f)",
                                     R"(\u2028)", R"(\\u1234)", R"(\\\\ud800)"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -111,7 +108,7 @@ TEST(JsonCheck, AcceptsTheMaximalDepthAndNoMore) {
     EXPECT_FALSE(isJsonArray(std::string(std::size_t{32} << 20, '[')));
 }
 
-TEST(JsonCheck, AcceptsListsOfTheirKind) {
+TEST(JsonCheck, AcceptsListsOfTheirKindAndShapeOnly) {
     for (const auto kind : {ListedAs::nonfinite, ListedAs::latin1, ListedAs::omitted}) {
         EXPECT_TRUE(isListOf(kind, ""));
     }
@@ -123,9 +120,6 @@ TEST(JsonCheck, AcceptsListsOfTheirKind) {
     EXPECT_TRUE(
         isListOf(ListedAs::omitted,
                  R"({"at":"/info/0/A","size":[1,4294967296]},{"at":"/info/0/B","size":[0,2]})"));
-}
-
-TEST(JsonCheck, RejectsListsOfAnotherShape) {
     const std::string nan = R"({"at":"/info/0/A","is":"NaN"})";
     for (const std::string& list :
          {"," + nan, nan + ",", nan + nan, "[" + nan + "]", nan + "]", nan + ",1",

@@ -57,7 +57,7 @@ TEST(Measured, OnlyAnExposureOfOneOverNSecondsShowsTheFraction) {
     EXPECT_EQ(measuredOf("ExposureTime", HUGE_VAL), "Infinity s");
 }
 
-TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSideIfKnown) {
+TEST(Measured, AnAngleHasItsSideIfKnownAndATimeStampItsUnits) {
     const auto angle = [](const char* name, const char* namedBy, std::string_view side) {
         return measuredOf(
             Fields{{name, numbers(3, 1, {47, 22, 11.9})}, {namedBy, characters(side)}});
@@ -71,9 +71,6 @@ TEST(Measured, AnAngleHasDegreesMinutesSecondsAndItsSideIfKnown) {
     EXPECT_EQ(measuredOf(Fields{{"GPSLatitude", numbers(3, 1, {47, 22.5, 0})},
                                 {"GPSLatitudeRef", characters("\x1b")}}),
               "47\u00b0 22.5' 0\"");
-}
-
-TEST(Measured, ATimeStampHasHoursMinutesAndSeconds) {
     EXPECT_EQ(measuredOf(Fields{{"GPSTimeStamp", numbers(3, 1, {14, 27, 5.5})}}),
               "14 h 27 min 5.5 s UTC");
 }
@@ -88,16 +85,13 @@ TEST(Measured, TheResolutionUnitNamesTheUnitOfResolutionsAndPositions) {
     EXPECT_EQ(measuredOf("XResolution", 72), "72");
 }
 
-TEST(Measured, TheNumberOfAUnitNamesItAsItsWordDoes) {
+TEST(Measured, ANumberOrALetterBesideAValueNamesItsUnit) {
     const auto resolution = [](const char* name, double unit) {
         return measuredOf(Fields{{name, number(2900)}, {"FocalPlaneResolutionUnit", number(unit)}});
     };
     EXPECT_EQ(resolution("FocalPlaneXResolution", 2), "2900 per inch");
     EXPECT_EQ(resolution("FocalPlaneYResolution", 3), "2900 per centimeter");
     EXPECT_EQ(resolution("FocalPlaneYResolution", 1), "2900");
-}
-
-TEST(Measured, TheLetterBesideSpeedsAndDistancesNamesTheirUnit) {
     EXPECT_EQ(measuredOf("GPSSpeed", 50, "GPSSpeedRef", "K"), "50 km/h");
     EXPECT_EQ(measuredOf("GPSSpeed", 50, "GPSSpeedRef", "M"), "50 miles per hour");
     EXPECT_EQ(measuredOf("GPSSpeed", 50, "GPSSpeedRef", "N\0"s), "50 knots");

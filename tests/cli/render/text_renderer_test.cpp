@@ -172,16 +172,13 @@ TEST(TextRenderer, AcceptsWhatItRenders) {
     EXPECT_TRUE(accepts("  Stra\u00dfe \\x1b\n    x\n"));
 }
 
-TEST(TextRenderer, RejectsIncompleteAndUnindentedLines) {
+TEST(TextRenderer, RejectsIncompleteAndUnindentedLinesControlsAndInvalidUtf8) {
     EXPECT_FALSE(accepts("  Directory"));
     EXPECT_FALSE(accepts("other.tif\n"));
     EXPECT_FALSE(accepts("  Directory\n\n"));
     EXPECT_FALSE(accepts("  Directory\nother.tif\n"));
     EXPECT_FALSE(accepts(" Directory\n"));
     EXPECT_FALSE(accepts(" \n  Directory\n"));
-}
-
-TEST(TextRenderer, RejectsControlCharactersAndInvalidUtf8) {
     for (const char* const line : {"  a\rb\n", "  a\tb\n", "  \x07\n", "  \x7f\n", "  \u009b\n",
                                    "  \u2028\n", "  \u202e\n", "  \u2066\n", "  caf\xe9\n"}) {
         EXPECT_FALSE(accepts(line)) << testing::PrintToString(line);

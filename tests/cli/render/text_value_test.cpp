@@ -31,10 +31,18 @@ TEST(TextValue, TextLosesTrailingNulsAndEscapesControlBytes) {
     EXPECT_EQ(textOf(characters("\x1b[2J\xff\u202e\n")), R"(\x1b[2J\xff\xe2\x80\xae\n)");
 }
 
-TEST(TextValue, LongTextIsCutAndShowsItsSize) {
+TEST(TextValue, LongTextsAndArraysAreCutAndShowTheirSizeDimWithColour) {
     EXPECT_EQ(textOf(characters(std::string(400, 'x'))), std::string(400, 'x'));
     EXPECT_EQ(textOf(characters(std::string(401, 'x') + '\0')),
               std::string(400, 'x') + "... [401 bytes]");
+    const auto three = numbers(3, 1, {1, 2, 3});
+    EXPECT_EQ(textOf(three, 3), "1, 2, 3");
+    EXPECT_EQ(textOf(three, 2), "1, 2, ... [3 x 1]");
+    EXPECT_EQ(textOf(three, 0), "... [3 x 1]");
+    EXPECT_EQ(textOf(numbers(256, 3, {0.5, 0.25}), 4), "0.5, 0, 0; 0.25, ... [256 x 3]");
+    EXPECT_EQ(textOf(numbers(3, 1, {1, 2, 3}), 1, true), "1, ... \x1b[2m[3 x 1]\x1b[0m");
+    EXPECT_EQ(textOf(characters(std::string(401, 'x')), 1, true),
+              std::string(400, 'x') + "... \x1b[2m[401 bytes]\x1b[0m");
 }
 
 TEST(TextValue, ElementsAreShownRowByRow) {
@@ -47,20 +55,6 @@ TEST(TextValue, ElementsAreShownRowByRow) {
     EXPECT_EQ(textOf(logicals(1, 2, {0, 1})), "false, true");
     EXPECT_EQ(textOf(nullptr), "");
     EXPECT_EQ(textOf(numbers(0, 3, {})), "");
-}
-
-TEST(TextValue, LongArraysAreCutAndShowTheirSize) {
-    const auto three = numbers(3, 1, {1, 2, 3});
-    EXPECT_EQ(textOf(three, 3), "1, 2, 3");
-    EXPECT_EQ(textOf(three, 2), "1, 2, ... [3 x 1]");
-    EXPECT_EQ(textOf(three, 0), "... [3 x 1]");
-    EXPECT_EQ(textOf(numbers(256, 3, {0.5, 0.25}), 4), "0.5, 0, 0; 0.25, ... [256 x 3]");
-}
-
-TEST(TextValue, SizesAreDimWithColour) {
-    EXPECT_EQ(textOf(numbers(3, 1, {1, 2, 3}), 1, true), "1, ... \x1b[2m[3 x 1]\x1b[0m");
-    EXPECT_EQ(textOf(characters(std::string(401, 'x')), 1, true),
-              std::string(400, 'x') + "... \x1b[2m[401 bytes]\x1b[0m");
 }
 
 TEST(TextValue, CellsAreJoinedAndContainersReplacedByTheirSize) {

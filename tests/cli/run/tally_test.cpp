@@ -17,13 +17,10 @@ Tally mixedTally() {
     return tally;
 }
 
-TEST(Tally, CountsFilesAndFailures) {
+TEST(Tally, CountsAndListsFailures) {
     EXPECT_EQ(mixedTally().files(), 7U);
     EXPECT_EQ(mixedTally().failed(), 3U);
     EXPECT_EQ(Tally().files(), 0U);
-}
-
-TEST(Tally, ListsFailuresInOneLine) {
     EXPECT_EQ(mixedTally().line(Seconds(2)),
               "7 files: 3 ok, 1 warned, 1 error, 1 limit-time, 1 crashed; 3.5 files/s");
 }
