@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,79 +24,90 @@ inline RenderOptions selecting(std::vector<std::string> fields) {
     return options;
 }
 
-/// The result of a module whose only work is `body`; what it returns is the output.
-inline zephra::CallResult called(const std::function<qvArray*()>& body) {
+/// Makes an array in the call of a module; an empty one makes none.
+using Make = std::function<qvArray*()>;
+
+/// The result of a module whose output is what `make` makes.
+inline zephra::CallResult called(const Make& make) {
     const zephra::EntryPoint entryPoint = [&](int, qvArray* outputs[], int, const qvArray*[]) {
-        outputs[0] = body();
+        outputs[0] = make ? make() : nullptr;
     };
     return zephra::Host().call(entryPoint, {});
 }
 
 /// `values` in column-major order.
-inline qvArray* numbers(std::size_t rows, std::size_t columns,
-                        std::initializer_list<double> values) {
-    const std::array<std::size_t, 2> size{rows, columns};
-    qvArray* const array = qvCreateNumericArray(2, size.data(), qvClassDouble, qvReal);
-    std::ranges::copy(values, static_cast<double*>(qvGetData(array)));
-    return array;
+template <class Element>
+Make numeric(qvClass classCode, std::array<std::size_t, 2> size, std::vector<Element> values) {
+    return [classCode, size, values = std::move(values)] {
+        qvArray* const array = qvCreateNumericArray(2, size.data(), classCode, qvReal);
+        std::ranges::copy(values, static_cast<Element*>(qvGetData(array)));
+        return array;
+    };
 }
 
-inline qvArray* number(double value) {
-    return qvCreateDoubleScalar(value);
+inline Make numbers(std::size_t rows, std::size_t columns, std::vector<double> values) {
+    return numeric(qvClassDouble, {rows, columns}, std::move(values));
 }
 
-/// `values` in column-major order.
-inline qvArray* logicals(std::size_t rows, std::size_t columns,
-                         std::initializer_list<unsigned char> values) {
-    const std::array<std::size_t, 2> size{rows, columns};
-    qvArray* const array = qvCreateNumericArray(2, size.data(), qvClassLogical, qvReal);
-    std::ranges::copy(values, static_cast<unsigned char*>(qvGetData(array)));
-    return array;
+inline Make number(double value) {
+    return [value] { return qvCreateDoubleScalar(value); };
 }
 
-inline qvArray* characters(std::string_view bytes) {
-    const std::array<std::size_t, 2> size{1, bytes.size()};
-    qvArray* const array = qvCreateCharArray(2, size.data());
-    std::ranges::transform(bytes, static_cast<qvChar*>(qvGetData(array)),
-                           [](char c) { return static_cast<unsigned char>(c); });
-    return array;
+inline Make logicals(std::size_t rows, std::size_t columns, std::vector<unsigned char> values) {
+    return numeric(qvClassLogical, {rows, columns}, std::move(values));
 }
 
-inline qvArray* cells(const std::vector<qvArray*>& values) {
-    const std::size_t size = values.size();
-    qvArray* const array = qvCreateCellArray(1, &size);
-    for (std::size_t i = 0; i < size; ++i) {
-        qvSetCell(array, i, values[i]);
-    }
-    return array;
+inline Make characters(std::string_view text) {
+    return [bytes = std::string(text)] {
+        const std::array<std::size_t, 2> size{1, bytes.size()};
+        qvArray* const array = qvCreateCharArray(2, size.data());
+        std::ranges::transform(bytes, static_cast<qvChar*>(qvGetData(array)),
+                               [](char c) { return static_cast<unsigned char>(c); });
+        return array;
+    };
 }
 
-using Fields = std::vector<std::pair<const char*, qvArray*>>;
-
-/// N x 1, with the field names of the first element. A null value leaves a field empty.
-inline qvArray* structures(const std::vector<Fields>& elements) {
-    std::vector<const char*> names;
-    for (const auto& field : elements.front()) {
-        names.push_back(field.first);
-    }
-    const std::size_t size = elements.size();
-    qvArray* const array =
-        qvCreateStructArray(1, &size, static_cast<int>(names.size()), names.data());
-    for (std::size_t i = 0; i < size; ++i) {
-        for (const auto& [name, value] : elements[i]) {
-            qvSetField(array, i, name, value);
+inline Make cells(const std::vector<Make>& values) {
+    return [values] {
+        const std::size_t size = values.size();
+        qvArray* const array = qvCreateCellArray(1, &size);
+        for (std::size_t i = 0; i < size; ++i) {
+            qvSetCell(array, i, values[i] ? values[i]() : nullptr);
         }
-    }
-    return array;
+        return array;
+    };
+}
+
+using Fields = std::vector<std::pair<const char*, Make>>;
+
+/// N x 1, with the field names of the first element. An empty `Make` leaves a field empty.
+inline Make structures(const std::vector<Fields>& elements) {
+    return [elements] {
+        std::vector<const char*> names;
+        for (const auto& field : elements.front()) {
+            names.push_back(field.first);
+        }
+        const std::size_t size = elements.size();
+        qvArray* const array =
+            qvCreateStructArray(1, &size, static_cast<int>(names.size()), names.data());
+        for (std::size_t i = 0; i < size; ++i) {
+            for (const auto& [name, make] : elements[i]) {
+                qvSetField(array, i, name, make ? make() : nullptr);
+            }
+        }
+        return array;
+    };
 }
 
 /// `depth` structures, each in the field "Next" of the one before; the innermost field is empty.
-inline qvArray* nestedStructures(std::size_t depth) {
-    qvArray* value = nullptr;
-    for (std::size_t i = 0; i < depth; ++i) {
-        value = structures({{{"Next", value}}});
-    }
-    return value;
+inline Make nestedStructures(std::size_t depth) {
+    return [depth] {
+        qvArray* value = nullptr;
+        for (std::size_t i = 0; i < depth; ++i) {
+            value = structures({{{"Next", [value] { return value; }}}})();
+        }
+        return value;
+    };
 }
 
 }  // namespace veltrace::cli

@@ -28,16 +28,13 @@ TEST(Messages, AreOneHarmlessLineEach) {
 }
 
 TEST(Messages, CountTheWarningsThatWereDropped) {
+    EXPECT_EQ(messagesOf("a.tif", Outcome{}), "");
     Outcome outcome;
     outcome.warnings = {{"X:odd", "Odd value."}};
     outcome.warningsDropped = 234;
     EXPECT_EQ(messagesOf("a.tif", outcome),
               "veltrace: a.tif: warning: Odd value. [X:odd]\n"
               "veltrace: a.tif: 234 more warnings\n");
-}
-
-TEST(Messages, AreNotWrittenForAnOutcomeWithoutAny) {
-    EXPECT_EQ(messagesOf("a.tif", Outcome{}), "");
 }
 
 TEST(Messages, ThatAreAlreadyVisibleAreUnchanged) {

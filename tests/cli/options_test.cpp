@@ -85,37 +85,12 @@ TEST(Options, SelectPartOfTheFiles) {
     EXPECT_EQ(options.resumeFrom, "out");
 }
 
-TEST(Options, ChooseAFormat) {
+TEST(Options, TakeEachOfTheirWords) {
     EXPECT_EQ(optionsFrom({"--format", "text", "a"}).render.format, Format::text);
     EXPECT_EQ(optionsFrom({"--format", "json", "a"}).render.format, Format::json);
     EXPECT_EQ(optionsFrom({"--format=ndjson", "a"}).render.format, Format::ndjson);
     EXPECT_EQ(optionsFrom({"--format=csv", "a"}).render.format, Format::csv);
     EXPECT_EQ(optionsFrom({"--ndjson", "a"}).render.format, Format::ndjson);
-}
-
-TEST(Options, SelectAndShortenValues) {
-    const Options options = optionsFrom({"-f", "Make", "--field=A.B", "-fC", "--max-values", "3",
-                                         "--omit-larger-than", "0", "--output-limit", "1K", "a"});
-    EXPECT_THAT(options.render.fields, ElementsAre("Make", "A.B", "C"));
-    EXPECT_EQ(options.render.maxValues, 3U);
-    EXPECT_EQ(options.render.omitLargerThan, 0U);
-    EXPECT_EQ(options.render.maxOutput, 1024U);
-    EXPECT_THAT(options.files, ElementsAre("a"));
-}
-
-TEST(Options, KeepAFieldUnchanged) {
-    EXPECT_THAT(optionsFrom({"-f", "[a,b]", "-f", "x=y", "a"}).render.fields,
-                ElementsAre("[a,b]", "x=y"));
-}
-
-TEST(Options, SetTheOutput) {
-    const Options options = optionsFrom({"-o", "out", "--summary", "sum", "a"});
-    EXPECT_EQ(options.output, "out");
-    EXPECT_EQ(options.summary, "sum");
-    EXPECT_EQ(optionsFrom({"--output=out", "a"}).output, "out");
-}
-
-TEST(Options, SwitchFeaturesOnAndOff) {
     EXPECT_EQ(optionsFrom({"--ordered", "a"}).ordered, When::always);
     EXPECT_EQ(optionsFrom({"--no-ordered", "a"}).ordered, When::never);
     EXPECT_EQ(optionsFrom({"--progress", "a"}).progress, When::always);
@@ -127,12 +102,29 @@ TEST(Options, SwitchFeaturesOnAndOff) {
     EXPECT_TRUE(optionsFrom({"--isolation", "on", "a"}).isIsolated);
     EXPECT_FALSE(optionsFrom({"--sandbox", "off", "a"}).isSandboxed);
     EXPECT_TRUE(optionsFrom({"--sandbox", "auto", "a"}).isSandboxed);
-}
-
-TEST(Options, SetWhatFailsTheRun) {
     EXPECT_EQ(optionsFrom({"--fail-on", "error", "a"}).failOn, FailOn::error);
     EXPECT_EQ(optionsFrom({"--fail-on", "warning", "a"}).failOn, FailOn::warning);
     EXPECT_EQ(optionsFrom({"--fail-on", "never", "a"}).failOn, FailOn::never);
+}
+
+TEST(Options, SelectAndShortenValues) {
+    const Options options = optionsFrom({"-f", "Make", "--field=A.B", "-fC", "--max-values", "3",
+                                         "--omit-larger-than", "0", "--output-limit", "1K", "a"});
+    EXPECT_THAT(options.render.fields, ElementsAre("Make", "A.B", "C"));
+    EXPECT_EQ(options.render.maxValues, 3U);
+    EXPECT_EQ(options.render.omitLargerThan, 0U);
+    EXPECT_EQ(options.render.maxOutput, 1024U);
+    EXPECT_THAT(options.files, ElementsAre("a"));
+    // The name of a field is unchanged.
+    EXPECT_THAT(optionsFrom({"-f", "[a,b]", "-f", "x=y", "a"}).render.fields,
+                ElementsAre("[a,b]", "x=y"));
+}
+
+TEST(Options, SetTheOutput) {
+    const Options options = optionsFrom({"-o", "out", "--summary", "sum", "a"});
+    EXPECT_EQ(options.output, "out");
+    EXPECT_EQ(options.summary, "sum");
+    EXPECT_EQ(optionsFrom({"--output=out", "a"}).output, "out");
 }
 
 TEST(Options, LimitTheReading) {
@@ -142,14 +134,8 @@ TEST(Options, LimitTheReading) {
     EXPECT_EQ(options.timeLimit, 250ms);
     EXPECT_EQ(options.memoryLimit, 67108864U);
     EXPECT_EQ(optionsFrom({"--jobs=256", "--memory-limit=0", "a"}).memoryLimit, 0U);
-}
-
-TEST(Options, RoundATimeUpToMilliseconds) {
+    // A time is rounded up to milliseconds.
     EXPECT_EQ(optionsFrom({"--time-limit", "0.0011", "a"}).timeLimit, 2ms);
-}
-
-TEST(Options, EndAtADoubleDash) {
-    EXPECT_THAT(optionsFrom({"--", "--json", "-x", "--"}).files, ElementsAre("--json", "-x", "--"));
 }
 
 TEST(Options, AnArgumentWithAHyphenIsNotAFile) {
@@ -167,22 +153,17 @@ TEST(Options, KeepEveryByteOfFileNames) {
     EXPECT_THAT(
         optionsFrom({"[a,b]", "[]", "{}", "a,b", "%%", "++", "-", "", "\xff\n", "a=b"}).files,
         ElementsAre("[a,b]", "[]", "{}", "a,b", "%%", "++", "-", "", "\xff\n", "a=b"));
-}
-
-TEST(Options, ANameInBracketsIsOneName) {
     EXPECT_THAT(optionsFrom({"[a]"}).files, ElementsAre("[a]"));
     EXPECT_THAT(optionsFrom({"{}"}).files, ElementsAre("{}"));
+    EXPECT_THAT(optionsFrom({"--", "--json", "-x", "--"}).files, ElementsAre("--json", "-x", "--"));
 }
 
-TEST(Options, WithoutFilesAreAnError) {
+TEST(Options, UnknownOnesAndNoFilesAreAnError) {
     for (const Reply& reply : {replyTo({}), replyTo({"--json"}), replyTo({"--"})}) {
         EXPECT_TRUE(reply.isError);
         EXPECT_EQ(reply.text,
                   "veltrace: FILE is required\nRun with --help for more information.\n");
     }
-}
-
-TEST(Options, UnknownOnesAreAnErrorWithTheirVisibleName) {
     const Reply reply = replyTo({"--fo\x1bo", "a.tif"});
     EXPECT_TRUE(reply.isError);
     EXPECT_THAT(reply.text, StartsWith("veltrace: "));
@@ -277,13 +258,6 @@ TEST(Options, HelpListsEveryOptionAndItsDefault) {
         "--sandbox auto|off;--module PATH;Exit status;Examples");
     for (std::string word; std::getline(words, word, ';');) {
         EXPECT_THAT(help, HasSubstr(word));
-    }
-}
-
-TEST(Options, HelpFitsATerminal) {
-    std::istringstream help(replyTo({"--help"}).text);
-    for (std::string line; std::getline(help, line);) {
-        EXPECT_LE(line.size(), 100U) << line;
     }
 }
 

@@ -59,46 +59,47 @@ private:
     int saved_;
 };
 
-TEST(OutputFile, AppearsWhenItIsComplete) {
-    const test::TemporaryDirectory directory;
-    OutputFile output(directory.at("out"));
+class OutputFileTest : public testing::Test {
+protected:
+    const test::TemporaryDirectory directory_;
+};
+
+TEST_F(OutputFileTest, AppearsWhenItIsComplete) {
+    OutputFile output(directory_.at("out"));
     output.write("one ");
     output.write("");
     output.write("two");
-    EXPECT_THAT(namesIn(directory.path()), testing::Not(testing::Contains("out")));
+    EXPECT_THAT(namesIn(directory_.path()), testing::Not(testing::Contains("out")));
     output.commit();
-    EXPECT_THAT(namesIn(directory.path()), UnorderedElementsAre("out"));
-    EXPECT_EQ(contentOf(directory.at("out")), "one two");
+    EXPECT_THAT(namesIn(directory_.path()), UnorderedElementsAre("out"));
+    EXPECT_EQ(contentOf(directory_.at("out")), "one two");
 }
 
-TEST(OutputFile, LeavesNothingBehindUnlessCompleted) {
-    const test::TemporaryDirectory directory;
-    directory.makeFile("old", "old");
+TEST_F(OutputFileTest, LeavesNothingBehindUnlessCompleted) {
+    directory_.makeFile("old", "old");
     for (const char* name : {"new", "old"}) {
-        OutputFile output(directory.at(name));
+        OutputFile output(directory_.at(name));
         output.write("lost");
     }
-    EXPECT_THAT(namesIn(directory.path()), UnorderedElementsAre("old"));
-    EXPECT_EQ(contentOf(directory.at("old")), "old");
+    EXPECT_THAT(namesIn(directory_.path()), UnorderedElementsAre("old"));
+    EXPECT_EQ(contentOf(directory_.at("old")), "old");
 }
 
-TEST(OutputFile, LeavesNothingBehindWhenTheProcessIsKilled) {
-    const test::TemporaryDirectory directory;
+TEST_F(OutputFileTest, LeavesNothingBehindWhenTheProcessIsKilled) {
     const pid_t process = fork();
     if (process == 0) {
-        OutputFile output(directory.at("out"));
+        OutputFile output(directory_.at("out"));
         output.write("lost");
         std::raise(SIGKILL);
     }
     int status = 0;
     EXPECT_EQ(waitpid(process, &status, 0), process);
     EXPECT_TRUE(WIFSIGNALED(status));
-    EXPECT_THAT(namesIn(directory.path()), IsEmpty());
+    EXPECT_THAT(namesIn(directory_.path()), IsEmpty());
 }
 
-TEST(OutputFile, ReplacesAnotherAndKeepsItsMode) {
-    const test::TemporaryDirectory directory;
-    const std::string path = directory.makeFile("out", "a longer text");
+TEST_F(OutputFileTest, ReplacesAnotherAndKeepsItsMode) {
+    const std::string path = directory_.makeFile("out", "a longer text");
     EXPECT_EQ(chmod(path.c_str(), 0604), 0);
     OutputFile output(path);
     output.write("new");
@@ -108,71 +109,65 @@ TEST(OutputFile, ReplacesAnotherAndKeepsItsMode) {
     EXPECT_EQ(modeOf(path), 0604U);
 }
 
-TEST(OutputFile, ANewOneHasTheModeOfTheUmask) {
-    const test::TemporaryDirectory directory;
+TEST_F(OutputFileTest, ANewOneHasTheModeOfTheUmask) {
     const mode_t saved = umask(027);
-    OutputFile output(directory.at("out"));
+    OutputFile output(directory_.at("out"));
     output.commit();
     umask(saved);
-    EXPECT_EQ(modeOf(directory.at("out")), 0640U);
+    EXPECT_EQ(modeOf(directory_.at("out")), 0640U);
 }
 
-TEST(OutputFile, APartialOneLeavesTheOldOne) {
-    const test::TemporaryDirectory directory;
-    directory.makeFile("out", "old");
-    directory.makeFile("out.partial", "older");
-    OutputFile output(directory.at("out"));
+TEST_F(OutputFileTest, APartialOneLeavesTheOldOne) {
+    directory_.makeFile("out", "old");
+    directory_.makeFile("out.partial", "older");
+    OutputFile output(directory_.at("out"));
     output.write("half");
     output.keepPartial();
-    EXPECT_THAT(namesIn(directory.path()), UnorderedElementsAre("out", "out.partial"));
-    EXPECT_EQ(contentOf(directory.at("out")), "old");
-    EXPECT_EQ(contentOf(directory.at("out.partial")), "half");
+    EXPECT_THAT(namesIn(directory_.path()), UnorderedElementsAre("out", "out.partial"));
+    EXPECT_EQ(contentOf(directory_.at("out")), "old");
+    EXPECT_EQ(contentOf(directory_.at("out.partial")), "half");
 }
 
-TEST(OutputFile, ReplacesTheTargetOfALink) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("d");
-    directory.makeFile("d/out", "old");
-    EXPECT_EQ(symlink("d/out", directory.at("link").c_str()), 0);
-    OutputFile output(directory.at("link"));
+TEST_F(OutputFileTest, ReplacesTheTargetOfALink) {
+    directory_.makeDirectory("d");
+    directory_.makeFile("d/out", "old");
+    EXPECT_EQ(symlink("d/out", directory_.at("link").c_str()), 0);
+    OutputFile output(directory_.at("link"));
     output.write("new");
     output.commit();
-    EXPECT_TRUE(std::filesystem::is_symlink(directory.at("link")));
-    EXPECT_EQ(contentOf(directory.at("d/out")), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(directory_.at("link")));
+    EXPECT_EQ(contentOf(directory_.at("d/out")), "new");
 }
 
-TEST(OutputFile, MayHaveANameOfAnyKind) {
-    const test::TemporaryDirectory directory;
+TEST_F(OutputFileTest, MayHaveANameOfAnyKind) {
     for (const std::string& name : {std::string(255, 'x'), std::string("new\nline\x1b\xff")}) {
-        OutputFile output(directory.at(name));
+        OutputFile output(directory_.at(name));
         output.write("text");
         output.commit();
-        EXPECT_EQ(contentOf(directory.at(name)), "text");
+        EXPECT_EQ(contentOf(directory_.at(name)), "text");
     }
 }
 
-TEST(OutputFile, ANameWithoutADirectoryIsInTheCurrentOne) {
-    const test::TemporaryDirectory directory;
+TEST_F(OutputFileTest, ANameWithoutADirectoryIsInTheCurrentOne) {
     const auto saved = std::filesystem::current_path();
-    std::filesystem::current_path(directory.path());
+    std::filesystem::current_path(directory_.path());
     OutputFile output("-out");
     output.write("text");
     output.commit();
     std::filesystem::current_path(saved);
-    EXPECT_EQ(contentOf(directory.at("-out")), "text");
+    EXPECT_EQ(contentOf(directory_.at("-out")), "text");
 }
 
-TEST(OutputFile, OnlyRegularFilesAreReplaced) {
-    const test::TemporaryDirectory directory;
-    EXPECT_EQ(mkfifo(directory.at("fifo").c_str(), 0644), 0);
-    const Descriptor reader(open(directory.at("fifo").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    OutputFile output(directory.at("fifo"));
+TEST_F(OutputFileTest, OnlyRegularFilesAreReplaced) {
+    EXPECT_EQ(mkfifo(directory_.at("fifo").c_str(), 0644), 0);
+    const Descriptor reader(open(directory_.at("fifo").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    OutputFile output(directory_.at("fifo"));
     output.write("text");
     std::array<char, 9> read{};
     EXPECT_EQ(::read(reader.get(), read.data(), read.size()), 4);
     EXPECT_STREQ(read.data(), "text");
     output.commit();
-    EXPECT_THAT(namesIn(directory.path()), UnorderedElementsAre("fifo"));
+    EXPECT_THAT(namesIn(directory_.path()), UnorderedElementsAre("fifo"));
 
     OutputFile nothing("/dev/null");
     nothing.write("text");
@@ -181,62 +176,58 @@ TEST(OutputFile, OnlyRegularFilesAreReplaced) {
     EXPECT_FALSE(std::filesystem::exists("/dev/null.partial"));
 }
 
-TEST(OutputFile, ThatCannotBeOpenedIsAnErrorAtOnce) {
-    const test::TemporaryDirectory directory;
-    EXPECT_EQ(symlink("nothing", directory.at("link").c_str()), 0);
-    const std::string start = "cannot write " + directory.path();
-    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory.at("no\n/out")); }),
+TEST_F(OutputFileTest, ThatCannotBeOpenedIsAnErrorAtOnce) {
+    EXPECT_EQ(symlink("nothing", directory_.at("link").c_str()), 0);
+    const std::string start = "cannot write " + directory_.path();
+    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory_.at("no\n/out")); }),
               start + "/no\\n/out: No such file or directory");
-    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory.at("link")); }),
+    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory_.at("link")); }),
               start + "/link: No such file or directory");
-    EXPECT_EQ(outputErrorOf([&] { OutputFile{directory.path()}; }), start + ": Is a directory");
+    EXPECT_EQ(outputErrorOf([&] { OutputFile{directory_.path()}; }), start + ": Is a directory");
     EXPECT_EQ(outputErrorOf([] { OutputFile(""); }), "cannot write : No such file or directory");
 }
 
-TEST(OutputFile, WithoutPermissionIsAnErrorAtOnce) {
-    const test::TemporaryDirectory directory;
-    const std::string readOnly = directory.makeFile("out", "old");
+TEST_F(OutputFileTest, WithoutPermissionIsAnErrorAtOnce) {
+    const std::string readOnly = directory_.makeFile("out", "old");
     EXPECT_EQ(chmod(readOnly.c_str(), 0444), 0);
-    EXPECT_EQ(chmod(directory.path().c_str(), 0777), 0);
-    directory.makeDirectory("closed");
+    EXPECT_EQ(chmod(directory_.path().c_str(), 0777), 0);
+    directory_.makeDirectory("closed");
     const test::AsNobody nobody;
     EXPECT_EQ(outputErrorOf([&] { OutputFile{readOnly}; }),
               "cannot write " + readOnly + ": Permission denied");
-    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory.at("closed/out")); }),
-              "cannot write " + directory.at("closed/out") + ": Permission denied");
+    EXPECT_EQ(outputErrorOf([&] { OutputFile(directory_.at("closed/out")); }),
+              "cannot write " + directory_.at("closed/out") + ": Permission denied");
 }
 
-TEST(OutputFile, AFullDeviceIsAnErrorWithItsReason) {
+TEST_F(OutputFileTest, AFullDeviceIsAnErrorWithItsReason) {
     OutputFile output("/dev/full");
     EXPECT_EQ(outputErrorOf([&] { output.write("text"); }),
               "cannot write /dev/full: No space left on device");
 }
 
-TEST(OutputFile, ThatCannotBeRenamedIsAnErrorAndLeavesNothing) {
-    const test::TemporaryDirectory directory;
+TEST_F(OutputFileTest, ThatCannotBeRenamedIsAnErrorAndLeavesNothing) {
     {
-        OutputFile output(directory.at("out"));
+        OutputFile output(directory_.at("out"));
         output.write("text");
-        directory.makeDirectory("out");
+        directory_.makeDirectory("out");
         EXPECT_EQ(outputErrorOf([&] { output.commit(); }),
-                  "cannot write " + directory.at("out") + ": Is a directory");
+                  "cannot write " + directory_.at("out") + ": Is a directory");
     }
-    EXPECT_THAT(namesIn(directory.path()), UnorderedElementsAre("out"));
+    EXPECT_THAT(namesIn(directory_.path()), UnorderedElementsAre("out"));
 }
 
-TEST(OutputFile, IsStandardOutputWithoutAName) {
-    const test::TemporaryDirectory directory;
-    const Descriptor file(open(directory.makeFile("out", "").c_str(), O_WRONLY | O_CLOEXEC));
+TEST_F(OutputFileTest, IsStandardOutputWithoutAName) {
+    const Descriptor file(open(directory_.makeFile("out", "").c_str(), O_WRONLY | O_CLOEXEC));
     {
         const OtherOutput other(file.get());
         OutputFile output;
         output.write("text");
         output.commit();
     }
-    EXPECT_EQ(contentOf(directory.at("out")), "text");
+    EXPECT_EQ(contentOf(directory_.at("out")), "text");
 }
 
-TEST(OutputFile, ThatNobodyReadsIsASpecialError) {
+TEST_F(OutputFileTest, ThatNobodyReadsIsASpecialError) {
     Pipe pipe = makePipe();
     const OtherOutput other(pipe.writeEnd.get());
     pipe.readEnd = Descriptor();
@@ -246,13 +237,13 @@ TEST(OutputFile, ThatNobodyReadsIsASpecialError) {
     static_cast<void>(std::signal(SIGPIPE, savedHandler));
 }
 
-TEST(OutputFile, WithoutStandardOutputIsAnErrorAtOnce) {
+TEST_F(OutputFileTest, WithoutStandardOutputIsAnErrorAtOnce) {
     const OtherOutput other(STDERR_FILENO);
     close(STDOUT_FILENO);
     EXPECT_EQ(outputErrorOf([] { OutputFile(); }), "cannot write the output: Bad file descriptor");
 }
 
-TEST(OutputFile, WaitsForAReaderThatIsSlow) {
+TEST_F(OutputFileTest, WaitsForAReaderThatIsSlow) {
     const Pipe pipe = makePipe();
     EXPECT_EQ(fcntl(pipe.writeEnd.get(), F_SETFL, O_NONBLOCK), 0);
     const std::string text(300000, 't');

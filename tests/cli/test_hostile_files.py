@@ -68,20 +68,27 @@ def read(veltrace, tmp_path):
     return run
 
 
-def between(good, hostile):
-    """The good names with a hostile one after each of the first."""
-    return [name for pair in zip(good, hostile) for name in pair] + good[len(hostile):]
+@pytest.fixture(params=["2", "8"])
+def read_among(read, good, request):
+    """Reads good files with a hostile one after each of the first; returns the records by name.
+    Asserts that the records of the good ones are the same as without the others."""
+
+    def run(*arguments, names):
+        mixed = [name for pair in zip(good, names) for name in pair] + good[len(names):]
+        records, lines = read(*arguments, "--jobs", request.param, names=mixed)
+        assert read(names=good)[1].items() <= lines.items()
+        return records
+
+    return run
 
 
 @needs_memory_limit
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_an_endless_file_ends_at_the_memory_limit(write, read, good, jobs):
+def test_an_endless_file_ends_at_the_memory_limit(write, read_among):
     hostile = [write(name, content()) for name, content in ENDLESS.items()]
     assert len(binary_tree(28)) < 1024
-    records, lines = read(*LIMITS, "--jobs", jobs, names=between(good, hostile))
+    records = read_among(*LIMITS, names=hostile)
     for name in hostile:
         assert status_of(records[name.encode()]) == ("limit-memory", UNKNOWN_EXCEPTION)
-    assert read(names=good)[1].items() <= lines.items()
 
 
 @needs_memory_limit
@@ -94,37 +101,30 @@ def test_the_default_memory_limit_is_reached_before_the_default_time_limit(write
     assert after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime < 10
 
 
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_an_endless_file_without_memory_ends_at_the_time_limit(
-        write, read, good, jobs):
+def test_an_endless_file_without_memory_ends_at_the_time_limit(write, read_among):
     hostile = [write(f"loop-{number}.tif", endless_at_constant_memory()) for number in range(2)]
-    records, lines = read("--time-limit", "0.5", "--jobs", jobs, names=between(good, hostile))
+    records = read_among("--time-limit", "0.5", names=hostile)
     for name in hostile:
         assert status_of(records[name.encode()]) == ("limit-time", "veltrace:timeLimit")
-    assert read(names=good)[1].items() <= lines.items()
 
 
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_a_very_deep_or_invalid_file_has_its_record(write, read, good, jobs):
+def test_a_very_deep_or_invalid_file_has_its_record(write, read_among):
     hostile = [write("deep.tif", nested(100_000)), write("bad.tif", bad_entries())]
-    records, lines = read("--time-limit", "60", "--jobs", jobs, names=between(good, hostile))
+    records = read_among("--time-limit", "60", names=hostile)
     assert records[b"deep.tif"]["error"]["id"] == UNKNOWN_EXCEPTION
     bad = records[b"bad.tif"]
     assert (bad["status"], len(bad["warnings"]), bad["warnings_dropped"]) == (
         "warned", 1000, 65_535 - 1000)
     assert {warning["id"] for warning in bad["warnings"]} == {"ZEPHRA:veltrace:badTagFormat"}
-    assert read(names=good)[1].items() <= lines.items()
 
 
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_the_size_of_a_file_does_not_matter(read, good, tmp_path, jobs):
+def test_the_size_of_a_file_does_not_matter(read_among, tmp_path):
     content = directory(short(WIDTH, 5), short(HEIGHT, 7), short(ORIENTATION, 6))
     sparse(tmp_path / "first.tif", content, at=8, size=5 * GIBIBYTE)
     sparse(tmp_path / "last.tif", content, at=2 * GIBIBYTE - 100, size=5 * GIBIBYTE)
     sparse(tmp_path / "far.tif", content, at=4 * GIBIBYTE - 100, size=5 * GIBIBYTE)
     sparse(tmp_path / "empty.tif", b"", at=8, size=5 * GIBIBYTE)
-    records, lines = read(*LIMITS, "--jobs", jobs,
-                          names=between(good, ["first.tif", "last.tif", "far.tif", "empty.tif"]))
+    records = read_among(*LIMITS, names=["first.tif", "last.tif", "far.tif", "empty.tif"])
     for name in (b"first.tif", b"last.tif"):
         assert records[name]["status"] == "ok"
         (found,) = records[name]["info"]
@@ -132,23 +132,19 @@ def test_the_size_of_a_file_does_not_matter(read, good, tmp_path, jobs):
             5, 7, 6, 5 * GIBIBYTE)
     assert status_of(records[b"far.tif"]) == ("error", "ZEPHRA:veltrace:badTiffHeaderIfdOffset")
     assert status_of(records[b"empty.tif"]) == ("error", "ZEPHRA:veltrace:zeroLengthIfdTable")
-    assert read(names=good)[1].items() <= lines.items()
 
 
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_names_of_any_bytes_are_unchanged_in_records(write, read, good, jobs):
+def test_names_of_any_bytes_are_unchanged_in_records(write, read_among):
     for number, name in enumerate(ODD_NAMES):
         write(name, image(short(ORIENTATION, number % 8 + 1)))
-    records, lines = read("--jobs", jobs, names=between(good, ODD_NAMES))
+    records = read_among(names=ODD_NAMES)
     for number, name in enumerate(ODD_NAMES):
         assert records[name]["status"] == "ok"
         assert records[name]["info"][0]["Orientation"] == number % 8 + 1
-    assert read(names=good)[1].items() <= lines.items()
 
 
-@pytest.mark.parametrize("jobs", ["2", "8"])
-def test_names_of_missing_files_have_their_records(read, good, jobs):
+def test_names_of_missing_files_have_their_records(read_among):
     names = [name for name in ODD_NAMES if name != b"..."]
-    records, _ = read("--jobs", jobs, names=between(good, names))
+    records = read_among(names=names)
     for name in names:
         assert status_of(records[name]) == ("unreadable", "ZEPHRA:veltrace:badFilename")

@@ -46,7 +46,7 @@ TEST(DeepNesting, BuiltFromTheOutsideIsKeptAndFreed) {
 }
 
 TEST(DeepNesting, IsReclaimedWhenReplacedAndAfterAnError) {
-    const CallResult result = run([](qvArray*& /*output*/) {
+    const CallResult result = run([] {
         qvArray* const root = makeCell({1});
         for (int round = 0; round < 2; ++round) {
             qvArray* deep = makeCell({1});

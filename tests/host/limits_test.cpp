@@ -18,16 +18,11 @@ using testing::IsEmpty;
 
 constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
 
-TEST(LargestBlock, LimitsBlocks) {
-    runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
+TEST(LargestBlock, LimitsBlocksAndTheElementsOfEachKindOfArray) {
+    runWith({.largestBlock = 16}, {}, [] {
         EXPECT_NE(qvMalloc(16), nullptr);
         EXPECT_EQ(qvMalloc(17), nullptr);
         EXPECT_EQ(qvMalloc(kMax), nullptr);
-    });
-}
-
-TEST(LargestBlock, LimitsTheElementsOfEachKindOfArray) {
-    runWith({.largestBlock = 16}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
         EXPECT_NE(makeNumeric({2}), nullptr);
         EXPECT_EQ(makeNumeric({3}), nullptr);
         EXPECT_NE(makeNumeric({1}, qvClassDouble, qvComplex), nullptr);
@@ -55,20 +50,19 @@ TEST(LargestBlock, DoesNotLimitArguments) {
 }
 
 TEST(ExhaustedMemory, ReturnsNull) {
-    const CallResult result =
-        runWith({.largestBlock = kMax}, {}, [](qvArray*& /*output*/, auto /*inputs*/) {
-            EXPECT_EQ(qvMalloc(kMax), nullptr);
-            EXPECT_EQ(qvMalloc(kMax / 2), nullptr);
-            EXPECT_EQ(makeNumeric({kMax / 32}), nullptr);
-            EXPECT_EQ(makeCell({kMax / 32}), nullptr);
-            EXPECT_EQ(makeStruct({kMax / 32}, {"a"}), nullptr);
-        });
+    const CallResult result = runWith({.largestBlock = kMax}, {}, [] {
+        EXPECT_EQ(qvMalloc(kMax), nullptr);
+        EXPECT_EQ(qvMalloc(kMax / 2), nullptr);
+        EXPECT_EQ(makeNumeric({kMax / 32}), nullptr);
+        EXPECT_EQ(makeCell({kMax / 32}), nullptr);
+        EXPECT_EQ(makeStruct({kMax / 32}, {"a"}), nullptr);
+    });
     EXPECT_EQ(result.leftovers(), Leftovers{});
 }
 
 TEST(FailBlock, RefusesOneRequest) {
     for (std::uint64_t failing = 1; failing <= 3; ++failing) {
-        runWith({.failBlock = failing}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
+        runWith({.failBlock = failing}, {}, [&] {
             for (std::uint64_t request = 1; request <= 3; ++request) {
                 EXPECT_EQ(qvMalloc(8) == nullptr, request == failing) << failing;
             }
@@ -91,15 +85,14 @@ TEST(FailBlock, RaisesAHostErrorForText) {
 
 TEST(FailArray, RefusesOneRequestOfAnyKind) {
     for (std::uint64_t failing = 1; failing <= 6; ++failing) {
-        const CallResult result =
-            runWith({.failArray = failing, .strict = true}, {}, [&](qvArray*&, auto /*inputs*/) {
-                const std::vector<qvArray*> made = {
-                    qvCreateDoubleScalar(1), makeNumeric({1}),       makeChar({1}),
-                    makeCell({1}),           makeStruct({1}, {"a"}), qvCreateString("text")};
-                for (std::size_t i = 0; i < made.size(); ++i) {
-                    EXPECT_EQ(made[i] == nullptr, i + 1 == failing) << i;
-                }
-            });
+        const CallResult result = runWith({.failArray = failing, .strict = true}, {}, [&] {
+            const std::vector<qvArray*> made = {qvCreateDoubleScalar(1), makeNumeric({1}),
+                                                makeChar({1}),           makeCell({1}),
+                                                makeStruct({1}, {"a"}),  qvCreateString("text")};
+            for (std::size_t i = 0; i < made.size(); ++i) {
+                EXPECT_EQ(made[i] == nullptr, i + 1 == failing) << i;
+            }
+        });
         EXPECT_EQ(result.leftovers(), (Leftovers{.arrays = 5}));
         EXPECT_THAT(result.misuses(), IsEmpty());
     }
@@ -107,40 +100,37 @@ TEST(FailArray, RefusesOneRequestOfAnyKind) {
 
 TEST(BlockBudget, LimitsRequests) {
     for (std::uint64_t budget = 1; budget <= 3; ++budget) {
-        const CallResult result =
-            runWith({.blockBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
-                for (std::uint64_t request = 1; request <= 3; ++request) {
-                    void* const block = qvMalloc(8);
-                    EXPECT_EQ(block == nullptr, request > budget) << budget;
-                    qvFree(block);
-                }
-            });
+        const CallResult result = runWith({.blockBudget = budget}, {}, [&] {
+            for (std::uint64_t request = 1; request <= 3; ++request) {
+                void* const block = qvMalloc(8);
+                EXPECT_EQ(block == nullptr, request > budget) << budget;
+                qvFree(block);
+            }
+        });
         EXPECT_EQ(result.requests(), (Requests{.blocks = 3, .arrays = 0}));
     }
 }
 
 TEST(ArrayBudget, LimitsRequestsOfAnyKind) {
     for (std::uint64_t budget = 1; budget <= 4; ++budget) {
-        const CallResult result =
-            runWith({.arrayBudget = budget}, {}, [&](qvArray*& /*output*/, auto /*inputs*/) {
-                const std::vector<qvArray*> made = {qvCreateDoubleScalar(1), makeChar({1}),
-                                                    makeStruct({1}, {"a"}), qvCreateString("text")};
-                for (std::size_t i = 0; i < made.size(); ++i) {
-                    EXPECT_EQ(made[i] == nullptr, i >= budget) << i;
-                }
-            });
+        const CallResult result = runWith({.arrayBudget = budget}, {}, [&] {
+            const std::vector<qvArray*> made = {qvCreateDoubleScalar(1), makeChar({1}),
+                                                makeStruct({1}, {"a"}), qvCreateString("text")};
+            for (std::size_t i = 0; i < made.size(); ++i) {
+                EXPECT_EQ(made[i] == nullptr, i >= budget) << i;
+            }
+        });
         EXPECT_EQ(result.requests(), (Requests{.blocks = 0, .arrays = 4}));
     }
 }
 
 TEST(Budgets, OfZeroAreUnlimited) {
-    const CallResult result =
-        runWith({.blockBudget = 0, .arrayBudget = 0}, {}, [](qvArray*& /*output*/, auto) {
-            for (int request = 0; request < 1000; ++request) {
-                EXPECT_NE(qvMalloc(1), nullptr);
-                EXPECT_NE(qvCreateDoubleScalar(1), nullptr);
-            }
-        });
+    const CallResult result = runWith({.blockBudget = 0, .arrayBudget = 0}, {}, [] {
+        for (int request = 0; request < 1000; ++request) {
+            EXPECT_NE(qvMalloc(1), nullptr);
+            EXPECT_NE(qvCreateDoubleScalar(1), nullptr);
+        }
+    });
     EXPECT_EQ(result.requests(), (Requests{.blocks = 1000, .arrays = 1000}));
 }
 

@@ -11,28 +11,23 @@ namespace {
 // The text of the one warning that `format` and `arguments` produce.
 template <class... Arguments>
 std::string warned(const char* format, Arguments... arguments) {
-    const CallResult result =
-        run([&](qvArray*& /*output*/) { qvxWarnMsgIdAndTxt("a:b", format, arguments...); });
+    const CallResult result = run([&] { qvxWarnMsgIdAndTxt("a:b", format, arguments...); });
     return result.warnings().at(0).text;
 }
 
-TEST(LiteralFormat, WithoutConversionsIsItsText) {
+TEST(LiteralFormat, PrintsStringsAndCharacters) {
     EXPECT_EQ(warned(""), "");
     EXPECT_EQ(warned("Could not open the file.\n"), "Could not open the file.\n");
-}
-
-TEST(LiteralFormat, PrintsStrings) {
     EXPECT_EQ(warned("Could not open file \"%s\".", "a.tif"), "Could not open file \"a.tif\".");
     EXPECT_EQ(warned("[%6s][%-6s][%.2s]", "abc", "abc", "abc"), "[   abc][abc   ][ab]");
     EXPECT_EQ(warned("%c%c", 'o', 'k'), "ok");
     EXPECT_EQ(warned("[%3c]", 'x'), "[  x]");
-}
-
-TEST(LiteralFormat, PrintsStringsWithPercentSignsAsTheyAre) {
     EXPECT_EQ(warned("<%s>", "%s%n%d"), "<%s%n%d>");
+    EXPECT_EQ(warned("<%s>", static_cast<const char*>(nullptr)), "<(null)>");
+    EXPECT_EQ(warned("100%% of %d%%", 7), "100% of 7%");
 }
 
-TEST(LiteralFormat, PrintsIntegersOfEachLength) {
+TEST(LiteralFormat, PrintsNumbersOfEachLength) {
     EXPECT_EQ(warned("%d %i %u %x", -5, 7, 4000000000U, 255U), "-5 7 4000000000 ff");
     EXPECT_EQ(warned("%ld %lu", -5000000000L, 5000000000UL), "-5000000000 5000000000");
     EXPECT_EQ(warned("%lld %llu %llx", -1LL, 18446744073709551615ULL, 1ULL << 40),
@@ -40,25 +35,11 @@ TEST(LiteralFormat, PrintsIntegersOfEachLength) {
     EXPECT_EQ(warned("%zu %zd", sizeof(double), std::ptrdiff_t{-8}), "8 -8");
     EXPECT_EQ(warned("[%5d][%-5d][%05d][%+d][% d][%.3d][%#x]", 42, 42, 42, 42, 42, 42, 42U),
               "[   42][42   ][00042][+42][ 42][042][0x2a]");
-}
-
-TEST(LiteralFormat, PrintsFloatingPoint) {
     EXPECT_EQ(warned("%f %.2f %g %8.3g|", 1.5, 2.345678, 0.1, 1234.5),
               "1.500000 2.35 0.1 1.23e+03|");
-}
-
-TEST(LiteralFormat, TakesArgumentsInOrder) {
     EXPECT_EQ(warned("%s %d %g %s %lld %f %c %zu %d %s", "a", 1, 2.5, "b", 3LL, 0.5, 'c',
                      std::size_t{4}, 5, "d"),
               "a 1 2.5 b 3 0.500000 c 4 5 d");
-}
-
-TEST(LiteralFormat, PrintsPercentSigns) {
-    EXPECT_EQ(warned("100%% of %d%%", 7), "100% of 7%");
-}
-
-TEST(LiteralFormat, AcceptsANullString) {
-    EXPECT_EQ(warned("<%s>", static_cast<const char*>(nullptr)), "<(null)>");
 }
 
 TEST(LiteralFormat, EndsAtAnUnknownConversion) {
@@ -75,13 +56,10 @@ TEST(LiteralFormat, EndsAtAnUnknownConversion) {
     EXPECT_EQ(warned("%-08.3l"), "%-08.3l");
 }
 
-TEST(LiteralFormat, LimitsWidthAndPrecision) {
+TEST(LiteralFormat, LimitsWidthPrecisionAndText) {
     EXPECT_EQ(warned("%99999999d", 7), std::string(1023, ' ') + "7");
     EXPECT_EQ(warned("%.99999999d", 7), std::string(1023, '0') + "7");
     EXPECT_EQ(warned("%99999999999999999999s", "x"), std::string(1023, ' ') + "x");
-}
-
-TEST(LiteralFormat, LimitsTheText) {
     const std::string large(100'000, 'x');
     EXPECT_EQ(warned("%s", large.c_str()), std::string(65'536, 'x'));
     EXPECT_EQ(warned("> %s", large.c_str()), "> " + std::string(65'534, 'x'));
@@ -100,23 +78,16 @@ TEST(ComposedText, IsPrintedAsItStands) {
         std::strcpy(inData, hostile);
         EXPECT_EQ(warned(inData), hostile);
     }
-}
-
-TEST(ComposedText, IsNotInterpretedEvenWithArguments) {
     const std::string composed = "tag %d";
     EXPECT_EQ(warned(composed.c_str(), 5), "tag %d");
+    const std::string large(100'000, '%');
+    EXPECT_EQ(warned(large.c_str()), large);
 }
 
 TEST(ComposedText, OfAnErrorIsPrintedAsItStands) {
     const std::string composed = "file \"%s%n.tif\"";
-    const CallResult result =
-        run([&](qvArray*& /*output*/) { qvxErrMsgIdAndTxt("a:b", composed.c_str()); });
+    const CallResult result = run([&] { qvxErrMsgIdAndTxt("a:b", composed.c_str()); });
     EXPECT_EQ(result.error(), (Message{"a:b", "file \"%s%n.tif\""}));
-}
-
-TEST(ComposedText, KeepsItsWholeLength) {
-    const std::string large(100'000, '%');
-    EXPECT_EQ(warned(large.c_str()), large);
 }
 
 }  // namespace

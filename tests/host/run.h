@@ -1,10 +1,11 @@
 // Runs a function as a module.
 #pragma once
 
-#include <functional>
-#include <initializer_list>
+#include <concepts>
+#include <cstddef>
+#include <gmock/gmock.h>
 #include <span>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "zephra/host/host.h"
@@ -12,24 +13,30 @@
 
 namespace zephra {
 
-/// The body of a module: it gets the inputs and a place for the output.
-using Body = std::function<void(qvArray*& output, std::span<const qvArray* const> inputs)>;
-
 inline const Settings kStrict{.strict = true};
 
-/// Calls `body` as a module.
-inline CallResult runWith(const Settings& settings, const std::vector<Argument>& arguments,
-                          const Body& body) {
+/// Calls `body` as a module. It may take the place of the output, and the inputs after that.
+template <class Body>
+CallResult runWith(const Settings& settings, const std::vector<Argument>& arguments, Body body) {
     const auto entryPoint = [&](int /*outputCount*/, qvArray* outputs[], int inputCount,
                                 const qvArray* inputs[]) {
-        body(outputs[0], {inputs, static_cast<std::size_t>(inputCount)});
+        if constexpr (std::invocable<Body&>) {
+            body();
+        } else if constexpr (std::invocable<Body&, qvArray*&>) {
+            body(outputs[0]);
+        } else {
+            body(outputs[0], std::span(inputs, static_cast<std::size_t>(inputCount)));
+        }
     };
     return Host(settings).call(entryPoint, arguments);
 }
 
-/// Calls `body` without arguments under a strict host.
-inline CallResult run(const std::function<void(qvArray*& output)>& body) {
-    return runWith(kStrict, {}, [&](qvArray*& output, auto /*inputs*/) { body(output); });
+/// Calls `body` without arguments under a strict host, which must report no misuse.
+template <class Body>
+CallResult run(Body body) {
+    CallResult result = runWith(kStrict, {}, std::move(body));
+    EXPECT_THAT(result.misuses(), testing::IsEmpty());
+    return result;
 }
 
 /// Creation functions in C++ terms.

@@ -72,7 +72,7 @@ TEST(Value, IsNullPastTheEnd) {
 TEST(Value, ReadsALargeStructArray) {
     constexpr std::size_t kElements = 20'000;
     constexpr const char* kNames[] = {"Number", "Text", "Other"};
-    CallResult first = runWith({}, {}, [&](qvArray*& output, auto /*inputs*/) {
+    CallResult first = runWith({}, {}, [&](qvArray*& output) {
         output = makeStruct({kElements}, {std::begin(kNames), std::end(kNames)});
         for (std::size_t i = 0; i < kElements; ++i) {
             qvSetField(output, i, "Number", qvCreateDoubleScalar(static_cast<double>(i)));

@@ -4,13 +4,13 @@
 #include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "descriptor.h"
+#include "descriptor_limit.h"
 #include "names/all_names.h"
 #include "names/image_signature.h"
 #include "temporary_directory.h"
@@ -68,126 +68,117 @@ void makeImageIn(const Descriptor& directory, const std::string& name) {
     EXPECT_EQ(write(file.get(), kImage, 2), 2);
 }
 
-TEST(DirectoryWalk, FindsImagesInTheOrderOfTheirBytesAtEachLevel) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("b");
+class DirectoryWalk : public testing::Test {
+protected:
+    const test::TemporaryDirectory directory_;
+};
+
+TEST_F(DirectoryWalk, FindsImagesInTheOrderOfTheirBytesAtEachLevel) {
+    directory_.makeDirectory("b");
     for (const char* name : {"c", "a", "b/z", "b/A", "b.tif", "\xff", "B"}) {
-        directory.makeFile(name, kImage);
+        directory_.makeFile(name, kImage);
     }
-    EXPECT_THAT(
-        walked(directory.path()).names,
-        ElementsAre(directory.at("B"), directory.at("a"), directory.at("b/A"), directory.at("b/z"),
-                    directory.at("b.tif"), directory.at("c"), directory.at("\xff")));
+    EXPECT_THAT(walked(directory_.path()).names,
+                ElementsAre(directory_.at("B"), directory_.at("a"), directory_.at("b/A"),
+                            directory_.at("b/z"), directory_.at("b.tif"), directory_.at("c"),
+                            directory_.at("\xff")));
 }
 
-TEST(DirectoryWalk, SkipsOtherFiles) {
-    const test::TemporaryDirectory directory;
-    directory.makeFile("a.tif", "text");
-    directory.makeFile("b.tif", "");
-    directory.makeFile("c.txt", kImage);
-    const Findings findings = walked(directory.path());
-    EXPECT_THAT(findings.names, ElementsAre(directory.at("c.txt")));
+TEST_F(DirectoryWalk, SkipsOtherFiles) {
+    directory_.makeFile("a.tif", "text");
+    directory_.makeFile("b.tif", "");
+    directory_.makeFile("c.txt", kImage);
+    const Findings findings = walked(directory_.path());
+    EXPECT_THAT(findings.names, ElementsAre(directory_.at("c.txt")));
     EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, AddsNoSecondSlash) {
-    const test::TemporaryDirectory directory;
-    directory.makeFile("a", kImage);
-    EXPECT_THAT(walked(directory.path() + "/").names, ElementsAre(directory.path() + "/a"));
-    EXPECT_THAT(walked(directory.path() + "//").names, ElementsAre(directory.path() + "//a"));
+TEST_F(DirectoryWalk, AddsNoSecondSlash) {
+    directory_.makeFile("a", kImage);
+    EXPECT_THAT(walked(directory_.path() + "/").names, ElementsAre(directory_.path() + "/a"));
+    EXPECT_THAT(walked(directory_.path() + "//").names, ElementsAre(directory_.path() + "//a"));
 }
 
-TEST(DirectoryWalk, FindsNamesOfEveryKind) {
-    const test::TemporaryDirectory directory;
+TEST_F(DirectoryWalk, FindsNamesOfEveryKind) {
     std::vector<std::string> expected;
     for (const std::string& name : test::oddNames()) {
-        expected.push_back(directory.makeFile(name, kImage));
+        expected.push_back(directory_.makeFile(name, kImage));
     }
-    EXPECT_THAT(walked(directory.path()).names, testing::UnorderedElementsAreArray(expected));
+    EXPECT_THAT(walked(directory_.path()).names, testing::UnorderedElementsAreArray(expected));
 }
 
-TEST(DirectoryWalk, FollowsNoLinkBelowTheRoot) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("d");
-    directory.makeFile("d/a", kImage);
-    EXPECT_EQ(symlink("d", directory.at("to-directory").c_str()), 0);
-    EXPECT_EQ(symlink("d/a", directory.at("to-file").c_str()), 0);
-    EXPECT_EQ(symlink("nowhere", directory.at("to-nothing").c_str()), 0);
-    EXPECT_EQ(symlink("..", directory.at("d/up").c_str()), 0);
-    const Findings findings = walked(directory.path());
-    EXPECT_THAT(findings.names, ElementsAre(directory.at("d/a")));
+TEST_F(DirectoryWalk, FollowsNoLinkBelowTheRoot) {
+    directory_.makeDirectory("d");
+    directory_.makeFile("d/a", kImage);
+    EXPECT_EQ(symlink("d", directory_.at("to-directory").c_str()), 0);
+    EXPECT_EQ(symlink("d/a", directory_.at("to-file").c_str()), 0);
+    EXPECT_EQ(symlink("nowhere", directory_.at("to-nothing").c_str()), 0);
+    EXPECT_EQ(symlink("..", directory_.at("d/up").c_str()), 0);
+    const Findings findings = walked(directory_.path());
+    EXPECT_THAT(findings.names, ElementsAre(directory_.at("d/a")));
     EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, FollowsARootThatIsALink) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("d");
-    directory.makeFile("d/a", kImage);
-    EXPECT_EQ(symlink("d", directory.at("link").c_str()), 0);
-    EXPECT_THAT(walked(directory.at("link")).names, ElementsAre(directory.at("link/a")));
+TEST_F(DirectoryWalk, FollowsARootThatIsALink) {
+    directory_.makeDirectory("d");
+    directory_.makeFile("d/a", kImage);
+    EXPECT_EQ(symlink("d", directory_.at("link").c_str()), 0);
+    EXPECT_THAT(walked(directory_.at("link")).names, ElementsAre(directory_.at("link/a")));
 }
 
-TEST(DirectoryWalk, ReportsARootThatIsNotADirectoryUnexamined) {
-    const test::TemporaryDirectory directory;
+TEST_F(DirectoryWalk, ReportsARootThatIsNotADirectoryUnexamined) {
     for (const std::string& root :
-         {directory.makeFile("text", "no image"), directory.at("nothing"), std::string()}) {
+         {directory_.makeFile("text", "no image"), directory_.at("nothing"), std::string()}) {
         EXPECT_THAT(walked(root).names, ElementsAre(root));
     }
 }
 
-TEST(DirectoryWalk, SkipsAFifo) {
-    const test::TemporaryDirectory directory;
-    EXPECT_EQ(mkfifo(directory.at("fifo").c_str(), 0644), 0);
-    EXPECT_THAT(walked(directory.path()).names, IsEmpty());
-    EXPECT_THAT(walked(directory.at("fifo")).names, ElementsAre(directory.at("fifo")));
+TEST_F(DirectoryWalk, SkipsAFifo) {
+    EXPECT_EQ(mkfifo(directory_.at("fifo").c_str(), 0644), 0);
+    EXPECT_THAT(walked(directory_.path()).names, IsEmpty());
+    EXPECT_THAT(walked(directory_.at("fifo")).names, ElementsAre(directory_.at("fifo")));
 }
 
-TEST(DirectoryWalk, FindsFilesThatMayNotBeRead) {
-    const test::TemporaryDirectory directory;
-    EXPECT_EQ(chmod(directory.makeFile("a", "text").c_str(), 0), 0);
-    directory.makeFile("b", kImage);
+TEST_F(DirectoryWalk, FindsFilesThatMayNotBeRead) {
+    EXPECT_EQ(chmod(directory_.makeFile("a", "text").c_str(), 0), 0);
+    directory_.makeFile("b", kImage);
     const test::AsNobody nobody;
-    EXPECT_THAT(walked(directory.path()).names, ElementsAre(directory.at("a"), directory.at("b")));
+    EXPECT_THAT(walked(directory_.path()).names,
+                ElementsAre(directory_.at("a"), directory_.at("b")));
 }
 
-TEST(DirectoryWalk, FindsFilesWhoseDirectoryMayOnlyBeListed) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("d");
-    directory.makeDirectory("d/inner");
-    directory.makeFile("d/a", "text");
-    directory.makeFile("e", kImage);
-    EXPECT_EQ(chmod(directory.at("d").c_str(), 0444), 0);
+TEST_F(DirectoryWalk, FindsFilesWhoseDirectoryMayOnlyBeListed) {
+    directory_.makeDirectory("d");
+    directory_.makeDirectory("d/inner");
+    directory_.makeFile("d/a", "text");
+    directory_.makeFile("e", kImage);
+    EXPECT_EQ(chmod(directory_.at("d").c_str(), 0444), 0);
     const test::AsNobody nobody;
-    const Findings findings = walked(directory.path());
-    EXPECT_THAT(findings.names, ElementsAre(directory.at("d/a"), directory.at("e")));
-    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory.at("d/inner"), "Permission denied")));
+    const Findings findings = walked(directory_.path());
+    EXPECT_THAT(findings.names, ElementsAre(directory_.at("d/a"), directory_.at("e")));
+    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory_.at("d/inner"), "Permission denied")));
 }
 
-TEST(DirectoryWalk, ReportsADirectoryThatCannotBeOpenedAndContinues) {
-    const test::TemporaryDirectory directory;
-    EXPECT_EQ(chmod(directory.makeDirectory("d").c_str(), 0), 0);
-    directory.makeFile("e", kImage);
+TEST_F(DirectoryWalk, ReportsADirectoryThatCannotBeOpenedAndContinues) {
+    EXPECT_EQ(chmod(directory_.makeDirectory("d").c_str(), 0), 0);
+    directory_.makeFile("e", kImage);
     const test::AsNobody nobody;
-    const Findings findings = walked(directory.path());
-    EXPECT_THAT(findings.names, ElementsAre(directory.at("e")));
-    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory.at("d"), "Permission denied")));
-    EXPECT_THAT(walked(directory.at("d")).errors,
-                ElementsAre(Pair(directory.at("d"), "Permission denied")));
+    const Findings findings = walked(directory_.path());
+    EXPECT_THAT(findings.names, ElementsAre(directory_.at("e")));
+    EXPECT_THAT(findings.errors, ElementsAre(Pair(directory_.at("d"), "Permission denied")));
+    EXPECT_THAT(walked(directory_.at("d")).errors,
+                ElementsAre(Pair(directory_.at("d"), "Permission denied")));
 }
 
-TEST(DirectoryWalk, GoesBeyondTheLimitsOfPathsAndDescriptors) {
+TEST_F(DirectoryWalk, GoesBeyondTheLimitsOfPathsAndDescriptors) {
     constexpr std::size_t kDepth = 3000;
     const test::TemporaryDirectory directory(kMemory);
     makeImageIn(makeNested(directory.path(), "dd", kDepth), "inner");
     directory.makeFile("dd/e", kImage);
     directory.makeFile("z", kImage);
 
-    rlimit saved{};
-    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &saved), 0);
-    const rlimit few{64, saved.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    const test::DescriptorLimit few(64);
     const Findings findings = walked(directory.path());
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &saved), 0);
 
     std::string inner = directory.path();
     for (std::size_t i = 0; i < kDepth; ++i) {
@@ -198,7 +189,7 @@ TEST(DirectoryWalk, GoesBeyondTheLimitsOfPathsAndDescriptors) {
     EXPECT_THAT(findings.errors, IsEmpty());
 }
 
-TEST(DirectoryWalk, ReportsADirectoryWhoseNameLeavesNoRoom) {
+TEST_F(DirectoryWalk, ReportsADirectoryWhoseNameLeavesNoRoom) {
     const test::TemporaryDirectory directory(kMemory);
     const std::string name(255, 'd');
     makeNested(directory.path(), name, 4100);
@@ -211,23 +202,22 @@ TEST(DirectoryWalk, ReportsADirectoryWhoseNameLeavesNoRoom) {
     EXPECT_EQ(findings.errors[0].second, "nested too deeply");
 }
 
-TEST(DirectoryWalk, EndsWhenADirectoryIsMovedDuringTheWalk) {
-    const test::TemporaryDirectory directory;
-    directory.makeDirectory("away");
-    directory.makeDirectory("walked");
-    makeImageIn(makeNested(directory.at("walked"), "d", 40), "inner");
-    directory.makeFile("walked/z", kImage);
-    directory.makeFile("away/y", kImage);
-    std::string moved = directory.at("walked");
+TEST_F(DirectoryWalk, EndsWhenADirectoryIsMovedDuringTheWalk) {
+    directory_.makeDirectory("away");
+    directory_.makeDirectory("walked");
+    makeImageIn(makeNested(directory_.at("walked"), "d", 40), "inner");
+    directory_.makeFile("walked/z", kImage);
+    directory_.makeFile("away/y", kImage);
+    std::string moved = directory_.at("walked");
     for (int i = 0; i < 10; ++i) {
         moved += "/d";
     }
 
     Collector collector;
     collector.onFound = [&] {
-        EXPECT_EQ(std::rename(moved.c_str(), directory.at("away/x").c_str()), 0);
+        EXPECT_EQ(std::rename(moved.c_str(), directory_.at("away/x").c_str()), 0);
     };
-    walk(directory.at("walked"), collector);
+    walk(directory_.at("walked"), collector);
     const Findings& findings = collector.findings;
     EXPECT_EQ(findings.names.size(), 1U);
     ASSERT_EQ(findings.errors.size(), 1U);

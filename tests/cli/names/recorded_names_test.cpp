@@ -37,9 +37,6 @@ TEST(RecordedNames, AreThoseOfTheRecords) {
     EXPECT_FALSE(names.contains("b.tif"));
     EXPECT_FALSE(names.contains("inner"));
     EXPECT_FALSE(names.contains(""));
-}
-
-TEST(RecordedNames, OfAnEmptyFileAreNone) {
     EXPECT_FALSE(namesIn("").contains(""));
 }
 
@@ -79,6 +76,8 @@ TEST(RecordedNames, AnInvalidLineIsAnErrorWithItsNumber) {
         EXPECT_EQ(errorOf(record("a") + line + "\n" + record("b")), "line 2 is not a record")
             << line;
     }
+    // A deep line does not overflow the stack.
+    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is not a record");
 }
 
 TEST(RecordedNames, LinesMayBeLongerThanAnyBlock) {
@@ -90,10 +89,6 @@ TEST(RecordedNames, LinesMayBeLongerThanAnyBlock) {
     EXPECT_TRUE(names.contains("b"));
     EXPECT_TRUE(names.contains("c"));
     EXPECT_TRUE(names.contains("d"));
-}
-
-TEST(RecordedNames, DeepLinesDoNotOverflowTheStack) {
-    EXPECT_EQ(errorOf(R"({"info":)" + std::string(1000000, '[') + "\n"), "line 1 is not a record");
 }
 
 TEST(RecordedNames, AMissingFileIsAnError) {

@@ -3,10 +3,10 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <map>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "descriptor.h"
+#include "descriptor_limit.h"
 #include "pool/scripted_worker.h"
 #include "worker/limits.h"
 
@@ -45,6 +45,11 @@ public:
         EXPECT_THAT(outcomes_, SizeIs(submitted_));
     }
 
+    void read(const char* name) {
+        submit(name);
+        finish();
+    }
+
     void postpone(Clock::duration time) { pool_.postpone(time); }
 
     Status status(std::uint64_t id) { return outcomes_.at(id).status; }
@@ -76,44 +81,37 @@ TEST(Pool, AnswersEveryRequestOnce) {
 
 TEST(Pool, ReplacesAWorkerThatAnswersWithoutARequest) {
     ScriptedPool pool(test::kTalkative, {.workers = 1});
-    pool.submit("a");
-    pool.finish();
-    pool.submit(test::kPlain);
-    pool.finish();
+    pool.read("a");
+    pool.read(test::kPlain);
     EXPECT_EQ(pool.status(0), Status::ok);
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
 TEST(Pool, DoesNotApplyTheTimeLimitToTheStart) {
     ScriptedPool pool(test::kLate, {.workers = 1, .timeLimit = 50ms});
-    pool.submit("a");
-    pool.finish();
+    pool.read("a");
     EXPECT_EQ(pool.status(0), Status::ok);
 }
 
 TEST(Pool, EndsAFileAtTheTimeLimit) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
     pool.submit("a");
-    pool.submit(test::kPlain);
-    pool.finish();
+    pool.read(test::kPlain);
     EXPECT_EQ(pool.status(0), Status::limitTime);
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
 TEST(Pool, ReplacesAWorkerThatStoppedReadingRequestsAtOnce) {
     ScriptedPool pool(test::kDeaf, {.workers = 1, .timeLimit = 1h});
-    pool.submit("a");
-    pool.finish();
+    pool.read("a");
     usleep(100'000);  // until the worker has closed its pipe
-    pool.submit(test::kPlain);
-    pool.finish();
+    pool.read(test::kPlain);
     EXPECT_EQ(pool.status(1), Status::ok);
 }
 
 TEST(Pool, GivesNoFileExtraTimeForAnEarlierPause) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 50ms});
-    pool.submit(test::kPlain);
-    pool.finish();
+    pool.read(test::kPlain);
     pool.submit("a");
     pool.postpone(1h);
     pool.finish();
@@ -122,8 +120,7 @@ TEST(Pool, GivesNoFileExtraTimeForAnEarlierPause) {
 
 TEST(Pool, DoesNotCountAPauseAsReadingTime) {
     ScriptedPool pool(test::kSilent, {.workers = 1, .timeLimit = 300ms});
-    pool.submit(test::kPlain);
-    pool.finish();
+    pool.read(test::kPlain);
     const auto start = Clock::now();
     pool.submit("a");
     usleep(400'000);
@@ -136,8 +133,7 @@ TEST(Pool, DoesNotCountAPauseAsReadingTime) {
 TEST(Pool, PassesNoOtherDescriptorsToItsWorkers) {
     const Descriptor inherited(dup(STDERR_FILENO));  // stays open in programs that are executed
     ScriptedPool pool(test::kOpenHanded, {.workers = 1});
-    pool.submit("a");
-    pool.finish();
+    pool.read("a");
     ASSERT_THAT(pool.outcome(0).warnings, SizeIs(1));
     EXPECT_EQ(pool.outcome(0).warnings.front().text, "0 1 2 3 ");
 }
@@ -148,16 +144,12 @@ TEST(Pool, ContinuesWithTheWorkersThatCanBeStarted) {
     }
     ScriptedPool pool(test::kPlain, {.workers = 4});
     pool.submit("a");
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
     const auto used = static_cast<rlim_t>(Descriptor(dup(STDIN_FILENO)).get());
-    const rlimit few{used + 5, usual.rlim_max};  // a worker takes four for a moment, then two
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    const test::DescriptorLimit few(used + 5);  // a worker takes four for a moment, then two
     for (int i = 0; i < 20; ++i) {
         pool.submit("a");
     }
     pool.finish();
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
     EXPECT_EQ(pool.status(20), Status::ok);
 }
 
@@ -166,12 +158,8 @@ TEST(Pool, FailsWithoutAnyWorker) {
         GTEST_SKIP() << "the sanitizers need descriptors of their own";
     }
     ScriptedPool pool(test::kPlain, {.workers = 4});
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
-    const rlimit none{0, usual.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const test::DescriptorLimit none(0);
     EXPECT_THROW(pool.submit("a"), WorkersFail);
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
 }
 
 }  // namespace

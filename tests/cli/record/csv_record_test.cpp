@@ -29,22 +29,18 @@ Record read(std::string path, std::vector<std::string> cells) {
     return record;
 }
 
-TEST(CsvCell, PlainTextIsUnchanged) {
+TEST(CsvCell, IsQuotedOrMarkedWhereSheetsWouldMisreadIt) {
     EXPECT_EQ(csvCell(""), "");
     EXPECT_EQ(csvCell("47 22 11.9"), "47 22 11.9");
     EXPECT_EQ(csvCell("a=b;c+d\\x1b'"), "a=b;c+d\\x1b'");
-}
-
-TEST(CsvCell, IsQuotedIfItHasASeparatorOrAnOuterBlank) {
+    // Separators and outer blanks are quoted.
     EXPECT_EQ(csvCell("a,b"), "\"a,b\"");
     EXPECT_EQ(csvCell("say \"x\""), "\"say \"\"x\"\"\"");
     EXPECT_EQ(csvCell("a\nb"), "\"a\nb\"");
     EXPECT_EQ(csvCell("a\rb"), "\"a\rb\"");
     EXPECT_EQ(csvCell(" a"), "\" a\"");
     EXPECT_EQ(csvCell("a "), "\"a \"");
-}
-
-TEST(CsvCell, AFormulaGetsAnApostrophe) {
+    // A formula gets an apostrophe, a number gets none.
     EXPECT_EQ(csvCell("=1+1"), "'=1+1");
     EXPECT_EQ(csvCell("+cmd"), "'+cmd");
     EXPECT_EQ(csvCell("-a"), "'-a");
@@ -52,9 +48,6 @@ TEST(CsvCell, AFormulaGetsAnApostrophe) {
     EXPECT_EQ(csvCell("-1 -2"), "'-1 -2");
     EXPECT_EQ(csvCell("@SUM(A1)"), "'@SUM(A1)");
     EXPECT_EQ(csvCell("=A1,\"B\""), "\"'=A1,\"\"B\"\"\"");
-}
-
-TEST(CsvCell, ANumberGetsNone) {
     EXPECT_EQ(csvCell("-12.5"), "-12.5");
     EXPECT_EQ(csvCell("-1e-07"), "-1e-07");
     EXPECT_EQ(csvCell("-Infinity"), "-Infinity");
@@ -65,9 +58,7 @@ TEST(CsvRecordWriter, TheFirstLineNamesTheColumns) {
               "path,status,error,warnings,directories,Make,GPSInfo.GPSLatitude\n");
     EXPECT_EQ(header(selecting({"a,b", "=\x1b"})),
               "path,status,error,warnings,directories,\"a,b\",'=\\x1b\n");
-}
-
-TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
+    // Without a selection they are the usual fields.
     EXPECT_EQ(header({}),
               "path,status,error,warnings,directories,Format,Width,Height,BitDepth,ColorType,"
               "Compression,DateTime,Make,Model,DigitalCamera.ExposureTime,DigitalCamera.FNumber,"
@@ -77,6 +68,8 @@ TEST(CsvRecordWriter, WithoutASelectionTheColumnsAreTheUsualFields) {
 TEST(CsvRecordWriter, WritesARowForAFile) {
     EXPECT_EQ(row(read("a.tif", {"2", "A;B"})), "a.tif,ok,,0,2,A;B\n");
     EXPECT_EQ(row(read("a.tif", {"1", "A, \"B\""})), "a.tif,ok,,0,1,\"A, \"\"B\"\"\"\n");
+    // A name that begins with a hyphen gets an apostrophe.
+    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
 }
 
 TEST(CsvRecordWriter, CountsAllWarnings) {
@@ -87,22 +80,11 @@ TEST(CsvRecordWriter, CountsAllWarnings) {
     EXPECT_EQ(row(record), "a.tif,warned,,42,1,\n");
 }
 
-TEST(CsvRecordWriter, WritesARowForAFileThatFailed) {
-    Record record;
-    record.path = "a.tif";
-    record.outcome = failure(Status::limitMemory, "X:end", "It ended.");
-    EXPECT_EQ(row(record), "a.tif,limit-memory,X:end,0,0,\n");
-}
-
-TEST(CsvRecordWriter, EscapesNamesAndIdentifiers) {
-    Record record;
-    record.path = "=new\nline,\x1b\xff";
-    record.outcome = failure(Status::error, "X:\t\x9b", "It ended.");
-    EXPECT_EQ(row(record), "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
-}
-
-TEST(CsvRecordWriter, NamesThatBeginWithAHyphenGetAnApostrophe) {
-    EXPECT_EQ(row(read("-rf", {"1", ""})), "'-rf,ok,,0,1,\n");
+TEST(CsvRecordWriter, WritesARowForAFileThatFailedAndEscapesIt) {
+    EXPECT_EQ(row({0, "a.tif", failure(Status::limitMemory, "X:end", "It ended.")}),
+              "a.tif,limit-memory,X:end,0,0,\n");
+    EXPECT_EQ(row({0, "=new\nline,\x1b\xff", failure(Status::error, "X:\t\x9b", "It ended.")}),
+              "\"'=new\\nline,\\x1b\\xff\",error,X:\\t\\x9b,0,0,\n");
 }
 
 }  // namespace

@@ -101,43 +101,40 @@ TEST(JsonRecord, ContainsTheListsOfTheRendering) {
                                "\n"));
 }
 
-TEST(JsonRecord, NdjsonIsRecordsAndNothingElse) {
-    JsonRecordWriter writer(as(Format::ndjson));
+std::string written(Format format, const std::vector<Record>& records) {
+    JsonRecordWriter writer(as(format));
     std::string out;
     writer.begin(out);
-    writer.record(fileThatIsFine(0, "a"), out);
-    writer.record(fileThatIsFine(1, "b"), out);
+    for (const Record& record : records) {
+        writer.record(record, out);
+    }
     writer.end(out);
-    EXPECT_EQ(out, lineOf(fileThatIsFine(0, "a")) + lineOf(fileThatIsFine(1, "b")));
+    return out;
 }
 
-TEST(JsonRecord, JsonIsOneArrayWithALineForEachRecord) {
-    JsonRecordWriter writer(as(Format::json));
-    std::string out;
-    writer.begin(out);
-    writer.record(fileThatIsFine(0, "a"), out);
-    writer.record(fileThatIsFine(1, "b"), out);
-    writer.end(out);
-    std::string a = lineOf(fileThatIsFine(0, "a"));
+TEST(JsonRecord, IsALineOfNdjsonOrOfTheArrayOfJson) {
+    const std::vector<Record> records{fileThatIsFine(0, "a"), fileThatIsFine(1, "b")};
+    std::string a = lineOf(records[0]);
+    const std::string b = lineOf(records[1]);
+    EXPECT_EQ(written(Format::ndjson, records), a + b);
     a.pop_back();
-    EXPECT_EQ(out, "[\n" + a + ",\n" + lineOf(fileThatIsFine(1, "b")) + "]\n");
-}
-
-TEST(JsonRecord, JsonWithoutRecordsIsAnEmptyArray) {
-    JsonRecordWriter writer(as(Format::json));
-    std::string out;
-    writer.begin(out);
-    writer.end(out);
-    EXPECT_EQ(out, "[\n]\n");
+    EXPECT_EQ(written(Format::json, records), "[\n" + a + ",\n" + b + "]\n");
+    EXPECT_EQ(written(Format::json, {}), "[\n]\n");
 }
 
 nlohmann::json schema() {
     return nlohmann::json::parse(recordSchema());
 }
 
-TEST(RecordSchema, NamesItsDraftAndEndsWithANewline) {
+TEST(RecordSchema, DescribesEveryMember) {
     EXPECT_EQ(schema()["$schema"], "https://json-schema.org/draft/2020-12/schema");
     EXPECT_TRUE(recordSchema().ends_with("}\n"));
+    EXPECT_EQ(schema()["properties"]["warnings"]["maxItems"], kMaxWarnings);
+    const nlohmann::json members = schema()["properties"];
+    EXPECT_EQ(members.size(), 13U);
+    for (const auto& [name, member] : members.items()) {
+        EXPECT_FALSE(member["description"].get<std::string>().empty()) << name;
+    }
 }
 
 TEST(RecordSchema, ListsEveryStatus) {
@@ -145,18 +142,6 @@ TEST(RecordSchema, ListsEveryStatus) {
     ASSERT_EQ(names.size(), kStatusCount);
     for (std::size_t i = 0; i < kStatusCount; ++i) {
         EXPECT_EQ(names[i], nameOf(static_cast<Status>(i)));
-    }
-}
-
-TEST(RecordSchema, LimitsTheWarningsOfARecord) {
-    EXPECT_EQ(schema()["properties"]["warnings"]["maxItems"], kMaxWarnings);
-}
-
-TEST(RecordSchema, DescribesEveryMember) {
-    const nlohmann::json members = schema()["properties"];
-    EXPECT_EQ(members.size(), 13U);
-    for (const auto& [name, member] : members.items()) {
-        EXPECT_FALSE(member["description"].get<std::string>().empty()) << name;
     }
 }
 

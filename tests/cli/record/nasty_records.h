@@ -19,8 +19,8 @@ inline RenderOptions ndjson() {
 }
 
 /// The line of a file with this name and one directory with the field "X".
-inline std::string lineWith(const std::string& path, const std::function<qvArray*()>& make) {
-    const zephra::CallResult result = called([&] { return structures({{{"X", make()}}}); });
+inline std::string lineWith(const std::string& path, const Make& make) {
+    const zephra::CallResult result = called(structures({{{"X", make}}}));
     Record record{0, path, {}};
     record.outcome.rendering = JsonRenderer(ndjson()).render(result.output());
     std::string line;

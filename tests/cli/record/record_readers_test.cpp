@@ -9,10 +9,8 @@
 namespace veltrace::cli {
 namespace {
 
-qvArray* row(const std::vector<double>& values) {
-    qvArray* const array = numbers(1, values.size(), {});
-    std::ranges::copy(values, static_cast<double*>(qvGetData(array)));
-    return array;
+Make row(const std::vector<double>& values) {
+    return numbers(1, values.size(), values);
 }
 
 rapidjson::Document readByRapidJson(const std::string& line) {
@@ -35,7 +33,7 @@ std::string bytesOf(const std::string& utf8) {
 
 TEST(RecordReaders, GetEveryBitOfEveryNumber) {
     const std::vector<double>& expected = nastyNumbers();
-    const std::string line = lineWith("a.tif", [&] { return row(expected); });
+    const std::string line = lineWith("a.tif", row(expected));
     const auto record = nlohmann::json::parse(line);
     const auto other = readByRapidJson(line);
     ASSERT_EQ(record["info"][0]["X"].size(), expected.size());
@@ -52,9 +50,8 @@ TEST(RecordReaders, GetEveryBitOfEveryNumber) {
 
 TEST(RecordReaders, FindTheNumbersThatJsonCannotRepresent) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const auto record = nlohmann::json::parse(lineWith("a.tif", [] {
-        return row({1, std::nan(""), kInfinity, -kInfinity});
-    }));
+    const auto record =
+        nlohmann::json::parse(lineWith("a.tif", row({1, std::nan(""), kInfinity, -kInfinity})));
     const std::vector<std::string> names{"NaN", "Infinity", "-Infinity"};
     ASSERT_EQ(record["nonfinite"].size(), names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -67,7 +64,7 @@ TEST(RecordReaders, FindTheNumbersThatJsonCannotRepresent) {
 
 TEST(RecordReaders, GetEveryByteOfEveryText) {
     for (const std::string& expected : nastyTexts()) {
-        const std::string line = lineWith("a.tif", [&] { return characters(expected); });
+        const std::string line = lineWith("a.tif", characters(expected));
         const auto record = nlohmann::json::parse(line);
         const std::string text = record["info"][0]["X"];
         EXPECT_EQ(record["latin1"].empty() ? text : bytesOf(text), expected) << line;
@@ -79,7 +76,7 @@ TEST(RecordReaders, GetEveryByteOfEveryText) {
 
 TEST(RecordReaders, GetEveryName) {
     for (const std::string& expected : nastyTexts()) {
-        const auto record = nlohmann::json::parse(lineWith(expected, [] { return number(1); }));
+        const auto record = nlohmann::json::parse(lineWith(expected, number(1)));
         ASSERT_NE(record.contains("path"), record.contains("path_b64"));
         if (record.contains("path")) {
             EXPECT_EQ(record["path"], expected);
@@ -89,7 +86,7 @@ TEST(RecordReaders, GetEveryName) {
 
 TEST(RecordReaders, FindALineInEachRecord) {
     for (const std::string& text : nastyTexts()) {
-        const std::string line = lineWith(text, [&] { return characters(text); });
+        const std::string line = lineWith(text, characters(text));
         EXPECT_EQ(line.find_first_of("\n\r\v\f"), line.size() - 1);
         for (const char* const separator : {"\u0085", "\u2028", "\u2029"}) {
             EXPECT_EQ(line.find(separator), std::string::npos);

@@ -45,6 +45,7 @@ TEST(TextRecordWriter, WritesTheNameAboveTheTextOfEachFileAndSeparatesFiles) {
 
 TEST(TextRecordWriter, ReportsAFileWithoutDirectories) {
     EXPECT_EQ(written({read("a.tif", "")}), "a.tif\n  no directories\n");
+    EXPECT_EQ(written({}), "");
 }
 
 TEST(TextRecordWriter, WritesNothingForAFileThatFailed) {
@@ -54,17 +55,10 @@ TEST(TextRecordWriter, WritesNothingForAFileThatFailed) {
               "b.tif\n  x\n\nd.tif\n  y\n");
 }
 
-TEST(TextRecordWriter, EscapesNames) {
+TEST(TextRecordWriter, EscapesNamesAndMakesThemBoldWithColour) {
     EXPECT_EQ(written({read("new\nline\x1b\xff\u202e", "  x\n")}),
               "new\\nline\\x1b\\xff\\xe2\\x80\\xae\n  x\n");
-}
-
-TEST(TextRecordWriter, NamesAreBoldWithColour) {
     EXPECT_EQ(written({read("a.tif", "  x\n")}, true), "\x1b[1ma.tif\x1b[0m\n  x\n");
-}
-
-TEST(TextRecordWriter, ARunWithoutFilesIsEmpty) {
-    EXPECT_EQ(written({}), "");
 }
 
 }  // namespace

@@ -38,14 +38,9 @@ TEST(JsonCheck, AcceptsArraysOfEveryKindOfValue) {
 TEST(JsonCheck, RejectsAnythingButOneArray) {
     for (const char* const json :
          {"", "{}", "null", "\"[]\"", "[", "]", "[]]", "[][]", "[],[]", " []", "[1,]", "[,1]",
-          "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]"}) {
-        EXPECT_FALSE(isJsonArray(json)) << json;
-    }
-}
-
-TEST(JsonCheck, RejectsWordsAndNumbersThatAreNotJson) {
-    for (const char* const json :
-         {"[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
+          "[1 2]", "[{]}", "[{\"a\"}]", "[{\"a\":}]", "[{1:2}]", "[{\"a\":1,}]", "[\"a]",
+          // Words and numbers of other languages.
+          "[NaN]", "[Infinity]", "[-Infinity]", "[nul]", "[True]", "[01]", "[1.]", "[.5]", "[+1]",
           "[-]", "[1e]", "[0x1]", "['a']", "[/**/1]"}) {
         EXPECT_FALSE(isJsonArray(json)) << json;
     }
@@ -70,30 +65,24 @@ TEST(JsonCheck, RejectsTextThatIsNotUnicode) {
     }
 }
 
-TEST(JsonCheck, AcceptsEveryPrintableAsciiCharacterAtEveryPlace) {
+TEST(JsonCheck, AcceptsPrintableAsciiAndRejectsOtherBytesAtEveryPlace) {
     for (char character = ' '; character <= '~'; ++character) {
         if (character != '"' && character != '\\') {
             EXPECT_TRUE(saysEverywhere(true, std::string(1, character)));
         }
     }
     EXPECT_TRUE(saysEverywhere(false, "\""));
-}
-
-TEST(JsonCheck, RejectsControlsAtEveryPlace) {
     for (char control = 0; control < ' '; ++control) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, control)));
     }
     EXPECT_TRUE(saysEverywhere(false, "\x7f"));
     EXPECT_TRUE(saysEverywhere(false, "~\x7f\x7f~"));
-}
-
-TEST(JsonCheck, RejectsSingleBytesAboveAsciiAtEveryPlace) {
     for (int byte = 0x80; byte <= 0xFF; ++byte) {
         EXPECT_TRUE(saysEverywhere(false, std::string(1, static_cast<char>(byte))));
     }
 }
 
-TEST(JsonCheck, AcceptsOtherCharactersAtEveryPlaceExceptControlsAndSeparators) {
+TEST(JsonCheck, AcceptsOtherCharactersAndItsOwnEscapesAtEveryPlace) {
     for (const char* const taken : {"\u00a0", "\u00ff", "\u0101", "\u07ff", "\u0800", "\u2027",
                                     "\u202a", "\uffff", "\U00010000", "\U0010ffff"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -101,9 +90,6 @@ TEST(JsonCheck, AcceptsOtherCharactersAtEveryPlaceExceptControlsAndSeparators) {
     for (const char* const refused : {"\u0080", "\u009f", "\u2028", "\u2029", "\xed\xa0\x80"}) {
         EXPECT_TRUE(saysEverywhere(false, refused));
     }
-}
-
-TEST(JsonCheck, AcceptsOnlyItsOwnEscapesAtEveryPlace) {
     for (const char* const taken : {R"(\\)", R"(\")", R"(\b)", R"(\n)", R"(\u0000)", R"(\u007f)",
                                     R"(\u2028)", R"(\\u1234)", R"(\\\\ud800)"}) {
         EXPECT_TRUE(saysEverywhere(true, taken));
@@ -122,7 +108,7 @@ TEST(JsonCheck, AcceptsTheMaximalDepthAndNoMore) {
     EXPECT_FALSE(isJsonArray(std::string(std::size_t{32} << 20, '[')));
 }
 
-TEST(JsonCheck, AcceptsListsOfTheirKind) {
+TEST(JsonCheck, AcceptsListsOfTheirKindAndShapeOnly) {
     for (const auto kind : {ListedAs::nonfinite, ListedAs::latin1, ListedAs::omitted}) {
         EXPECT_TRUE(isListOf(kind, ""));
     }
@@ -134,9 +120,6 @@ TEST(JsonCheck, AcceptsListsOfTheirKind) {
     EXPECT_TRUE(
         isListOf(ListedAs::omitted,
                  R"({"at":"/info/0/A","size":[1,4294967296]},{"at":"/info/0/B","size":[0,2]})"));
-}
-
-TEST(JsonCheck, RejectsListsOfAnotherShape) {
     const std::string nan = R"({"at":"/info/0/A","is":"NaN"})";
     for (const std::string& list :
          {"," + nan, nan + ",", nan + nan, "[" + nan + "]", nan + "]", nan + ",1",

@@ -13,13 +13,12 @@ using namespace std::string_literals;
 namespace veltrace::cli {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The rendering, which its renderer must accept.
-Rendering rendered(const RenderOptions& options, const std::function<qvArray*()>& make) {
+Rendering rendered(const RenderOptions& options, const Make& make) {
     const zephra::CallResult result = called(make);
     const JsonRenderer renderer(options);
     Rendering rendering = renderer.render(result.output());
@@ -27,14 +26,9 @@ Rendering rendered(const RenderOptions& options, const std::function<qvArray*()>
     return rendering;
 }
 
-/// One directory with the field "X".
-Rendering renderedField(const std::function<qvArray*()>& make) {
-    return rendered({}, [&] { return structures({{{"X", make()}}}); });
-}
-
-/// The JSON of one value that is in no list.
-std::string jsonOf(const std::function<qvArray*()>& make) {
-    const Rendering rendering = renderedField(make);
+/// The JSON of a value that is in no list: the field "X" of one directory.
+std::string jsonOf(const Make& make) {
+    const Rendering rendering = rendered({}, structures({{{"X", make}}}));
     EXPECT_EQ(rendering.nonfinite + rendering.latin1 + rendering.omitted, "");
     const std::string& body = rendering.body;
     EXPECT_TRUE(body.starts_with(R"([{"X":)") && body.ends_with("}]")) << body;
@@ -49,29 +43,27 @@ RenderOptions omitting(std::size_t limit) {
 
 TEST(JsonRenderer, NoOutputIsAnEmptyList) {
     const Rendering expected{"[]", "", "", "", {}, {}};
-    EXPECT_EQ(rendered({}, []() -> qvArray* { return nullptr; }), expected);
-    EXPECT_EQ(rendered({}, [] { return numbers(0, 0, {}); }), expected);
+    EXPECT_EQ(rendered({}, nullptr), expected);
+    EXPECT_EQ(rendered({}, numbers(0, 0, {})), expected);
 }
 
 TEST(JsonRenderer, ADirectoryIsAnObjectWithFieldsInTheirOrder) {
     const Rendering expected{
         R"([{"Zoom":2,"Aim":null},{"Zoom":null,"Aim":"x"}])", "", "", "", {}, {}};
-    EXPECT_EQ(rendered({},
-                       [] {
-                           return structures({{{"Zoom", number(2)}, {"Aim", nullptr}},
-                                              {{"Zoom", nullptr}, {"Aim", characters("x")}}});
-                       }),
+    EXPECT_EQ(rendered({}, structures({{{"Zoom", number(2)}, {"Aim", nullptr}},
+                                       {{"Zoom", nullptr}, {"Aim", characters("x")}}})),
               expected);
 }
 
-TEST(JsonRenderer, RowsAndColumnsAreFlatLists) {
-    EXPECT_EQ(jsonOf([] { return numbers(1, 3, {8, 8, 8}); }), "[8,8,8]");
-    EXPECT_EQ(jsonOf([] { return numbers(3, 1, {1, 2.5, -0.0}); }), "[1,2.5,-0.0]");
-    EXPECT_EQ(jsonOf([] { return numbers(1, 1, {0.008}); }), "0.008");
-}
-
-TEST(JsonRenderer, AMatrixIsAListOfItsRows) {
-    EXPECT_EQ(jsonOf([] { return numbers(2, 3, {1, 2, 3, 4, 5, 6}); }), "[[1,3,5],[2,4,6]]");
+TEST(JsonRenderer, RowsAndColumnsAreFlatListsAndMatricesListsOfRows) {
+    EXPECT_EQ(jsonOf(numbers(1, 3, {8, 8, 8})), "[8,8,8]");
+    EXPECT_EQ(jsonOf(numbers(3, 1, {1, 2.5, -0.0})), "[1,2.5,-0.0]");
+    EXPECT_EQ(jsonOf(numbers(1, 1, {0.008})), "0.008");
+    EXPECT_EQ(jsonOf(numbers(2, 3, {1, 2, 3, 4, 5, 6})), "[[1,3,5],[2,4,6]]");
+    EXPECT_EQ(jsonOf(logicals(2, 2, {0, 1, 0, 0})), "[[false,false],[true,false]]");
+    EXPECT_EQ(jsonOf(nullptr), "null");
+    EXPECT_EQ(jsonOf(numbers(0, 0, {})), "null");
+    EXPECT_EQ(jsonOf(numbers(0, 3, {})), "null");
 }
 
 TEST(JsonRenderer, FurtherDimensionsCountAsColumns) {
@@ -85,35 +77,18 @@ TEST(JsonRenderer, FurtherDimensionsCountAsColumns) {
               "[[0,0],[0,7]]");
 }
 
-TEST(JsonRenderer, EmptyPlacesAndNumbersAreNull) {
-    EXPECT_EQ(jsonOf([]() -> qvArray* { return nullptr; }), "null");
-    EXPECT_EQ(jsonOf([] { return numbers(0, 0, {}); }), "null");
-    EXPECT_EQ(jsonOf([] { return numbers(0, 3, {}); }), "null");
-}
-
-TEST(JsonRenderer, LogicalsAreBooleans) {
-    EXPECT_EQ(jsonOf([] { return logicals(2, 2, {0, 1, 0, 0}); }), "[[false,false],[true,false]]");
-}
-
 TEST(JsonRenderer, TextKeepsItsTrailingNuls) {
-    EXPECT_EQ(jsonOf([] { return characters("kiln\0\0"s); }), R"("kiln\u0000\u0000")");
-    EXPECT_EQ(jsonOf([] { return characters(""); }), R"("")");
+    EXPECT_EQ(jsonOf(characters("kiln\0\0"s)), R"("kiln\u0000\u0000")");
+    EXPECT_EQ(jsonOf(characters("")), R"("")");
 }
 
-TEST(JsonRenderer, CellsAreLists) {
-    EXPECT_EQ(jsonOf([] {
-                  return cells({characters("a"), nullptr, numbers(1, 2, {1, 2})});
-              }),
+TEST(JsonRenderer, CellsAndNestedStructuresAreLists) {
+    EXPECT_EQ(jsonOf(cells({characters("a"), nullptr, numbers(1, 2, {1, 2})})),
               R"(["a",null,[1,2]])");
-    EXPECT_EQ(jsonOf([] { return cells({cells({cells({})})}); }), "[[[]]]");
-}
-
-TEST(JsonRenderer, NestedStructuresAreListsOfObjects) {
-    EXPECT_EQ(jsonOf([] {
-                  return structures({{{"Before", number(1)},
-                                      {"Inner", structures({{{"X", number(2)}}})},
-                                      {"After", cells({structures({{{"Y", number(3)}}})})}}});
-              }),
+    EXPECT_EQ(jsonOf(cells({cells({cells({})})})), "[[[]]]");
+    EXPECT_EQ(jsonOf(structures({{{"Before", number(1)},
+                                  {"Inner", structures({{{"X", number(2)}}})},
+                                  {"After", cells({structures({{{"Y", number(3)}}})})}}})),
               R"([{"Before":1,"Inner":[{"X":2}],"After":[[{"Y":3}]]}])");
     EXPECT_EQ(jsonOf([] {
                   const std::size_t size = 2;
@@ -132,16 +107,15 @@ TEST(JsonRenderer, NestingAsDeepAsMemoryAllowsIsWritten) {
     for (std::size_t i = 0; i < kDepth; ++i) {
         expected += "}]";
     }
-    EXPECT_EQ(rendered({}, [] { return nestedStructures(kDepth); }).body, expected);
+    EXPECT_EQ(rendered({}, nestedStructures(kDepth)).body, expected);
 }
 
 TEST(JsonRenderer, ListsNumbersThatJsonCannotRepresent) {
-    const Rendering rendering = rendered({}, [] {
-        qvArray* const gps = structures({{{"GPSAltitude", numbers(3, 1, {1, 2, std::nan("")})},
-                                          {"GPSSpeed", number(-kInfinity)}}});
-        return structures({{{"GPSInfo", nullptr}, {"Matrix", nullptr}},
-                           {{"GPSInfo", gps}, {"Matrix", numbers(2, 2, {1, 2, 3, kInfinity})}}});
-    });
+    const Make gps = structures(
+        {{{"GPSAltitude", numbers(3, 1, {1, 2, std::nan("")})}, {"GPSSpeed", number(-kInfinity)}}});
+    const Rendering rendering = rendered(
+        {}, structures({{{"GPSInfo", nullptr}, {"Matrix", nullptr}},
+                        {{"GPSInfo", gps}, {"Matrix", numbers(2, 2, {1, 2, 3, kInfinity})}}}));
     EXPECT_EQ(rendering.body, R"([{"GPSInfo":null,"Matrix":null},)"
                               R"({"GPSInfo":[{"GPSAltitude":[1,2,null],"GPSSpeed":null}],)"
                               R"("Matrix":[[1,3],[2,null]]}])");
@@ -151,11 +125,10 @@ TEST(JsonRenderer, ListsNumbersThatJsonCannotRepresent) {
 }
 
 TEST(JsonRenderer, ListsTextsThatAreNotUtf8) {
-    const Rendering rendering = rendered({}, [] {
-        return structures({{{"Make", characters("caf\xe9")},
-                            {"Words", cells({characters("a"), characters("\xff\0"s)})},
-                            {"Model", characters("caf\u00e9")}}});
-    });
+    const Rendering rendering =
+        rendered({}, structures({{{"Make", characters("caf\xe9")},
+                                  {"Words", cells({characters("a"), characters("\xff\0"s)})},
+                                  {"Model", characters("caf\u00e9")}}}));
     EXPECT_EQ(rendering.body,
               "[{\"Make\":\"caf\u00e9\",\"Words\":[\"a\",\"\u00ff\\u0000\"],"
               "\"Model\":\"caf\u00e9\"}]");
@@ -163,22 +136,20 @@ TEST(JsonRenderer, ListsTextsThatAreNotUtf8) {
 }
 
 TEST(JsonRenderer, PlacesEscapeTheNamesOfFields) {
-    const Rendering rendering = rendered({}, [] {
-        return structures({{{"a/b~1\"", characters("\xff")}, {"\xe9", characters("\xfe")}}});
-    });
+    const Rendering rendering =
+        rendered({}, structures({{{"a/b~1\"", characters("\xff")}, {"\xe9", characters("\xfe")}}}));
     EXPECT_EQ(rendering.body, "[{\"a/b~1\\\"\":\"\u00ff\",\"\u00e9\":\"\u00fe\"}]");
     EXPECT_EQ(rendering.latin1, "\"/info/0/a~1b~01\\\"\",\"/info/0/\u00e9\"");
 }
 
 TEST(JsonRenderer, OmitsValuesBeyondTheUsersLimit) {
-    const Rendering rendering = rendered(omitting(3), [] {
-        return structures({{{"Row", numbers(1, 4, {1, 2, 3, 4})},
-                            {"Three", numbers(1, 3, {1, 2, 3})},
-                            {"Matrix", numbers(2, 3, {1, 2, 3, 4, 5, kInfinity})},
-                            {"Text", characters("caf\xe9")},
-                            {"Abc", characters("abc")},
-                            {"Cells", cells({nullptr, nullptr, nullptr, nullptr})}}});
-    });
+    const Rendering rendering = rendered(
+        omitting(3), structures({{{"Row", numbers(1, 4, {1, 2, 3, 4})},
+                                  {"Three", numbers(1, 3, {1, 2, 3})},
+                                  {"Matrix", numbers(2, 3, {1, 2, 3, 4, 5, kInfinity})},
+                                  {"Text", characters("caf\xe9")},
+                                  {"Abc", characters("abc")},
+                                  {"Cells", cells({nullptr, nullptr, nullptr, nullptr})}}}));
     EXPECT_EQ(rendering.body,
               R"([{"Row":null,"Three":[1,2,3],"Matrix":null,"Text":null,"Abc":"abc",)"
               R"("Cells":null}])");
@@ -189,64 +160,61 @@ TEST(JsonRenderer, OmitsValuesBeyondTheUsersLimit) {
 }
 
 TEST(JsonRenderer, NeverOmitsStructureArrays) {
-    const Rendering rendering = rendered(omitting(0), [] {
-        return structures({{{"A", structures({{{"X", nullptr}}, {{"X", nullptr}}})}}});
-    });
+    const Rendering rendering = rendered(
+        omitting(0), structures({{{"A", structures({{{"X", nullptr}}, {{"X", nullptr}}})}}}));
     EXPECT_EQ(rendering.body, R"([{"A":[{"X":null},{"X":null}]}])");
     EXPECT_EQ(rendering.omitted, "");
 }
 
-qvArray* photo() {
-    qvArray* const camera = structures({{{"FNumber", number(2.8)}, {"Flash", number(16)}},
-                                        {{"FNumber", number(4)}, {"Flash", nullptr}}});
+Make photo() {
+    const Make camera = structures({{{"FNumber", number(2.8)}, {"Flash", number(16)}},
+                                    {{"FNumber", number(4)}, {"Flash", nullptr}}});
     return structures({{{"Make", characters("Kiln")}, {"Camera", camera}, {"Width", number(7)}},
                        {{"Make", nullptr}, {"Camera", nullptr}, {"Width", number(5)}}});
 }
 
-TEST(JsonRenderer, WritesSelectedFieldsOfEveryDirectoryInTheOrderOfTheModule) {
-    const Rendering rendering = rendered(selecting({"Width", "Height", "Make"}), photo);
-    EXPECT_EQ(rendering.body, R"([{"Make":"Kiln","Width":7},{"Make":null,"Width":5}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
-}
-
-TEST(JsonRenderer, WritesTheSelectedFieldsOfANestedDirectory) {
-    const Rendering rendering = rendered(selecting({"Camera.FNumber", "Make.FNumber"}), photo);
-    EXPECT_EQ(rendering.body, R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(JsonRenderer, WritesASelectedDirectoryWholeAndReportsSelectedFieldsInIt) {
-    const Rendering rendering =
-        rendered(selecting({"Camera.Flash", "Camera.Iris", "Camera"}), photo);
-    EXPECT_EQ(rendering.body,
-              R"([{"Camera":[{"FNumber":2.8,"Flash":16},{"FNumber":4,"Flash":null}]},)"
-              R"({"Camera":null}])");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 2));
+TEST(JsonRenderer, WritesSelectedFieldsInTheOrderOfTheModuleAndReportsThem) {
+    struct Selection {
+        std::vector<std::string> fields;
+        std::string body;
+        std::vector<std::uint32_t> seen;
+    };
+    const Selection selections[] = {
+        {{"Width", "Height", "Make"},
+         R"([{"Make":"Kiln","Width":7},{"Make":null,"Width":5}])",
+         {0, 2}},
+        {{"Camera.FNumber", "Make.FNumber"},
+         R"([{"Camera":[{"FNumber":2.8},{"FNumber":4}]},{}])",
+         {0}},
+        {{"Camera.Flash", "Camera.Iris", "Camera"},
+         R"([{"Camera":[{"FNumber":2.8,"Flash":16},{"FNumber":4,"Flash":null}]},{"Camera":null}])",
+         {0, 2}},
+    };
+    for (const auto& [fields, body, seen] : selections) {
+        const Rendering rendering = rendered(selecting(fields), photo());
+        EXPECT_EQ(rendering.body, body);
+        EXPECT_EQ(rendering.fieldsSeen, seen);
+    }
+    EXPECT_THAT(rendered({}, photo()).fieldsSeen, IsEmpty());
 }
 
 TEST(JsonRenderer, ASelectionGoesThroughCells) {
-    const Rendering rendering = rendered(selecting({"Cells.X"}), [] {
-        return structures({{{"Cells", cells({structures({{{"X", number(1)}, {"Y", nullptr}}})})}}});
-    });
+    const Rendering rendering = rendered(
+        selecting({"Cells.X"}),
+        structures({{{"Cells", cells({structures({{{"X", number(1)}, {"Y", nullptr}}})})}}}));
     EXPECT_EQ(rendering.body, R"([{"Cells":[[{"X":1}]]}])");
 }
 
 TEST(JsonRenderer, PlacesAreThoseOfTheBodyWhenFieldsAreOmitted) {
-    const Rendering rendering = rendered(selecting({"B"}), [] {
-        return structures({{{"A", characters("\xff")}, {"B", characters("\xfe")}}});
-    });
+    const Rendering rendering = rendered(
+        selecting({"B"}), structures({{{"A", characters("\xff")}, {"B", characters("\xfe")}}}));
     EXPECT_EQ(rendering.body, "[{\"B\":\"\u00fe\"}]");
     EXPECT_EQ(rendering.latin1, R"("/info/0/B")");
 }
 
-TEST(JsonRenderer, WithoutASelectionNoFieldIsReported) {
-    EXPECT_THAT(rendered({}, photo).fieldsSeen, IsEmpty());
-}
-
 TEST(JsonRenderer, AllTextsOfARenderingShareItsLimit) {
-    const zephra::CallResult result = called([] {
-        return structures({{{"X", numbers(1, 2, {1, std::nan("")})}, {"T", characters("\xff")}}});
-    });
+    const zephra::CallResult result =
+        called(structures({{{"X", numbers(1, 2, {1, std::nan("")})}, {"T", characters("\xff")}}}));
     // Of [{"X":[1,null],"T":"<U+00FF>"}], {"at":"/info/0/X/1","is":"NaN"} and "/info/0/T".
     constexpr std::size_t kSize = 25 + 31 + 11;
     RenderOptions options;

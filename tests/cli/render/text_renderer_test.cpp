@@ -5,18 +5,17 @@
 #include "made_values.h"
 
 using namespace std::string_literals;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace veltrace::cli {
 namespace {
 
-Rendering rendered(const std::function<qvArray*()>& make, const RenderOptions& options = {}) {
+Rendering rendered(const Make& make, const RenderOptions& options = {}) {
     const zephra::CallResult result = called(make);
     return TextRenderer(options).render(result.output());
 }
 
-std::string textOf(const std::function<qvArray*()>& make, const RenderOptions& options = {}) {
+std::string textOf(const Make& make, const RenderOptions& options = {}) {
     return rendered(make, options).body;
 }
 
@@ -27,7 +26,7 @@ RenderOptions coloured() {
 }
 
 /// Two directories; only the second has a camera.
-qvArray* photograph() {
+Make photograph() {
     return structures(
         {{{"Width", number(1)}, {"Make", characters("A")}, {"Camera", nullptr}},
          {{"Width", number(2)},
@@ -36,11 +35,9 @@ qvArray* photograph() {
 }
 
 TEST(TextRenderer, AlignsTheValuesOfADirectory) {
-    EXPECT_EQ(textOf([] {
-                  return structures({{{"Width", number(7)},
-                                      {"Compression", characters("LZW")},
-                                      {"BitDepth", number(24)}}});
-              }),
+    EXPECT_EQ(textOf(structures({{{"Width", number(7)},
+                                  {"Compression", characters("LZW")},
+                                  {"BitDepth", number(24)}}})),
               "  Directory\n"
               "    Width        7\n"
               "    Compression  LZW\n"
@@ -49,41 +46,34 @@ TEST(TextRenderer, AlignsTheValuesOfADirectory) {
 
 TEST(TextRenderer, OmitsEmptyFieldsAndIgnoresThemInTheAlignment) {
     EXPECT_EQ(
-        textOf([] {
-            return structures(
-                {{{"AVeryLongName", nullptr}, {"Blank", characters("\0"s)}, {"Width", number(7)}}});
-        }),
+        textOf(structures(
+            {{{"AVeryLongName", nullptr}, {"Blank", characters("\0"s)}, {"Width", number(7)}}})),
         "  Directory\n"
         "    Width  7\n");
 }
 
 TEST(TextRenderer, NumbersSeveralDirectoriesAndIndentsNestedOnesBelowTheLinesOfTheirParent) {
-    EXPECT_EQ(
-        textOf([] {
-            return structures(
-                {{{"DigitalCamera", structures({{{"FNumber", number(2.8)}}})},
-                  {"UnknownTags", structures({{{"ID", number(65000)}}, {{"ID", number(65001)}}})},
-                  {"Width", number(7)}},
-                 {{"Width", number(8)}}});
-        }),
-        "  Directory 1 of 2\n"
-        "    Width  7\n"
-        "    DigitalCamera\n"
-        "      FNumber  2.8\n"
-        "    UnknownTags 1 of 2\n"
-        "      ID  65000\n"
-        "    UnknownTags 2 of 2\n"
-        "      ID  65001\n"
-        "  Directory 2 of 2\n"
-        "    Width  8\n");
+    EXPECT_EQ(textOf(structures(
+                  {{{"DigitalCamera", structures({{{"FNumber", number(2.8)}}})},
+                    {"UnknownTags", structures({{{"ID", number(65000)}}, {{"ID", number(65001)}}})},
+                    {"Width", number(7)}},
+                   {{"Width", number(8)}}})),
+              "  Directory 1 of 2\n"
+              "    Width  7\n"
+              "    DigitalCamera\n"
+              "      FNumber  2.8\n"
+              "    UnknownTags 1 of 2\n"
+              "      ID  65000\n"
+              "    UnknownTags 2 of 2\n"
+              "      ID  65001\n"
+              "  Directory 2 of 2\n"
+              "    Width  8\n");
 }
 
 TEST(TextRenderer, ShowsUnits) {
-    EXPECT_EQ(textOf([] {
-                  return structures({{{"XResolution", number(72)},
-                                      {"ResolutionUnit", characters("Inch")},
-                                      {"ExposureTime", number(0.008)}}});
-              }),
+    EXPECT_EQ(textOf(structures({{{"XResolution", number(72)},
+                                  {"ResolutionUnit", characters("Inch")},
+                                  {"ExposureTime", number(0.008)}}})),
               "  Directory\n"
               "    XResolution     72 per inch\n"
               "    ResolutionUnit  Inch\n"
@@ -93,45 +83,35 @@ TEST(TextRenderer, ShowsUnits) {
 TEST(TextRenderer, ShortensLongArrays) {
     RenderOptions options;
     options.maxValues = 2;
-    EXPECT_EQ(textOf(
-                  [] {
-                      return structures({{{"Offsets", numbers(4, 1, {5, 6, 7, 8})}}});
-                  },
-                  options),
+    EXPECT_EQ(textOf(structures({{{"Offsets", numbers(4, 1, {5, 6, 7, 8})}}}), options),
               "  Directory\n"
               "    Offsets  5, 6, ... [4 x 1]\n");
 }
 
 TEST(TextRenderer, EscapesNamesAndValues) {
-    EXPECT_EQ(textOf([] {
-                  return structures({{{"A\nB", characters("\x1b[2J\x9b")},
-                                      {"\x1b", structures({{{"X", nullptr}}})}}});
-              }),
+    EXPECT_EQ(textOf(structures({{{"A\nB", characters("\x1b[2J\x9b")},
+                                  {"\x1b", structures({{{"X", nullptr}}})}}})),
               "  Directory\n"
               "    A\\nB  \\x1b[2J\\x9b\n"
               "    \\x1b\n");
 }
 
 TEST(TextRenderer, AnOutputWithoutDirectoriesHasNoText) {
-    EXPECT_EQ(rendered([] { return numbers(0, 0, {}); }), Rendering());
-    EXPECT_EQ(rendered([]() -> qvArray* { return nullptr; }), Rendering());
-}
-
-TEST(TextRenderer, DeepDirectoriesKeepTheIndentAndShowTheirDepth) {
-    const std::string indent(32, ' ');
-    EXPECT_THAT(textOf([] { return nestedStructures(18); }),
-                testing::EndsWith("\n" + indent + "Next\n" +      //
-                                  indent + "Next (depth 17)\n" +  //
-                                  indent + "Next (depth 18)\n"));
+    EXPECT_EQ(rendered(numbers(0, 0, {})), Rendering());
+    EXPECT_EQ(rendered(nullptr), Rendering());
 }
 
 TEST(TextRenderer, NestingIsLimitedByTheSizeOfTheTextOnly) {
-    EXPECT_THAT(textOf([] { return nestedStructures(200'000); }),
-                testing::EndsWith("Next (depth 200000)\n"));
+    const std::string indent(32, ' ');
+    EXPECT_THAT(textOf(nestedStructures(18)),
+                testing::EndsWith("\n" + indent + "Next\n" +      //
+                                  indent + "Next (depth 17)\n" +  //
+                                  indent + "Next (depth 18)\n"));
+    EXPECT_THAT(textOf(nestedStructures(200'000)), testing::EndsWith("Next (depth 200000)\n"));
 }
 
 TEST(TextRenderer, RejectsATextThatIsTooLarge) {
-    const auto make = [] { return structures({{{"Width", number(7)}}}); };
+    const auto make = structures({{{"Width", number(7)}}});
     RenderOptions options;
     options.maxOutput = "  Directory\n    Width  7\n"s.size();
     EXPECT_EQ(textOf(make, options), "  Directory\n    Width  7\n");
@@ -142,65 +122,37 @@ TEST(TextRenderer, RejectsATextThatIsTooLarge) {
 TEST(TextRenderer, ColourMarksHeadingsNamesAndSizes) {
     RenderOptions options = coloured();
     options.maxValues = 1;
-    EXPECT_EQ(textOf(
-                  [] {
-                      return structures({{{"Width", number(7)},
-                                          {"Bits", numbers(1, 2, {8, 9})},
-                                          {"Camera", structures({{{"X", nullptr}}})}}});
-                  },
-                  options),
+    EXPECT_EQ(textOf(structures({{{"Width", number(7)},
+                                  {"Bits", numbers(1, 2, {8, 9})},
+                                  {"Camera", structures({{{"X", nullptr}}})}}}),
+                     options),
               "  \x1b[1mDirectory\x1b[0m\n"
               "    \x1b[36mWidth\x1b[0m  7\n"
               "    \x1b[36mBits\x1b[0m   8, ... \x1b[2m[1 x 2]\x1b[0m\n"
               "    \x1b[1mCamera\x1b[0m\n");
 }
 
-TEST(TextRenderer, WithoutASelectionNoFieldIsReported) {
-    EXPECT_THAT(rendered(photograph).fieldsSeen, IsEmpty());
-}
-
-TEST(TextRenderer, ASelectedFieldIsShownInEachDirectory) {
-    const Rendering rendering = rendered(photograph, selecting({"Width"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 1 of 2\n"
-              "    Width  1\n"
-              "  Directory 2 of 2\n"
-              "    Width  2\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(TextRenderer, ADirectoryWithNothingSelectedHasNoHeading) {
-    const Rendering rendering = rendered(photograph, selecting({"Lens", "Make"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 1 of 2\n"
-              "    Make  A\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(1));
-}
-
-TEST(TextRenderer, ASelectedNestedFieldIsShownWithItsHeadings) {
-    const Rendering rendering = rendered(photograph, selecting({"Camera.FNumber"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 2 of 2\n"
-              "    Camera\n"
-              "      FNumber  2.8\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0));
-}
-
-TEST(TextRenderer, ASelectedDirectoryIsShownWhole) {
-    const Rendering rendering = rendered(photograph, selecting({"Camera", "Camera.Flash"}));
-    EXPECT_EQ(rendering.body,
-              "  Directory 2 of 2\n"
-              "    Camera\n"
-              "      FNumber  2.8\n"
-              "      Flash    16\n");
-    EXPECT_THAT(rendering.fieldsSeen, ElementsAre(0, 1));
-}
-
-TEST(TextRenderer, ReportsThatNoSelectedFieldExists) {
-    const Rendering rendering =
-        rendered(photograph, selecting({"Lens", "Width.Depth", "Camera.Lens"}));
-    EXPECT_EQ(rendering.body, "  none of the selected fields\n");
-    EXPECT_THAT(rendering.fieldsSeen, IsEmpty());
+TEST(TextRenderer, SelectedFieldsAreShownWithTheirHeadingsAndReported) {
+    struct Selection {
+        std::vector<std::string> fields;
+        std::string body;
+        std::vector<std::uint32_t> seen;
+    };
+    const Selection selections[] = {
+        {{"Width"}, "  Directory 1 of 2\n    Width  1\n  Directory 2 of 2\n    Width  2\n", {0}},
+        {{"Lens", "Make"}, "  Directory 1 of 2\n    Make  A\n", {1}},
+        {{"Camera.FNumber"}, "  Directory 2 of 2\n    Camera\n      FNumber  2.8\n", {0}},
+        {{"Camera", "Camera.Flash"},
+         "  Directory 2 of 2\n    Camera\n      FNumber  2.8\n      Flash    16\n",
+         {0, 1}},
+        {{"Lens", "Width.Depth", "Camera.Lens"}, "  none of the selected fields\n", {}},
+    };
+    for (const auto& [fields, body, seen] : selections) {
+        const Rendering rendering = rendered(photograph(), selecting(fields));
+        EXPECT_EQ(rendering.body, body);
+        EXPECT_EQ(rendering.fieldsSeen, seen);
+    }
+    EXPECT_THAT(rendered(photograph()).fieldsSeen, IsEmpty());
 }
 
 bool accepts(const std::string& body, const RenderOptions& options = {}) {
@@ -214,22 +166,19 @@ TEST(TextRenderer, AcceptsWhatItRenders) {
     options.fields = {"Camera", "Width"};
     options.maxValues = 0;
     const TextRenderer renderer(options);
-    const zephra::CallResult result = called(photograph);
+    const zephra::CallResult result = called(photograph());
     EXPECT_TRUE(renderer.accepts(renderer.render(result.output())));
     EXPECT_TRUE(accepts(""));
     EXPECT_TRUE(accepts("  Stra\u00dfe \\x1b\n    x\n"));
 }
 
-TEST(TextRenderer, RejectsIncompleteAndUnindentedLines) {
+TEST(TextRenderer, RejectsIncompleteAndUnindentedLinesControlsAndInvalidUtf8) {
     EXPECT_FALSE(accepts("  Directory"));
     EXPECT_FALSE(accepts("other.tif\n"));
     EXPECT_FALSE(accepts("  Directory\n\n"));
     EXPECT_FALSE(accepts("  Directory\nother.tif\n"));
     EXPECT_FALSE(accepts(" Directory\n"));
     EXPECT_FALSE(accepts(" \n  Directory\n"));
-}
-
-TEST(TextRenderer, RejectsControlCharactersAndInvalidUtf8) {
     for (const char* const line : {"  a\rb\n", "  a\tb\n", "  \x07\n", "  \x7f\n", "  \u009b\n",
                                    "  \u2028\n", "  \u202e\n", "  \u2066\n", "  caf\xe9\n"}) {
         EXPECT_FALSE(accepts(line)) << testing::PrintToString(line);
@@ -241,16 +190,11 @@ TEST(TextRenderer, RejectsControlCharactersAndInvalidUtf8) {
 TEST(TextRenderer, AcceptsItsOwnMarksWithColourOnly) {
     EXPECT_TRUE(accepts("  \x1b[1ma\x1b[0m \x1b[36mb\x1b[0m \x1b[2mc\x1b[0m\n", coloured()));
     EXPECT_FALSE(accepts("  \x1b[1ma\x1b[0m\n"));
-}
-
-TEST(TextRenderer, RejectsOtherEscapeSequences) {
     for (const char* const line : {"  \x1b\n", "  \x1b[\n", "  \x1b[2J\x1b[0m\n",
                                    "  \x1b[8mhidden\x1b[0m\n", "  \x1b]0;title\x1b[0m\n"}) {
         EXPECT_FALSE(accepts(line, coloured())) << testing::PrintToString(line);
     }
-}
-
-TEST(TextRenderer, RejectsAMarkThatReachesBeyondItsLine) {
+    // A mark ends on its line.
     EXPECT_FALSE(accepts("  \x1b[1mbold\n", coloured()));
     EXPECT_FALSE(accepts("  \x1b[1mbold\n  x\x1b[0m\n", coloured()));
 }

@@ -17,25 +17,19 @@ Tally mixedTally() {
     return tally;
 }
 
-TEST(Tally, CountsFilesAndFailures) {
+TEST(Tally, CountsAndListsFailures) {
     EXPECT_EQ(mixedTally().files(), 7U);
     EXPECT_EQ(mixedTally().failed(), 3U);
     EXPECT_EQ(Tally().files(), 0U);
-}
-
-TEST(Tally, ListsFailuresInOneLine) {
     EXPECT_EQ(mixedTally().line(Seconds(2)),
               "7 files: 3 ok, 1 warned, 1 error, 1 limit-time, 1 crashed; 3.5 files/s");
 }
 
 TEST(Tally, OmitsFailuresThatDidNotOccur) {
+    EXPECT_EQ(Tally().line(Seconds(0)), "0 files: 0 ok, 0 warned; 0.0 files/s");
     Tally tally;
     tally.add(Status::ok);
     EXPECT_EQ(tally.line(Seconds(0.5)), "1 file: 1 ok, 0 warned; 2.0 files/s");
-}
-
-TEST(Tally, OfNoTimeHasNoRate) {
-    EXPECT_EQ(Tally().line(Seconds(0)), "0 files: 0 ok, 0 warned; 0.0 files/s");
 }
 
 TEST(Tally, IsJsonWithEveryStatus) {
