@@ -9,7 +9,8 @@ FieldTable::FieldTable(std::span<const char* const> names)
 
 std::optional<std::size_t> FieldTable::find(std::string_view name) const {
     const auto found = std::ranges::find(names_, name);
-    return found != names_.end() ? std::optional<std::size_t>(found - names_.begin()) : std::nullopt;
+    return found != names_.end() ? std::optional<std::size_t>(found - names_.begin())
+                                 : std::nullopt;
 }
 
 std::optional<std::size_t> FieldTable::findNext(std::string_view name) {
