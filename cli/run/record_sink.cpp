@@ -26,7 +26,7 @@ std::size_t sizeOf(const Outcome& outcome) {
     std::size_t size = sizeof outcome + rendering.body.size() + rendering.nonfinite.size() +
                        rendering.latin1.size() + rendering.omitted.size();
     for (const std::string& cell : rendering.cells) {
-        size += sizeof cell + cell.size();
+        size += sizeof(std::string) + cell.size();
     }
     if (outcome.error) {
         size += sizeOf(*outcome.error);
