@@ -31,6 +31,12 @@ int lowestFreeDescriptor() {
     return copy;
 }
 
+void keepFreedMemory() {
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the most that it accepts
+    mallopt(M_TRIM_THRESHOLD, 256 << 20);
+    mallopt(M_MXFAST, 0);
+}
+
 Growth::Growth() : memoryInUse_(memoryInUse()), lowestFree_(lowestFreeDescriptor()) {}
 
 bool Growth::hasGrown() const {

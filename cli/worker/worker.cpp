@@ -113,6 +113,7 @@ private:
 int work(Requests& requests, const WorkerSetup& setup) {
     // Without TZ the C library opens the file of the time zone for every date.
     static_cast<void>(setenv("TZ", ":/etc/localtime", 0));
+    keepFreedMemory();
     const zephra::Module module = zephra::Module::load(setup.module);
     Worker worker(setup, module.entryPoint());
     static_cast<void>(
