@@ -3,7 +3,6 @@
 
 #include <charconv>
 #include <concepts>
-#include <cstddef>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -34,9 +33,7 @@ requires(sizeof(Number) > 1) void appendPiece(std::string& text, Number number) 
 /// number must be widened first.
 template <class... Pieces>
 [[nodiscard]] std::string message(const Pieces&... pieces) {
-    constexpr std::size_t kUsualLength = 128;
     std::string text;
-    text.reserve(kUsualLength);
     (detail::appendPiece(text, pieces), ...);
     return text;
 }

@@ -19,14 +19,12 @@ bool InputFile::open(const char* fileName, std::int64_t size) {
     }
     size_ = size;
     window_ = std::make_unique_for_overwrite<std::byte[]>(kWindowBytes);
-    filled_ = used_ = 0;
-    sawEnd_ = false;
-    end_.reset();
     return true;
 }
 
 bool InputFile::close() {
     std::FILE* stream = stream_.release();
+    *this = {};
     return stream == nullptr || std::fclose(stream) == 0;
 }
 

@@ -1,6 +1,8 @@
 // Opens, copies and closes a reader's file.
 #include "tagfile/tag_file.h"
 
+#include <array>
+#include <bit>
 #include <utility>
 
 #include "entry/errors.h"
@@ -104,10 +106,8 @@ void TagFile::setIfdSet(std::unique_ptr<IFDSet> ifdSet) {
 }
 
 void TagFile::determineComputerByteOrder() {
-    const std::uint16_t one = 1;
-    unsigned char firstByte = 0;
-    std::memcpy(&firstByte, &one, sizeof firstByte);
-    computerIsLittleEndian_ = firstByte == 1;
+    const auto bytes = std::bit_cast<std::array<unsigned char, 2>>(std::uint16_t{1});
+    computerIsLittleEndian_ = bytes[0] == 1;
     computerIsBigEndian_ = !computerIsLittleEndian_;
 }
 

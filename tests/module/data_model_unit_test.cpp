@@ -14,6 +14,7 @@
 #include "ifd/ifd.h"
 #include "ifd/ifd_set.h"
 #include "support/opened_tiff.h"
+#include "support/quiet_call.h"
 #include "support/tiff_builder.h"
 #include "support/tiff_tag_peer.h"
 #include "tagfile/classic_tiff_tag_file.h"
@@ -97,6 +98,17 @@ TEST(DataModel, StoresAReaderAsItsFileAndItsLayout) {
                   std::vector<std::string>>
         members;
     TagFilePeer::visitMembers(*opened, members);
+}
+
+// Two of the entries are baseline tags, so 20 fallback tags follow; one of the four is the width.
+TEST(DataModel, OfADirectoryHasRoomForItsEntriesAndFallbackTagsOnly) {
+    inQuietCall([] {
+        TiffBuilder file;
+        file.image().shorts(254, {0}).shorts(256, {5}).shorts(258, {8}).shorts(262, {1});
+        const IFD directory = OpenedTiff<>(file).readDirectory();
+        EXPECT_EQ(directory.knownTags().size(), 3U + 20U);
+        EXPECT_EQ(directory.knownTags().capacity(), 4U + 20U);
+    });
 }
 
 template <class Type>
